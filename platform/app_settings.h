@@ -1,0 +1,59 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string_view>
+
+#include "platform/settings_store.h"
+
+namespace tarnby {
+
+enum class SettingType { boolean, integer, date, data };
+
+/// One row of the table of settings.
+struct SettingRow {
+  std::string_view key;
+  SettingType type;
+  /// What every launch writes for the category flags; none for the other keys. It is also what such a flag reads as
+  /// where no launch has written it yet.
+  std::optional<bool> launch_default;
+};
+
+/// Every key of the standard store, in the order in which settings are listed.
+std::span<const SettingRow> setting_rows();
+
+/// The row of a key, or null when there is no such setting.
+const SettingRow* setting_row(std::string_view key);
+
+/// The user's standard settings, read by their types. Any thread may call.
+class AppSettings {
+ public:
+  explicit AppSettings(SettingsStore& store) : store_(store) {}
+
+  /// False when never written or of another kind, but a category flag then reads as its launch default. A whole number
+  /// counts as true when it is not 0, as in property lists written by hand.
+  bool boolean(std::string_view key) const;
+  /// 0 when never written or of another kind; true counts as 1.
+  std::int64_t integer(std::string_view key) const;
+
+  void set_boolean(std::string_view key, bool value) { store_.set(key, value); }
+  void set_integer(std::string_view key, std::int64_t value) { store_.set(key, value); }
+  void add_integer(std::string_view key, std::int64_t amount) { store_.add(key, amount); }
+  bool synchronize() { return store_.synchronize(); }
+  SettingsStore& store() { return store_; }
+  const SettingsStore& store() const { return store_; }
+
+  /// Writes the launch defaults of the seven category flags. Written, not registered: what the user chose on a category
+  /// screen lasts only until the next launch, and that is meant.
+  void initialize_applications_settings();
+
+  /// The settings side of a launch, in order: the category flags, "appLaunchCount" + 1, "UOLaunchCount" + 1 unless
+  /// "Uninstaller Orvane" is true, and all of it to the disk.
+  void count_launch();
+
+ private:
+  SettingsStore& store_;
+};
+
+}  // namespace tarnby

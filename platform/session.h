@@ -1,0 +1,33 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "platform/url.h"
+
+namespace tarnby {
+
+/// What is known of the logged-in user. Values are taken once, from the environment and the account database
+/// (getpwuid_r(3), locale(7)); nothing changes afterwards.
+struct Session {
+  /// The account's login name; empty when there is none.
+  std::string user_name;
+  /// The home folder the platform reports for the user. Never the grant: that one is only ever given, not guessed.
+  Url home_folder;
+  /// Where the settings live; nowhere when neither XDG_CONFIG_HOME nor a home folder is known.
+  Url settings_folder;
+  /// Preferred languages, most wanted first, written as "en-US", without repetition; empty in the C locale.
+  std::vector<std::string> preferred_languages;
+  /// Locale names as the environment has them ("de_DE.UTF-8"), empty when unset.
+  std::string collation_locale;
+  std::string number_locale;
+};
+
+/// The session of this process.
+Session current_session();
+
+/// Splits a comma-separated list of languages and writes each as "en-US" ("de_DE.UTF-8@euro" becomes "de-DE"); leaves
+/// out empty ones, C and POSIX.
+std::vector<std::string> languages_from_list(std::string_view list, char separator);
+
+}  // namespace tarnby

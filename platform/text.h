@@ -1,0 +1,82 @@
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace tarnby {
+
+/// A text made ready for containment tests: decomposed canonically, stripped of nonspacing marks and case-folded (full
+/// Unicode folding, the same in every language). Bytes that are not UTF-8 are kept so that they match only themselves.
+/// Fold once, search often.
+class FoldedText {
+ public:
+  FoldedText() = default;
+  explicit FoldedText(std::string_view text);
+
+  bool empty() const { return folded_.empty(); }
+
+  /// True when the code points of `part` occur in this text in a row. A part that is empty, or empty once stripped, is
+  /// never contained.
+  bool contains(const FoldedText& part) const;
+
+  friend bool operator==(const FoldedText&, const FoldedText&) = default;
+
+ private:
+  std::string folded_;
+};
+
+/// Locale-aware, case- and diacritic-insensitive containment of `part` in `text`.
+bool contains_folded(std::string_view text, std::string_view part);
+
+/// The text as UTF-8, each ill-formed sequence replaced by U+FFFD.
+std::string to_valid_utf8(std::string_view bytes);
+
+/// Upper case of the first code point, the rest as it is (root locale). Not UTF-8: unchanged.
+std::string upper_first(std::string_view text);
+
+/// Lower case of the whole text (root locale). Bytes that are not UTF-8 stay as they are.
+std::string lower_case(std::string_view text);
+
+/// Comparison and number form of one user's locale. Immutable; any thread may use it.
+class Text {
+ public:
+  /// Locale names as in the environment ("de_DE.UTF-8", "C", ""). C, POSIX, empty and unknown names give the root
+  /// collation and the number form "1.5".
+  Text(std::string_view collation_locale, std::string_view number_locale);
+  ~Text();
+  Text(const Text&) = delete;
+  Text& operator=(const Text&) = delete;
+
+  /// Below, equal to or above 0: localised comparison in which letter case is ignored and accents count.
+  int compare(std::string_view a, std::string_view b) const;
+
+  /// Bytes whose order is the order of `compare`.
+  std::string sort_key(std::string_view text) const;
+
+  /// A byte count for people, decimal units: "Zero KB", "1 byte", "999 bytes", "12 KB", "1.5 MB", "2.25 GB".
+  std::string byte_count(std::int64_t bytes) const;
+
+  /// Sorts by the text that `label(item)` gives, ascending; equal ones keep the order they had.
+  template <typename Item, typename Label>
+  void sort_by_label(std::vector<Item>& items, Label label) const {
+    std::vector<std::pair<std::string, std::size_t>> keys;
+    keys.reserve(items.size());
+    for (const Item& item : items) keys.emplace_back(sort_key(label(item)), keys.size());
+    std::sort(keys.begin(), keys.end());
+    std::vector<Item> sorted;
+    sorted.reserve(items.size());
+    for (const auto& [key, index] : keys) sorted.push_back(std::move(items[index]));
+    items = std::move(sorted);
+  }
+
+ private:
+  struct Locale;
+  std::unique_ptr<Locale> locale_;
+};
+
+}  // namespace tarnby
