@@ -2,10 +2,12 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -48,6 +50,12 @@ class PropertyList {
     return std::get_if<T>(&value_);
   }
 
+  /// Calls `visitor` with the value as the kind it is.
+  template <typename Visitor>
+  decltype(auto) visit(Visitor&& visitor) const {
+    return std::visit(std::forward<Visitor>(visitor), value_);
+  }
+
   /// The value under `key`, or null when this is no dictionary or has no such key.
   const PropertyList* find(std::string_view key) const;
 
@@ -59,12 +67,14 @@ class PropertyList {
 
 /// Reads an XML list (any encoding XML allows, byte order mark or not, white space before the declaration) or a binary
 /// list. None when the bytes are not a whole, sound list: a broken node anywhere makes all of it unreadable, and so do
-/// nesting deeper than 64 and more than 100,000 nodes, since lists come from strangers. An old-style ASCII list is
-/// unreadable too. Never throws on input; any thread may call.
+/// containers nested deeper than 64, more than 100,000 nodes and more than 256 MB, since lists come from strangers.
+/// What a binary list refers to several times counts each time, and its texts and data may come to 64 MB. An old-style
+/// ASCII list is unreadable too. The last one of several equal keys counts. Never throws on input; any thread may call.
 std::optional<PropertyList> parse_property_list(std::string_view bytes);
 
 /// The XML form, UTF-8, dictionary keys in byte order. Texts that are not UTF-8 or hold characters XML forbids are
-/// written with U+FFFD in their place.
+/// written with U+FFFD in their place. The form has four digits for a year: a date before the year 0 or after 9999 is
+/// written as the first or last that there is.
 std::string write_xml_property_list(const PropertyList& list);
 
 }  // namespace tarnby

@@ -1,0 +1,296 @@
+// The binary form. A header of 8 bytes, the objects one after another, a table with the offset of each object, and a
+// trailer of 32 bytes that says where the table is. An object begins with a marker byte: the kind in its high half, a
+// size in its low half (15: an integer object with the size follows). Containers hold the numbers of their objects.
+//
+// All numbers are big-endian, and none of them is believed before it has been compared with what is there. An object
+// may be referred to many times, also by itself: it is read anew each time, and the limits on nesting, nodes and copied
+// bytes end what would not end.
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cmath>
+#include <limits>
+#include <unicode/ustring.h>
+
+#include "platform/property_list_readers.h"
+
+namespace tarnby::property_list {
+
+namespace {
+
+constexpr std::size_t header_size = 8;
+constexpr std::size_t trailer_size = 32;
+
+/// The number that at most 8 bytes make; of more, their last 8.
+std::uint64_t big_endian(std::string_view digits) {
+  std::uint64_t value = 0;
+  for (const char digit : digits) value = value << 8U | static_cast<unsigned char>(digit);
+  return value;
+}
+
+std::optional<std::int64_t> unsigned_number(std::string_view digits) {
+  constexpr std::uint64_t most = std::numeric_limits<std::int64_t>::max();
+  while (digits.size() > 8) {
+    if (digits.front() != '\0') return std::nullopt;
+    digits.remove_prefix(1);
+  }
+  const std::uint64_t value = big_endian(digits);
+  if (value > most) return std::nullopt;
+  return static_cast<std::int64_t>(value);
+}
+
+/// Integers have a sign from 8 bytes on.
+std::optional<std::int64_t> integer_number(std::string_view digits) {
+  if (digits.size() < 8) return unsigned_number(digits);
+  const auto value = static_cast<std::int64_t>(big_endian(digits));
+  const char extension = value < 0 ? '\xFF' : '\0';
+  if (digits.substr(0, digits.size() - 8).find_first_not_of(extension) != std::string_view::npos) return std::nullopt;
+  return value;
+}
+
+std::optional<double> real_number(std::string_view digits) {
+  if (digits.size() == 4) return std::bit_cast<float>(static_cast<std::uint32_t>(big_endian(digits)));
+  if (digits.size() == 8) return std::bit_cast<double>(big_endian(digits));
+  return std::nullopt;
+}
+
+/// None when a half of a surrogate pair stands alone.
+std::optional<std::string> utf8_from_utf16(std::string_view bytes) {
+  std::u16string units;
+  units.reserve(bytes.size() / 2);
+  for (; !bytes.empty(); bytes.remove_prefix(2)) units += static_cast<char16_t>(big_endian(bytes.substr(0, 2)));
+  std::string text(units.size() * 3, '\0');  // no unit takes more
+  std::int32_t length = 0;
+  UErrorCode error = U_ZERO_ERROR;
+  u_strToUTF8(text.data(), static_cast<std::int32_t>(text.size()), &length, units.data(),
+              static_cast<std::int32_t>(units.size()), &error);
+  if (U_FAILURE(error)) return std::nullopt;
+  text.resize(static_cast<std::size_t>(length));
+  return text;
+}
+
+/// What is left of the bytes of an object.
+class Cursor {
+ public:
+  explicit Cursor(std::string_view rest) : rest_(rest) {}
+
+  /// The next `count` items of `size` bytes each; none when there are not that many.
+  std::optional<std::string_view> take(std::uint64_t count, std::size_t size = 1) {
+    if (count > rest_.size() / size) return std::nullopt;
+    const std::string_view taken = rest_.substr(0, static_cast<std::size_t>(count) * size);
+    rest_.remove_prefix(taken.size());
+    return taken;
+  }
+
+ private:
+  std::string_view rest_;
+};
+
+class Reader {
+ public:
+  explicit Reader(std::string_view bytes) : bytes_(bytes) {}
+
+  std::optional<PropertyList> read() {
+    const auto top = read_trailer();
+    return top ? object(*top) : std::nullopt;
+  }
+
+ private:
+  /// Checks where everything is and gives the number of the root object.
+  std::optional<std::uint64_t> read_trailer() {
+    if (bytes_.size() < header_size + trailer_size) return std::nullopt;
+    const std::size_t trailer_start = bytes_.size() - trailer_size;
+    const std::string_view trailer = bytes_.substr(trailer_start);
+    offset_size_ = static_cast<unsigned char>(trailer[6]);
+    reference_size_ = static_cast<unsigned char>(trailer[7]);
+    object_count_ = big_endian(trailer.substr(8, 8));
+    const std::uint64_t top = big_endian(trailer.substr(16, 8));
+    const std::uint64_t table_start = big_endian(trailer.substr(24, 8));
+
+    const auto is_number_size = [](std::size_t size) { return size >= 1 && size <= 8; };
+    if (!is_number_size(offset_size_) || !is_number_size(reference_size_)) return std::nullopt;
+    if (table_start < header_size || table_start > trailer_start) return std::nullopt;
+    if (object_count_ > (trailer_start - table_start) / offset_size_) return std::nullopt;
+    objects_end_ = static_cast<std::size_t>(table_start);
+    return top;
+  }
+
+  std::optional<Cursor> object_bytes(std::uint64_t number) const {
+    if (number >= object_count_) return std::nullopt;
+    const std::size_t entry = objects_end_ + static_cast<std::size_t>(number) * offset_size_;
+    const std::uint64_t offset = big_endian(bytes_.substr(entry, offset_size_));
+    if (offset < header_size || offset >= objects_end_) return std::nullopt;
+    const auto start = static_cast<std::size_t>(offset);
+    return Cursor(bytes_.substr(start, objects_end_ - start));
+  }
+
+  /// Reads the object of that number with everything below it.
+  std::optional<PropertyList> object(std::uint64_t number) {
+    if (++nodes_ > max_nodes) return std::nullopt;
+    auto rest = object_bytes(number);
+    if (!rest) return std::nullopt;
+    const auto marker = static_cast<unsigned char>(rest->take(1)->front());
+    const auto read = readers[marker >> 4U];
+    return read == nullptr ? std::nullopt : (this->*read)(marker & 0xFU, *rest);
+  }
+
+  std::optional<PropertyList> simple(unsigned low, Cursor&) {
+    if (low != 8 && low != 9) return std::nullopt;
+    return PropertyList(low == 9);
+  }
+
+  std::optional<PropertyList> integer(unsigned low, Cursor& rest) {
+    const auto digits = low <= 4 ? rest.take(1ULL << low) : std::nullopt;
+    const auto value = digits ? integer_number(*digits) : std::nullopt;
+    if (!value) return std::nullopt;
+    return PropertyList(*value);
+  }
+
+  std::optional<PropertyList> real(unsigned low, Cursor& rest) {
+    const auto digits = rest.take(1ULL << low);
+    const auto value = digits ? real_number(*digits) : std::nullopt;
+    if (!value) return std::nullopt;
+    return PropertyList(*value);
+  }
+
+  /// A date is a real number of seconds. A list holds the dates that its XML form can write.
+  std::optional<PropertyList> date(unsigned low, Cursor& rest) {
+    using namespace std::chrono;
+    constexpr sys_seconds reference = sys_days(year(2001) / January / 1);
+    constexpr auto first = static_cast<double>((sys_days(year(0) / January / 1) - reference).count());
+    constexpr auto end = static_cast<double>((sys_days(year(10000) / January / 1) - reference).count());
+    const auto digits = low == 3 ? rest.take(8) : std::nullopt;
+    if (!digits) return std::nullopt;
+    const double since = std::floor(*real_number(*digits));
+    if (!(since >= first && since < end)) return std::nullopt;  // nor when it is no number
+    return PropertyList(reference + seconds(static_cast<std::int64_t>(since)));
+  }
+
+  std::optional<PropertyList> data(unsigned low, Cursor& rest) {
+    const auto bytes = sized(low, rest, 1);
+    if (!bytes) return std::nullopt;
+    return PropertyList(PropertyList::Data{std::string(*bytes)});
+  }
+
+  std::optional<PropertyList> ascii(unsigned low, Cursor& rest) {
+    const auto bytes = sized(low, rest, 1);
+    if (!bytes || std::ranges::any_of(*bytes, [](char c) { return (c & 0x80) != 0; })) return std::nullopt;
+    return PropertyList(std::string(*bytes));
+  }
+
+  std::optional<PropertyList> utf16(unsigned low, Cursor& rest) {
+    const auto bytes = sized(low, rest, 2);
+    auto text = bytes ? utf8_from_utf16(*bytes) : std::nullopt;
+    if (!text) return std::nullopt;
+    return PropertyList(std::move(*text));
+  }
+
+  std::optional<PropertyList> uid(unsigned low, Cursor& rest) {
+    const auto digits = rest.take(low + 1);
+    const auto value = digits ? unsigned_number(*digits) : std::nullopt;
+    if (!value) return std::nullopt;
+    return PropertyList(*value);
+  }
+
+  std::optional<PropertyList> array(unsigned low, Cursor& rest) {
+    const Nested within(nesting_);
+    const auto references = reference_list(low, rest);
+    if (nesting_ > max_nesting || !references) return std::nullopt;
+    PropertyList::Array values;
+    for (std::string_view left = *references; !left.empty(); left.remove_prefix(reference_size_)) {
+      auto value = object(big_endian(left.substr(0, reference_size_)));
+      if (!value) return std::nullopt;
+      values.push_back(std::move(*value));
+    }
+    return PropertyList(std::move(values));
+  }
+
+  std::optional<PropertyList> dictionary(unsigned low, Cursor& rest) {
+    const Nested within(nesting_);
+    const auto count = size(low, rest);
+    auto keys = count ? rest.take(*count, reference_size_) : std::nullopt;
+    auto references = count ? rest.take(*count, reference_size_) : std::nullopt;
+    if (nesting_ > max_nesting || !keys || !references) return std::nullopt;
+    PropertyList::Dictionary values;
+    for (; !keys->empty(); keys->remove_prefix(reference_size_), references->remove_prefix(reference_size_)) {
+      auto key = key_text(big_endian(keys->substr(0, reference_size_)));
+      auto value = key ? object(big_endian(references->substr(0, reference_size_))) : std::nullopt;
+      if (!value) return std::nullopt;
+      values.insert_or_assign(std::move(*key), std::move(*value));
+    }
+    return PropertyList(std::move(values));
+  }
+
+  /// Keys do not count as nodes: each comes with a value that does.
+  std::optional<std::string> key_text(std::uint64_t number) {
+    auto key = object(number);
+    --nodes_;
+    auto* text = key ? key->as<std::string>() : nullptr;
+    if (text == nullptr) return std::nullopt;
+    return std::move(*text);
+  }
+
+  /// The size that a marker's low half tells, or the integer object behind it.
+  static std::optional<std::uint64_t> size(unsigned low, Cursor& rest) {
+    if (low != 0xF) return low;
+    const auto marker = rest.take(1);
+    if (!marker || static_cast<unsigned char>(marker->front()) >> 4U != 1) return std::nullopt;
+    const unsigned power = static_cast<unsigned char>(marker->front()) & 0xFU;
+    const auto digits = power <= 3 ? rest.take(1ULL << power) : std::nullopt;
+    if (!digits) return std::nullopt;
+    return big_endian(*digits);
+  }
+
+  std::optional<std::string_view> reference_list(unsigned low, Cursor& rest) const {
+    const auto count = size(low, rest);
+    return count ? rest.take(*count, reference_size_) : std::nullopt;
+  }
+
+  /// The content of an object that is copied, as long as copies are within their limit.
+  std::optional<std::string_view> sized(unsigned low, Cursor& rest, std::size_t unit) {
+    const auto count = size(low, rest);
+    const auto bytes = count ? rest.take(*count, unit) : std::nullopt;
+    if (!bytes || bytes->size() > max_copied_bytes - copied_bytes_) return std::nullopt;
+    copied_bytes_ += bytes->size();
+    return bytes;
+  }
+
+  /// Counts a container while it is being read.
+  class Nested {
+   public:
+    explicit Nested(int& nesting) : nesting_(nesting) { ++nesting_; }
+    ~Nested() { --nesting_; }
+    Nested(const Nested&) = delete;
+    Nested& operator=(const Nested&) = delete;
+
+   private:
+    int& nesting_;
+  };
+
+  using Read = std::optional<PropertyList> (Reader::*)(unsigned low, Cursor& rest);
+
+  /// What reads an object, by the high half of its marker.
+  static constexpr std::array<Read, 16> readers = {
+      &Reader::simple, &Reader::integer, &Reader::real, &Reader::date,       &Reader::data,
+      &Reader::ascii,  &Reader::utf16,   nullptr,       &Reader::uid,        nullptr,
+      &Reader::array,  nullptr,          nullptr,       &Reader::dictionary, nullptr,
+      nullptr};
+
+  std::string_view bytes_;
+  std::size_t offset_size_ = 0;
+  std::size_t reference_size_ = 0;
+  std::uint64_t object_count_ = 0;
+  std::size_t objects_end_ = 0;
+  int nesting_ = 0;
+  std::size_t nodes_ = 0;
+  std::size_t copied_bytes_ = 0;
+};
+
+}  // namespace
+
+std::optional<PropertyList> read_binary(std::string_view bytes) {
+  return Reader(bytes).read();
+}
+
+}  // namespace tarnby::property_list
