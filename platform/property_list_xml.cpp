@@ -8,7 +8,6 @@
 #include <limits>
 #include <memory>
 #include <unicode/unistr.h>
-#include <variant>
 
 #include "platform/property_list_readers.h"
 
@@ -192,11 +191,13 @@ class Builder {
 
  private:
   struct Container {
-    std::variant<PropertyList::Array, PropertyList::Dictionary> values;
+    explicit Container(PropertyList empty) : values(std::move(empty)) {}
+
+    bool is_dictionary() const { return values.as<PropertyList::Dictionary>() != nullptr; }
+
+    PropertyList values;
     /// The key whose value comes next.
     std::optional<std::string> key;
-
-    bool is_dictionary() const { return std::holds_alternative<PropertyList::Dictionary>(values); }
   };
 
   static constexpr TextElement key_element = {"key", nullptr};
@@ -209,9 +210,9 @@ class Builder {
   void start_value(std::string_view name) {
     broken_ = !has_room() || ++nodes_ > max_nodes;
     if (name == "dict") {
-      start_container({PropertyList::Dictionary{}, {}});
+      start_container(PropertyList::Dictionary{});
     } else if (name == "array") {
-      start_container({PropertyList::Array{}, {}});
+      start_container(PropertyList::Array{});
     } else {
       collecting_ = text_element(name);
       broken_ |= collecting_ == nullptr;
@@ -223,16 +224,16 @@ class Builder {
     return !open_.back().is_dictionary() || open_.back().key;
   }
 
-  void start_container(Container container) {
+  void start_container(PropertyList empty) {
     broken_ |= open_.size() >= max_nesting;
-    open_.push_back(std::move(container));
+    open_.emplace_back(std::move(empty));
   }
 
   void end_container() {
     Container closed = std::move(open_.back());
     open_.pop_back();
     broken_ = closed.key.has_value();
-    place(std::visit([](auto& values) { return PropertyList(std::move(values)); }, closed.values));
+    place(std::move(closed.values));
   }
 
   void place(std::optional<PropertyList> value) {
@@ -240,11 +241,11 @@ class Builder {
       broken_ = true;
     } else if (open_.empty()) {
       root_ = std::move(value);
-    } else if (auto* array = std::get_if<PropertyList::Array>(&open_.back().values)) {
+    } else if (auto* array = open_.back().values.as<PropertyList::Array>()) {
       array->push_back(std::move(*value));
     } else {
-      std::get<PropertyList::Dictionary>(open_.back().values)
-          .insert_or_assign(*std::exchange(open_.back().key, std::nullopt), std::move(*value));
+      auto* dictionary = open_.back().values.as<PropertyList::Dictionary>();
+      dictionary->insert_or_assign(*std::exchange(open_.back().key, std::nullopt), std::move(*value));
     }
   }
 

@@ -38,6 +38,9 @@ class SettingsStore {
   virtual bool synchronize() = 0;
 };
 
+/// What `add` makes of the value that a key holds, if any.
+PropertyList sum_of(const PropertyList* held, std::int64_t amount);
+
 /// A store kept in one XML property-list file.
 ///
 /// The file is written whole to a temporary file beside it, flushed to the disk and renamed over the old one, so that a
@@ -45,6 +48,8 @@ class SettingsStore {
 /// only the keys they changed into what the file holds by then, so two processes that write different keys both keep
 /// their values. A file that cannot be parsed is set aside under its name with ".damaged" (".damaged-2" and so on when
 /// that is taken) before a new one is written. A file that is there but cannot be read is never replaced.
+///
+/// A store that is opened nowhere, or in a place where nothing can be written, keeps its values in memory.
 std::unique_ptr<SettingsStore> open_settings_file(const Url& file);
 
 /// A layer over another store for one run. Keys set with `set_for_this_run` are seen instead of the store's own, and
