@@ -121,7 +121,8 @@ FileContent read_settings(const std::string& path) {
   const Descriptor file(
       uninterrupted([&] { return ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY); }));
   if (!file || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) return {};
-  const auto bytes = read_all(file.get());
+  const bool too_large = status.st_size > off_t{max_settings_bytes};
+  const auto bytes = too_large ? std::nullopt : read_all(file.get());
   if (!bytes) return {};
   auto list = parse_property_list(*bytes);
   auto* values = list ? list->as<Values>() : nullptr;
