@@ -52,7 +52,7 @@ bool skip(std::string_view& text, std::string_view part) {
 
 /// The encoding that the XML declaration names. One that is malformed is left for the XML parser to refuse.
 std::string declared_encoding(std::string_view text) {
-  const std::string none = "UTF-8";
+  std::string none = "UTF-8";
   text = trim_front(text);
   if (!text.starts_with("<?xml")) return none;
   text = text.substr(0, text.find("?>"));
@@ -104,6 +104,12 @@ std::optional<PropertyList> read_document(std::string_view utf8) {
 }
 
 }  // namespace
+
+PropertyList::PropertyList(const PropertyList& other) = default;
+PropertyList::PropertyList(PropertyList&& other) noexcept = default;
+PropertyList& PropertyList::operator=(const PropertyList& other) = default;
+PropertyList& PropertyList::operator=(PropertyList&& other) noexcept = default;
+PropertyList::~PropertyList() = default;
 
 const PropertyList* PropertyList::find(std::string_view key) const {
   const auto* dictionary = as<Dictionary>();

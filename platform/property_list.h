@@ -39,6 +39,13 @@ class PropertyList {
   PropertyList(Array value) : value_(std::move(value)) {}
   PropertyList(Dictionary value) : value_(std::move(value)) {}
 
+  // In one place instead of in every caller: they branch over all kinds, call themselves, and are long.
+  PropertyList(const PropertyList& other);
+  PropertyList(PropertyList&& other) noexcept;
+  PropertyList& operator=(const PropertyList& other);
+  PropertyList& operator=(PropertyList&& other) noexcept;
+  ~PropertyList();
+
   /// The value as one kind, or null when it is of another kind: bool, std::int64_t, double, std::string, Data, Date,
   /// Array or Dictionary.
   template <typename T>

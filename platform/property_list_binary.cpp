@@ -7,7 +7,6 @@
 // bytes end what would not end.
 
 #include <algorithm>
-#include <array>
 #include <bit>
 #include <cmath>
 #include <limits>
@@ -131,11 +130,34 @@ class Reader {
     auto rest = object_bytes(number);
     if (!rest) return std::nullopt;
     const auto marker = static_cast<unsigned char>(rest->take(1)->front());
-    const auto read = readers[marker >> 4U];
-    return read == nullptr ? std::nullopt : (this->*read)(marker & 0xFU, *rest);
+    const unsigned low = marker & 0xFU;
+    switch (marker >> 4U) {
+      case 0x0:
+        return simple(low);
+      case 0x1:
+        return integer(low, *rest);
+      case 0x2:
+        return real(low, *rest);
+      case 0x3:
+        return date(low, *rest);
+      case 0x4:
+        return data(low, *rest);
+      case 0x5:
+        return ascii(low, *rest);
+      case 0x6:
+        return utf16(low, *rest);
+      case 0x8:
+        return uid(low, *rest);
+      case 0xA:
+        return array(low, *rest);
+      case 0xD:
+        return dictionary(low, *rest);
+      default:
+        return std::nullopt;
+    }
   }
 
-  std::optional<PropertyList> simple(unsigned low, Cursor&) {
+  std::optional<PropertyList> simple(unsigned low) {
     if (low != 8 && low != 9) return std::nullopt;
     return PropertyList(low == 9);
   }
@@ -267,15 +289,6 @@ class Reader {
    private:
     int& nesting_;
   };
-
-  using Read = std::optional<PropertyList> (Reader::*)(unsigned low, Cursor& rest);
-
-  /// What reads an object, by the high half of its marker.
-  static constexpr std::array<Read, 16> readers = {
-      &Reader::simple, &Reader::integer, &Reader::real, &Reader::date,       &Reader::data,
-      &Reader::ascii,  &Reader::utf16,   nullptr,       &Reader::uid,        nullptr,
-      &Reader::array,  nullptr,          nullptr,       &Reader::dictionary, nullptr,
-      nullptr};
 
   std::string_view bytes_;
   std::size_t offset_size_ = 0;

@@ -40,7 +40,7 @@ std::optional<Number> number(std::string_view text, Form... form) {
   return value;
 }
 
-std::optional<PropertyList> string_from(std::string text) {
+std::optional<PropertyList> string_from(std::string&& text) {
   return PropertyList(std::move(text));
 }
 
@@ -51,7 +51,7 @@ std::optional<std::int64_t> with_sign(std::uint64_t size, bool negative) {
   return static_cast<std::int64_t>(negative ? 0U - size : size);
 }
 
-std::optional<PropertyList> integer_from(std::string text) {
+std::optional<PropertyList> integer_from(std::string&& text) {
   std::string_view digits = trimmed(text);
   const bool negative = digits.starts_with('-');
   if (negative || digits.starts_with('+')) digits.remove_prefix(1);
@@ -63,7 +63,7 @@ std::optional<PropertyList> integer_from(std::string text) {
   return PropertyList(*value);
 }
 
-std::optional<PropertyList> real_from(std::string text) {
+std::optional<PropertyList> real_from(std::string&& text) {
   std::string_view digits = trimmed(text);
   if (digits.starts_with("+") && !digits.starts_with("+-")) digits.remove_prefix(1);
   const auto value = number<double>(digits, std::chars_format::general);
@@ -72,7 +72,7 @@ std::optional<PropertyList> real_from(std::string text) {
 }
 
 template <bool value>
-std::optional<PropertyList> flag_from(std::string text) {
+std::optional<PropertyList> flag_from(std::string&& text) {
   if (!is_blank(text)) return std::nullopt;
   return PropertyList(value);
 }
@@ -83,7 +83,7 @@ bool has_form(std::string_view text, std::string_view form) {
                     [](char c, char expected) { return expected == '0' ? c >= '0' && c <= '9' : c == expected; });
 }
 
-std::optional<PropertyList> date_from(std::string text) {
+std::optional<PropertyList> date_from(std::string&& text) {
   namespace chrono = std::chrono;
   const std::string_view date = trimmed(text);
   if (!has_form(date, "0000-00-00T00:00:00Z")) return std::nullopt;
@@ -101,16 +101,16 @@ std::optional<PropertyList> date_from(std::string text) {
 }
 
 /// Each digit's value, -1 for every other byte.
-constexpr std::array<signed char, 256> base64_values = [] {
-  std::array<signed char, 256> values{};
+constexpr std::array<int, 256> base64_values = [] {
+  std::array<int, 256> values{};
   values.fill(-1);
   for (std::size_t i = 0; i < base64_digits.size(); ++i) {
-    values[static_cast<unsigned char>(base64_digits[i])] = static_cast<signed char>(i);
+    values[static_cast<unsigned char>(base64_digits[i])] = static_cast<int>(i);
   }
   return values;
 }();
 
-std::optional<PropertyList> data_from(std::string text) {
+std::optional<PropertyList> data_from(std::string&& text) {
   std::erase_if(text, [](char c) { return xml_space.find(c) != std::string_view::npos; });
   if (text.size() % 4 != 0) return std::nullopt;
   for (int padding = 0; padding < 2 && text.ends_with('='); ++padding) text.pop_back();
@@ -133,7 +133,7 @@ std::optional<PropertyList> data_from(std::string text) {
 /// An element that holds text alone, and what makes a value of that text.
 struct TextElement {
   std::string_view name;
-  std::optional<PropertyList> (*value_from)(std::string text);
+  std::optional<PropertyList> (*value_from)(std::string&& text);
 };
 
 constexpr TextElement text_elements[] = {

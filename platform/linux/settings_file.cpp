@@ -144,7 +144,8 @@ std::optional<std::string> without_links(std::string path) {
     const ssize_t length = ::readlink(path.c_str(), target.data(), target.size());
     if (length < 0) return path;  // no link; whatever else it is shows when it is read
     target.resize(static_cast<std::size_t>(length));
-    path = target.starts_with('/') ? target : folder_of(path) + "/" + target;
+    if (!target.starts_with('/')) target.insert(0, folder_of(path) + "/");
+    path = std::move(target);
   }
   return std::nullopt;
 }
