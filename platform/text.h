@@ -36,13 +36,15 @@ bool contains_folded(std::string_view text, std::string_view part);
 /// The text as UTF-8, each ill-formed sequence replaced by U+FFFD.
 std::string to_valid_utf8(std::string_view bytes);
 
-/// Upper case of the first code point, the rest as it is (root locale). Not UTF-8: unchanged.
+/// Upper case of the first code point, which may become two ("ßa" gives "SSa"), the rest as it is (root locale). A text
+/// that does not begin with UTF-8 stays unchanged.
 std::string upper_first(std::string_view text);
 
-/// Lower case of the whole text (root locale). Bytes that are not UTF-8 stay as they are.
+/// Lower case of the whole text (root locale, full mapping). Bytes that are not UTF-8 stay as they are.
 std::string lower_case(std::string_view text);
 
-/// Comparison and number form of one user's locale. Immutable; any thread may use it.
+/// Comparison and number form of one user's locale. Immutable; any thread may use it. Cheap to make: what a locale
+/// needs is read when it is first used.
 class Text {
  public:
   /// Locale names as in the environment ("de_DE.UTF-8", "C", ""). C, POSIX, empty and unknown names give the root
@@ -52,13 +54,15 @@ class Text {
   Text(const Text&) = delete;
   Text& operator=(const Text&) = delete;
 
-  /// Below, equal to or above 0: localised comparison in which letter case is ignored and accents count.
+  /// Below, equal to or above 0: localised comparison in which letter case is ignored and accents count. Bytes that are
+  /// not UTF-8 compare as U+FFFD.
   int compare(std::string_view a, std::string_view b) const;
 
   /// Bytes whose order is the order of `compare`.
   std::string sort_key(std::string_view text) const;
 
-  /// A byte count for people, decimal units: "Zero KB", "1 byte", "999 bytes", "12 KB", "1.5 MB", "2.25 GB".
+  /// A byte count for people, decimal units: "Zero KB", "1 byte", "999 bytes", "12 KB", "1.5 MB", "2.25 GB". Halves
+  /// round up, and what would round to 1000 of a unit is 1 of the next. The number is the locale's, the units English.
   std::string byte_count(std::int64_t bytes) const;
 
   /// Sorts by the text that `label(item)` gives, ascending; equal ones keep the order they had.
