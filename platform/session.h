@@ -10,13 +10,14 @@ namespace tarnby {
 /// What is known of the logged-in user. Values are taken once, from the environment and the account database
 /// (getpwuid_r(3), locale(7)); nothing changes afterwards.
 struct Session {
-  /// The account's login name; empty when there is none.
+  /// The account's login name, or what USER or LOGNAME say when the user has no account; empty when none does.
   std::string user_name;
   /// The home folder the platform reports for the user. Never the grant: that one is only ever given, not guessed.
   Url home_folder;
   /// Where the settings live; nowhere when neither XDG_CONFIG_HOME nor a home folder is known.
   Url settings_folder;
-  /// Preferred languages, most wanted first, written as "en-US", without repetition; empty in the C locale.
+  /// Preferred languages, most wanted first, written as "en-US", without repetition: those of LANGUAGE, LC_ALL,
+  /// LC_MESSAGES and LANG. C and POSIX name none, and where they decide the locale LANGUAGE does not count.
   std::vector<std::string> preferred_languages;
   /// Locale names as the environment has them ("de_DE.UTF-8"), empty when unset.
   std::string collation_locale;
@@ -26,7 +27,7 @@ struct Session {
 /// The session of this process.
 Session current_session();
 
-/// Splits a comma-separated list of languages and writes each as "en-US" ("de_DE.UTF-8@euro" becomes "de-DE"); leaves
+/// Splits a list of languages at the separator and writes each as "en-US" ("de_DE.UTF-8@euro" becomes "de-DE"); leaves
 /// out empty ones, C and POSIX.
 std::vector<std::string> languages_from_list(std::string_view list, char separator);
 
