@@ -1,20 +1,21 @@
 // Makes a home folder and an Applications folder to try every command on without risk: something for every category,
 // invented, with believable sizes. The large files are sparse and take next to no room on the disk.
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <cstdint>
 #include <ctime>
 #include <exception>
-#include <fcntl.h>
 #include <filesystem>
 #include <iostream>
 #include <string>
 #include <string_view>
-#include <sys/stat.h>
 #include <system_error>
-#include <unistd.h>
 #include <utility>
 
 #include "platform/descriptor.h"

@@ -1,11 +1,12 @@
 #include "platform/property_list.h"
 
+#include <gtest/gtest.h>
+#include <unicode/ucnv.h>
+
 #include <bit>
 #include <cmath>
-#include <gtest/gtest.h>
 #include <limits>
 #include <random>
-#include <unicode/ucnv.h>
 
 namespace tarnby {
 namespace {

@@ -1,13 +1,14 @@
 #include "platform/session.h"
 
-#include <cstdlib>
 #include <gtest/gtest.h>
+#include <pwd.h>
+#include <unistd.h>
+
+#include <cstdlib>
 #include <initializer_list>
 #include <map>
 #include <optional>
-#include <pwd.h>
 #include <string>
-#include <unistd.h>
 #include <utility>
 #include <vector>
 

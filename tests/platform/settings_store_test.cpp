@@ -1,15 +1,16 @@
 #include "platform/settings_store.h"
 
-#include <chrono>
-#include <csignal>
 #include <gtest/gtest.h>
-#include <limits>
-#include <random>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
-#include <thread>
 #include <unistd.h>
+
+#include <chrono>
+#include <csignal>
+#include <limits>
+#include <random>
+#include <thread>
 
 #include "platform/app_settings.h"
 #include "tests/support/temp_tree.h"

@@ -1,7 +1,8 @@
 #include "platform/text.h"
 
-#include <cstdint>
 #include <gtest/gtest.h>
+
+#include <cstdint>
 #include <limits>
 #include <numeric>
 #include <string>

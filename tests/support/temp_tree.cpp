@@ -111,6 +111,7 @@ std::string TempTree::read(std::string_view relative) const {
 }
 
 void as_plain_user(const TempTree& tree, const std::function<void()>& body) {
+  std::fflush(nullptr);  // else the child prints again what waits to be printed
   const pid_t child = fork();
   ASSERT_GE(child, 0);
   if (child == 0) {
