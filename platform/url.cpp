@@ -37,7 +37,7 @@ Url Url::file(std::string_view absolute_path) {
   std::string path;
   path.reserve(absolute_path.size());
   append_components(path, absolute_path);
-  if (path.empty()) path = "/";
+  if (path.empty()) path.push_back('/');
   return Url(std::move(path));
 }
 
@@ -56,7 +56,7 @@ Url Url::appending(std::string_view components) const {
   path.reserve(text_.size() + 1 + components.size());
   if (text_ != "/") path = text_;
   append_components(path, components);
-  if (path.empty()) path = "/";
+  if (path.empty()) path.push_back('/');
   return Url(std::move(path));
 }
 

@@ -1,0 +1,92 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "platform/descriptor.h"
+
+namespace tarnby {
+
+/// What an entry is, links not followed. `none`: there is no such entry, or nobody has told yet.
+enum class EntryKind : std::uint8_t { none, file, folder, link, other };
+
+/// What makes an entry the same one as before: its file system and its number there (inode(7)).
+struct Identity {
+  dev_t device = 0;
+  ino_t number = 0;
+  friend bool operator==(const Identity&, const Identity&) = default;
+};
+
+/// What the system tells about one entry.
+struct Status {
+  EntryKind kind = EntryKind::none;
+  /// Logical length in bytes of a file or of a link's own text; 0 for everything else.
+  std::int64_t size = 0;
+  Identity identity;
+};
+
+/// One entry as a folder gives it. `name` is followed by a NUL and lives until the reader reads again.
+struct RawEntry {
+  std::string_view name;
+  EntryKind kind;
+};
+
+/// Reads the entries of open folders, batch by batch, without "." and "..". For one thread at a time.
+class DirectoryReader {
+ public:
+  DirectoryReader();
+  ~DirectoryReader();
+  DirectoryReader(const DirectoryReader&) = delete;
+  DirectoryReader& operator=(const DirectoryReader&) = delete;
+
+  /// The next entries of the folder, in the order in which the file system gives them. Empty at the end, and when it
+  /// cannot be read (getdents64(2)). Their kinds are all told.
+  std::span<const RawEntry> read(int folder);
+
+  /// True when the last batch filled the buffer well enough that another one is likely to follow.
+  bool likely_more() const { return likely_more_; }
+
+ private:
+  std::unique_ptr<char[]> buffer_;
+  std::vector<RawEntry> entries_;
+  bool likely_more_ = false;
+};
+
+/// A handle for looking up entries below a folder, not for reading it. A link in its place is not followed. Empty when
+/// it cannot be opened; errno(3) tells why.
+Descriptor open_place_at(int parent, const char* name);
+
+/// The same, through a link if one stands there: only for what lies above a granted folder.
+Descriptor open_place_following(int parent, const char* name);
+
+/// A handle for reading a folder's entries; a link in its place is not followed.
+Descriptor open_folder_at(int parent, const char* name);
+
+/// As open_folder_at, and refused when another file system or a bind mount begins there (openat2(2)).
+Descriptor open_folder_on_same_mount(int parent, const char* name);
+
+/// A handle for reading a plain file. Links are not followed; a FIFO or a device never makes it wait.
+Descriptor open_file_at(int parent, const char* name);
+
+/// What stands under a name in an open folder.
+Status status_at(int parent, const char* name);
+
+/// What an open handle stands for.
+Status status_of(int handle);
+
+/// How many removals at once serve the file system best that holds this folder.
+unsigned removal_threads_for(int folder);
+
+/// Lets this process hold as many open handles as the system allows (setrlimit(2)); once, at the start of a program.
+void raise_handle_limit();
+
+/// How many handles this process may hold open.
+std::size_t handle_limit();
+
+}  // namespace tarnby

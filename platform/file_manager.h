@@ -1,0 +1,119 @@
+#pragma once
+
+#include <atomic>
+#include <functional>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <system_error>
+#include <vector>
+
+#include "platform/directory.h"
+#include "platform/granted_folders.h"
+#include "platform/traversal.h"
+#include "platform/url.h"
+
+namespace tarnby {
+
+/// One entry that a listing or a walk found. Its kind is told without following links.
+struct Entry {
+  Url url;
+  EntryKind kind = EntryKind::none;
+
+  friend bool operator==(const Entry&, const Entry&) = default;
+};
+
+/// Whether a listing or a walk takes entries whose name begins with a dot; a walk that skips them does not enter them.
+enum class Hidden { skip, take };
+/// Whether a walk looks inside packages (bundles).
+enum class Packages { skip, enter };
+
+/// Called on worker threads for each entry a walk meets: true keeps it.
+using WantEntry = std::function<bool(std::string_view name, EntryKind kind)>;
+
+/// True when the name ends in ".app" and has more before it. Says nothing of what stands under the name.
+bool is_application_name(std::string_view name);
+
+/// True when a folder of this name is a package, by its extension, whatever its case.
+bool is_package_name(std::string_view name);
+
+/// What became of one entry that was to be removed.
+struct Removal {
+  /// False when the pass was stopped before it came to this entry.
+  bool attempted = false;
+  /// Empty when nothing of the entry is left, also when it was gone before.
+  std::error_code error;
+};
+
+/// Listing, walking, looking and removing. Links are never followed below the place where an operation starts, and that
+/// place is not followed either. No operation throws or reports a failure on the way: what cannot be read is empty.
+/// Any thread may call.
+class FileManager {
+ public:
+  /// @param workers how many folders are read at once; 0 chooses for this machine.
+  explicit FileManager(unsigned workers = 0) : traversal_(workers) {}
+
+  /// The folders that the user opened; removal knows no others.
+  GrantedFolders& granted() { return granted_; }
+  const GrantedFolders& granted() const { return granted_; }
+
+  /// The workers, for jobs of this layer.
+  Traversal& traversal() { return traversal_; }
+
+  /// The immediate entries of a folder in byte order of their names; empty when it is no folder or cannot be read.
+  std::vector<Entry> list(const Url& folder, Hidden hidden = Hidden::skip) const;
+  /// The same, their locations only.
+  std::vector<Url> list_urls(const Url& folder, Hidden hidden = Hidden::skip) const;
+
+  /// The entries below a folder that `want` keeps, in pre-order, each folder's entries in byte order of their names.
+  /// Memory follows what is kept. The folder itself is not among them.
+  std::vector<Url> walk(const Url& folder, Hidden hidden, Packages packages, const WantEntry& want);
+
+  /// What stands at a location.
+  Status status(const Url& url) const;
+  /// The same for many; neighbours in one folder cost one look each.
+  std::vector<Status> statuses(std::span<const Url> urls) const;
+  bool exists(const Url& url) const { return status(url).kind != EntryKind::none; }
+  bool is_folder(const Url& url) const { return status(url).kind == EntryKind::folder; }
+
+  /// A folder with the extension "app".
+  bool is_application(const Url& url) const;
+  /// The name as the user sees it: the last component, without the extension when it is an application.
+  std::string display_name(const Entry& entry) const;
+  std::string display_name(const Url& url) const;
+
+  /// The whole content of a plain file; none when it is anything else, cannot be read, or is larger than `most` bytes.
+  std::optional<std::string> read(const Url& file, std::size_t most) const;
+
+  /// Removes each entry and everything below it, for good, in order; returns one result each.
+  ///
+  /// A link goes itself, never what it points to. Goes on after a failure and takes everything that can be taken. What
+  /// lies outside the granted folders fails and is not touched, and so does what is never removed whole. Another file
+  /// system or a bind mount inside an entry is not entered. Large trees are taken by several workers.
+  /// @param stop when it becomes true, what is in hand is finished and the rest is not attempted.
+  std::vector<Removal> remove(std::span<const Url> urls, const std::atomic<bool>* stop = nullptr);
+
+  /// For each entry, true when `remove` would refuse it: outside the granted folders, or never removed whole.
+  std::vector<bool> refuses_to_remove(std::span<const Url> urls) const;
+
+ private:
+  GrantedFolders granted_;
+  Traversal traversal_;
+};
+
+/// Looks up entries one after another and keeps the handle of the folder it was last in. For one thread.
+class PlaceCursor {
+ public:
+  explicit PlaceCursor(const GrantedFolders& granted) : granted_(granted) {}
+
+  /// An open handle of the folder that holds the entry, or -1.
+  int parent_of(const Url& url);
+
+ private:
+  const GrantedFolders& granted_;
+  Url parent_;
+  Descriptor handle_;
+};
+
+}  // namespace tarnby

@@ -1,0 +1,195 @@
+#include "platform/granted_folders.h"
+
+#include <fcntl.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <mutex>
+#include <string_view>
+
+namespace tarnby {
+
+namespace {
+
+/// Folders whose loss would harm more than it frees, by the granted folder they are in and the folder that holds them.
+struct ProtectedRow {
+  Grant kind;
+  std::string_view parent;
+  std::vector<std::string> names;
+};
+
+const std::vector<ProtectedRow>& protected_rows() {
+  static const std::vector<ProtectedRow> rows = {
+      {Grant::home,
+       "",
+       {"Applications", "Desktop", "Documents", "Downloads", "Library", "Movies", "Music", "Pictures", "Public",
+        "Sites", ".Trash"}},
+      {Grant::home,
+       "Library",
+       {"Accounts",
+        "Address Book Plug-Ins",
+        "Application Scripts",
+        "Application Support",
+        "Assistants",
+        "Caches",
+        "Calendars",
+        "CloudStorage",
+        "ColorPickers",
+        "Containers",
+        "Cookies",
+        "Fonts",
+        "Group Containers",
+        "Input Methods",
+        "Internet Plug-Ins",
+        "Keyboard Layouts",
+        "Keychains",
+        "LaunchAgents",
+        "Logs",
+        "Mail",
+        "Messages",
+        "Metadata",
+        "Mobile Documents",
+        "Photos",
+        "PreferencePanes",
+        "Preferences",
+        "Printers",
+        "QuickLook",
+        "Reminders",
+        "Safari",
+        "Saved Application State",
+        "Screen Savers",
+        "Scripts",
+        "Services",
+        "Shortcuts",
+        "Sounds",
+        "Spelling",
+        "Spotlight",
+        "WebKit"}},
+      {Grant::disk, "", {"Applications", "Library", "System", "Users", "var"}},
+      {Grant::disk, "Users", {"Shared"}},
+      {Grant::disk, "var", {"db", "folders", "run"}},
+      {Grant::disk,
+       "Library",
+       {"Application Support", "Caches", "LaunchAgents", "LaunchDaemons", "Logs", "Preferences",
+        "PrivilegedHelperTools"}},
+  };
+  return rows;
+}
+
+/// Opens one component after the other below `base`; empty components do not occur in a Url.
+template <typename OpenNext>
+Descriptor descend(Descriptor base, std::string_view relative, OpenNext open_next) {
+  while (!relative.empty() && base) {
+    const auto slash = relative.find('/');
+    const std::string component(relative.substr(0, slash));
+    relative = slash == std::string_view::npos ? std::string_view{} : relative.substr(slash + 1);
+    if (component == "..") {
+      errno = EINVAL;
+      return {};
+    }
+    base = open_next(base.get(), component.c_str(), relative.empty());
+  }
+  return base;
+}
+
+std::string_view relative_path(const Url& url, const Url& folder) {
+  std::string_view rest = url.path();
+  rest.remove_prefix(folder.path() == "/" ? 0 : folder.path().size());
+  if (!rest.empty()) rest.remove_prefix(1);
+  return rest;
+}
+
+bool has_dot_dot(const Url& url) {
+  const std::string& path = url.path();
+  return path.find("/../") != std::string::npos || path.ends_with("/..");
+}
+
+}  // namespace
+
+bool GrantedFolders::add(Grant kind, const Url& folder) {
+  if (!folder.is_file_url()) return false;
+  Descriptor handle = open_place(folder);
+  if (!handle) return false;
+  std::vector<Identity> line = {status_of(handle.get()).identity};
+  for (Url url = folder; url.path() != "/";) {
+    url = url.parent();
+    if (const Descriptor place = open_place(url)) line.push_back(status_of(place.get()).identity);
+  }
+  const std::unique_lock lock(mutex_);
+  const bool known = std::any_of(given_.begin(), given_.end(), [&](const Given& given) {
+    return given.kind == kind && given.url == folder && given.line == line;
+  });
+  if (!known) given_.push_back({kind, folder, std::move(handle), std::move(line)});
+  return true;
+}
+
+bool GrantedFolders::holds(const Url& url) const {
+  if (has_dot_dot(url)) return false;
+  const std::shared_lock lock(mutex_);
+  return std::any_of(given_.begin(), given_.end(),
+                     [&](const Given& given) { return url != given.url && url.is_within(given.url); });
+}
+
+const GrantedFolders::Given* GrantedFolders::nearest(const Url& url) const {
+  const Given* best = nullptr;
+  for (const Given& given : given_) {
+    if (!url.is_within(given.url)) continue;
+    if (!best || given.url.path().size() > best->url.path().size()) best = &given;
+  }
+  return best;
+}
+
+Descriptor GrantedFolders::open_place_locked(const Url& folder) const {
+  if (!folder.is_file_url()) {
+    errno = ENOENT;
+    return {};
+  }
+  if (const Given* grant = nearest(folder)) {
+    const auto below = [](int parent, const char* name, bool) { return open_place_at(parent, name); };
+    return descend(open_place_at(grant->handle.get(), "."), relative_path(folder, grant->url), below);
+  }
+  const auto elsewhere = [](int parent, const char* name, bool last) {
+    return last ? open_place_at(parent, name) : open_place_following(parent, name);
+  };
+  return descend(open_place_at(AT_FDCWD, "/"), relative_path(folder, Url::file("/")), elsewhere);
+}
+
+Descriptor GrantedFolders::open_place(const Url& folder) const {
+  const std::shared_lock lock(mutex_);
+  return open_place_locked(folder);
+}
+
+Descriptor GrantedFolders::open_folder(const Url& folder) const {
+  const Descriptor place = open_place(folder);
+  return place ? open_folder_at(place.get(), ".") : Descriptor();
+}
+
+bool GrantedFolders::is_or_holds_grant(const Identity& identity) const {
+  const std::shared_lock lock(mutex_);
+  return std::any_of(given_.begin(), given_.end(), [&](const Given& given) {
+    return std::find(given.line.begin(), given.line.end(), identity) != given.line.end();
+  });
+}
+
+std::vector<std::string> GrantedFolders::protected_names(const Url& parent, int handle) const {
+  const std::shared_lock lock(mutex_);
+  const Identity identity = status_of(handle).identity;
+  const auto is_this_folder = [&](const Url& folder) {
+    if (folder == parent) return true;
+    const Descriptor place = open_place_locked(folder);
+    return place && status_of(place.get()).identity == identity;
+  };
+  std::vector<std::string> names;
+  for (const Given& given : given_) {
+    for (const ProtectedRow& row : protected_rows()) {
+      if (row.kind != given.kind || !is_this_folder(given.url.appending(row.parent))) continue;
+      names.insert(names.end(), row.names.begin(), row.names.end());
+    }
+    for (Url url = given.url; url.path() != "/"; url = url.parent()) {
+      if (is_this_folder(url.parent())) names.emplace_back(url.last_path_component());
+    }
+  }
+  return names;
+}
+
+}  // namespace tarnby

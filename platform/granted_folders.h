@@ -1,0 +1,63 @@
+#pragma once
+
+#include <optional>
+#include <shared_mutex>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "platform/descriptor.h"
+#include "platform/directory.h"
+#include "platform/url.h"
+
+namespace tarnby {
+
+/// What a granted folder is to the program, which decides what in it is never removed whole.
+enum class Grant { home, applications, disk };
+
+/// The folders the user opened to this program, and the only way from a location to an open handle.
+///
+/// A location below a grant is opened component by component from the handle that was taken when the grant was given;
+/// a link in any component ends the road. Elsewhere links above the last component are followed, as for a path typed by
+/// a person. Any thread may call.
+class GrantedFolders {
+ public:
+  /// Opens `folder`, a real path, and keeps its handle for as long as this object lives. A later grant of the same
+  /// kind is added, the earlier one stays. False, and no grant, when it is no folder that can be opened.
+  bool add(Grant kind, const Url& folder);
+
+  /// True when the location lies strictly below a granted folder.
+  bool holds(const Url& url) const;
+
+  /// A handle for looking up entries in the folder; empty when a component is missing, a link, or "..".
+  Descriptor open_place(const Url& folder) const;
+  /// A handle for reading the folder's entries, under the same rules.
+  Descriptor open_folder(const Url& folder) const;
+
+  /// The names in this folder that are never removed whole, whoever asks: granted folders, folders that hold one, and
+  /// the folders that a home or a disk cannot do without. Nearly always empty.
+  ///
+  /// @param handle an open handle of `parent`. The folder is recognised by its path and by its identity, so that
+  ///   another path to it does not lose the protection.
+  std::vector<std::string> protected_names(const Url& parent, int handle) const;
+
+  /// True when this is a granted folder or one that holds a granted folder, whatever its path.
+  bool is_or_holds_grant(const Identity& identity) const;
+
+ private:
+  struct Given {
+    Grant kind;
+    Url url;
+    Descriptor handle;
+    /// The granted folder's own, then those of the folders that hold it, up to "/".
+    std::vector<Identity> line;
+  };
+
+  const Given* nearest(const Url& url) const;
+  Descriptor open_place_locked(const Url& folder) const;
+
+  mutable std::shared_mutex mutex_;
+  std::vector<Given> given_;
+};
+
+}  // namespace tarnby

@@ -1,0 +1,269 @@
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cerrno>
+#include <condition_variable>
+#include <memory>
+#include <mutex>
+
+#include "platform/file_manager.h"
+
+namespace tarnby {
+
+// How an entry is removed
+//
+// Its folder is opened beneath the grant; the entry is looked at and deleted relative to that handle, and so is all
+// that lies below it: a name is only ever resolved in a folder that is already open, so that no link another process
+// puts in the way can lead elsewhere. unlinkat(2) never follows a link and never deletes a folder, or only an empty one
+// when told to, so an entry that changes its kind in between is refused by the system or goes as what it became.
+
+namespace {
+
+std::error_code system_error(int number) {
+  return {number, std::generic_category()};
+}
+
+/// The folder that holds an entry, with what may not be taken out of it.
+struct HoldingFolder {
+  Url url;
+  Descriptor handle;
+  int error = 0;
+  std::vector<std::string> protected_names;
+  std::vector<Identity> protected_entries;
+
+  HoldingFolder(const GrantedFolders& granted, const Url& folder) : url(folder), handle(granted.open_place(folder)) {
+    if (!handle) {
+      error = errno;
+      return;
+    }
+    protected_names = granted.protected_names(folder, handle.get());
+    for (const std::string& name : protected_names) {
+      const Status standing = status_at(handle.get(), name.c_str());
+      if (standing.kind != EntryKind::none) protected_entries.push_back(standing.identity);
+    }
+  }
+
+  bool protects(const std::string& name) const {
+    if (protected_names.empty()) return false;
+    const auto contains = [](const auto& list, const auto& item) {
+      return std::find(list.begin(), list.end(), item) != list.end();
+    };
+    if (contains(protected_names, name)) return true;
+    const Status standing = status_at(handle.get(), name.c_str());
+    return standing.kind != EntryKind::none && contains(protected_entries, standing.identity);
+  }
+};
+
+/// Finds the holding folder of one entry after another; neighbours share it.
+class HoldingFolders {
+ public:
+  explicit HoldingFolders(const GrantedFolders& granted) : granted_(granted) {}
+
+  /// Null when nothing may be taken from where this entry is.
+  std::shared_ptr<const HoldingFolder> holding(const Url& url) {
+    if (!granted_.holds(url)) return nullptr;
+    const Url parent = url.parent();
+    if (!last_ || last_->url != parent) last_ = std::make_shared<HoldingFolder>(granted_, parent);
+    return last_;
+  }
+
+ private:
+  const GrantedFolders& granted_;
+  std::shared_ptr<const HoldingFolder> last_;
+};
+
+/// Removes whole folders; each start is one of them, and its account is its place in the list.
+class RemovalJob final : public TraversalJob {
+ public:
+  RemovalJob(const GrantedFolders& granted, std::size_t targets) : granted_(granted), targets_(targets) {}
+
+  struct Target {
+    std::shared_ptr<const HoldingFolder> holding;
+    std::string name;
+    std::atomic<int> first_error{0};
+  };
+
+  /// Prepares a target; call before its traversal starts.
+  void take(std::size_t account, std::shared_ptr<const HoldingFolder> holding, std::string name) {
+    targets_[account].holding = std::move(holding);
+    targets_[account].name = std::move(name);
+    targets_[account].first_error = 0;
+    const std::lock_guard lock(mutex_);
+    ++in_hand_;
+  }
+
+  void wait_for_fewer_than(std::size_t most) {
+    std::unique_lock lock(mutex_);
+    one_done_.wait(lock, [&] { return in_hand_ < most; });
+  }
+
+  int first_error(std::size_t account) const { return targets_[account].first_error; }
+
+  Descriptor open_start(const TraversedFolder& folder) override {
+    const Target& target = targets_[folder.account()];
+    return open_checked(target.holding->handle.get(), target.name);
+  }
+
+  Descriptor open_below(int parent, const TraversedFolder& folder) override {
+    return open_checked(parent, folder.name());
+  }
+
+  bool keeps_handles() const override { return true; }
+
+  void visit(const TraversedFolder& folder, int handle, std::span<const RawEntry> entries,
+             FoldersToEnter& enter) override {
+    for (const RawEntry& entry : entries) {
+      if (entry.kind == EntryKind::folder) {
+        enter.add(entry.name, folder.account());
+        continue;
+      }
+      if (unlinkat(handle, entry.name.data(), 0) != 0) note(folder.account(), errno);
+    }
+  }
+
+  void leave(const TraversedFolder& folder, int parent_handle) override {
+    Target& target = targets_[folder.account()];
+    const bool is_start = folder.parent() == nullptr;
+    const int parent = is_start ? target.holding->handle.get() : parent_handle;
+    const std::string& name = is_start ? target.name : folder.name();
+    remove_left(folder, parent, name);
+    if (!is_start) return;
+    const std::lock_guard lock(mutex_);
+    --in_hand_;
+    one_done_.notify_all();
+  }
+
+ private:
+  /// A granted folder must not go even when it has come to lie inside an entry by another path.
+  Descriptor open_checked(int parent, const std::string& name) const {
+    Descriptor folder = open_folder_on_same_mount(parent, name.c_str());
+    if (folder && granted_.is_or_holds_grant(status_of(folder.get()).identity)) {
+      folder.reset();
+      errno = EPERM;
+    }
+    return folder;
+  }
+
+  void remove_left(const TraversedFolder& folder, int parent, const std::string& name) {
+    const int why_closed = folder.open_error();
+    if (why_closed == EPERM || why_closed == EXDEV || why_closed == ECANCELED) {
+      note(folder.account(), why_closed);
+      return;
+    }
+    if (unlinkat(parent, name.c_str(), AT_REMOVEDIR) == 0) return;  // an empty one goes even when it is unreadable
+    if (errno == ENOTDIR && unlinkat(parent, name.c_str(), 0) == 0) return;  // no folder any more: what it became
+    note(folder.account(), why_closed == EACCES ? why_closed : errno);
+  }
+
+  void note(std::size_t account, int error) {
+    if (error == ENOENT) return;  // somebody else was faster
+    int none = 0;
+    targets_[account].first_error.compare_exchange_strong(none, error);
+  }
+
+  const GrantedFolders& granted_;
+  std::vector<Target> targets_;
+  std::mutex mutex_;
+  std::condition_variable one_done_;
+  std::size_t in_hand_ = 0;
+};
+
+/// One pass over a list of entries.
+class RemovalPass {
+ public:
+  RemovalPass(const GrantedFolders& granted, std::span<const Url> urls, const std::atomic<bool>* stop)
+      : urls_(urls), stop_(stop), holding_(granted), job_(granted, urls.size()), results_(urls.size()) {}
+
+  std::vector<Removal> run() {
+    for (std::size_t at = 0; at < urls_.size() && !stopped(); ++at) take(at);
+    finish();
+    // A folder may be found not empty although nothing in it failed: entries were added meanwhile, or the file system
+    // lost its place while its entries went. Another look settles that.
+    for (int again = 0; again < 3 && !not_empty_.empty(); ++again) {
+      for (const std::size_t at : std::exchange(not_empty_, {})) take(at);
+      finish();
+    }
+    return std::move(results_);
+  }
+
+ private:
+  bool stopped() const { return stop_ && stop_->load(std::memory_order_relaxed); }
+
+  void take(std::size_t at) {
+    const Url& url = urls_[at];
+    Removal& result = results_[at];
+    result = {true, {}};
+    const auto holding = holding_.holding(url);
+    if (!holding) {
+      result.error = system_error(EPERM);
+      return;
+    }
+    if (!holding->handle) {
+      if (holding->error != ENOENT) result.error = system_error(holding->error);
+      return;
+    }
+    std::string name(url.last_path_component());
+    if (holding->protects(name)) {
+      result.error = system_error(EPERM);
+      return;
+    }
+    if (status_at(holding->handle.get(), name.c_str()).kind == EntryKind::folder) {
+      take_folder(at, holding, std::move(name));
+    } else if (unlinkat(holding->handle.get(), name.c_str(), 0) != 0 && errno != ENOENT) {
+      result.error = system_error(errno);
+    }
+  }
+
+  void take_folder(std::size_t at, const std::shared_ptr<const HoldingFolder>& holding, std::string name) {
+    if (!workers_) {
+      threads_ = removal_threads_for(holding->handle.get());
+      workers_ = std::make_unique<Traversal>(threads_);
+    }
+    job_.wait_for_fewer_than(std::size_t{4} * threads_);
+    job_.take(at, holding, std::move(name));
+    folders_.push_back(at);
+    const TraversalStart starts[] = {{urls_[at].path(), at}};
+    workers_->start(job_, starts, Traversal::Turn::last);
+  }
+
+  /// Waits for the folders in hand and takes down how they went.
+  void finish() {
+    if (workers_) workers_->wait(job_);
+    for (const std::size_t at : std::exchange(folders_, {})) {
+      const int error = job_.first_error(at);
+      results_[at].error = error == 0 ? std::error_code() : system_error(error);
+      if (error == ENOTEMPTY || error == EEXIST) not_empty_.push_back(at);
+    }
+  }
+
+  std::span<const Url> urls_;
+  const std::atomic<bool>* stop_;
+  HoldingFolders holding_;
+  RemovalJob job_;
+  std::vector<Removal> results_;
+  std::vector<std::size_t> folders_;
+  std::vector<std::size_t> not_empty_;
+  unsigned threads_ = 1;
+  std::unique_ptr<Traversal> workers_;  // last: it ends before what its job uses
+};
+
+}  // namespace
+
+std::vector<Removal> FileManager::remove(std::span<const Url> urls, const std::atomic<bool>* stop) {
+  return RemovalPass(granted_, urls, stop).run();
+}
+
+std::vector<bool> FileManager::refuses_to_remove(std::span<const Url> urls) const {
+  HoldingFolders folders(granted_);
+  std::vector<bool> refused;
+  refused.reserve(urls.size());
+  for (const Url& url : urls) {
+    const auto holding = folders.holding(url);
+    refused.push_back(!holding || (holding->handle && holding->protects(std::string(url.last_path_component()))));
+  }
+  return refused;
+}
+
+}  // namespace tarnby

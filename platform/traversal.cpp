@@ -1,0 +1,276 @@
+#include "platform/traversal.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <utility>
+
+namespace tarnby {
+
+namespace {
+
+/// A disk wants more requests in flight than there are cores; with everything cached more workers than cores cost
+/// nothing that can be measured.
+constexpr unsigned workers_per_machine = 8;
+
+unsigned chosen_workers(unsigned asked) {
+  if (asked > 0) return asked;
+  return std::max(workers_per_machine, std::thread::hardware_concurrency());
+}
+
+}  // namespace
+
+std::string TraversedFolder::path() const {
+  std::vector<const TraversedFolder*> line;
+  std::size_t length = 0;
+  for (const TraversedFolder* folder = this; folder; folder = folder->parent_) {
+    line.push_back(folder);
+    length += folder->name_.size() + 1;
+  }
+  std::string path;
+  path.reserve(length);
+  for (auto folder = line.rbegin(); folder != line.rend(); ++folder) {
+    if (!path.empty() && path.back() != '/') path += '/';
+    path += (*folder)->name_;
+  }
+  return path;
+}
+
+void TraversalJob::leave(const TraversedFolder& /*folder*/, int /*parent_handle*/) {}
+
+Descriptor TraversalJob::open_below(int parent, const TraversedFolder& folder) {
+  return open_folder_at(parent, folder.name().c_str());
+}
+
+Traversal::Traversal(unsigned workers, std::size_t handles)
+    : most_workers_(chosen_workers(workers)), most_handles_(handles > 0 ? handles : handle_limit() / 2) {}
+
+Traversal::~Traversal() {
+  std::unique_lock lock(mutex_);
+  for (TraversalJob* job : running_) job->cancel();
+  start_finished_.wait(lock, [&] { return running_.empty(); });
+  ending_ = true;
+  work_waits_.notify_all();
+  lock.unlock();
+  for (std::thread& worker : workers_) worker.join();
+}
+
+void Traversal::start(TraversalJob& job, std::span<const TraversalStart> starts, Turn turn) {
+  if (starts.empty()) return;
+  const std::lock_guard lock(mutex_);
+  if (job.unfinished_ == 0) running_.push_back(&job);
+  job.unfinished_ += starts.size();
+  for (const TraversalStart& start : starts) {
+    // Owned by its users from here on; done_with deletes it when the last one goes.
+    auto folder = std::unique_ptr<TraversedFolder>(new TraversedFolder(job, nullptr, start.path, start.account));
+    const Task task = {folder.release(), false};
+    if (turn == Turn::now) {
+      stack_.push_back(task);
+    } else {
+      starts_.push_back(task);
+    }
+  }
+  add_workers(starts.size());
+}
+
+void Traversal::wait(TraversalJob& job) {
+  std::unique_lock lock(mutex_);
+  start_finished_.wait(lock, [&] { return job.unfinished_ == 0; });
+}
+
+void Traversal::run(TraversalJob& job, std::span<const TraversalStart> starts) {
+  start(job, starts, Turn::now);
+  wait(job);
+}
+
+/// Wakes idle workers, or makes new ones, for so many new tasks. Under the mutex.
+void Traversal::add_workers(std::size_t waiting) {
+  for (std::size_t woken = std::min(waiting, idle_); woken > 0; --woken) work_waits_.notify_one();
+  if (waiting <= idle_) return;
+  for (std::size_t missing = waiting - idle_; missing > 0 && workers_.size() < most_workers_; --missing) {
+    workers_.emplace_back([this] { work(); });
+  }
+}
+
+void Traversal::work() {
+  DirectoryReader reader;
+  Task task = {};
+  while (next(task)) step(task, reader);
+}
+
+bool Traversal::next(Task& task) {
+  std::unique_lock lock(mutex_);
+  while (stack_.empty() && starts_.empty()) {
+    if (ending_) return false;
+    ++idle_;
+    work_waits_.wait(lock);
+    --idle_;
+  }
+  if (!stack_.empty()) {
+    task = stack_.back();
+    stack_.pop_back();
+  } else {
+    task = starts_.front();
+    starts_.pop_front();
+  }
+  return true;
+}
+
+void Traversal::push(std::span<const Task> tasks) {
+  const std::lock_guard lock(mutex_);
+  stack_.insert(stack_.end(), tasks.begin(), tasks.end());
+  add_workers(tasks.size());
+}
+
+void Traversal::step(const Task& task, DirectoryReader& reader) {
+  TraversedFolder& folder = *task.folder;
+  if (!task.reading && !open(folder)) {
+    done_with_handle(folder);
+    done_with(&folder);
+    return;
+  }
+  if (!task.reading && open_handles_.load(std::memory_order_relaxed) > most_handles_) {
+    read_parked(folder, reader);
+  } else {
+    read(folder, reader);
+  }
+}
+
+bool Traversal::open(TraversedFolder& folder) {
+  TraversalJob& job = folder.job_;
+  TraversedFolder* parent = folder.parent_;
+  Descriptor handle;
+  errno = ECANCELED;
+  if (!job.cancelled()) {
+    if (!parent) {
+      handle = job.open_start(folder);
+    } else if (parent->parked_) {
+      if (const Descriptor again = reopen(*parent)) handle = job.open_below(again.get(), folder);
+    } else {
+      handle = job.open_below(parent->handle_, folder);
+    }
+  }
+  if (!handle) folder.open_error_ = errno;
+  if (parent && !job.keeps_handles()) done_with_handle(*parent);
+  if (!handle) return false;
+  open_handles_.fetch_add(1, std::memory_order_relaxed);
+  folder.handle_ = handle.release();
+  return true;
+}
+
+/// Reads batch by batch; from a full batch on, the rest of the folder is a task of its own.
+void Traversal::read(TraversedFolder& folder, DirectoryReader& reader) {
+  TraversalJob& job = folder.job_;
+  FoldersToEnter rows;
+  bool handed_on = false;
+  while (!handed_on && !job.cancelled()) {
+    const auto entries = reader.read(folder.handle_);
+    if (entries.empty()) break;
+    handed_on = reader.likely_more();
+    if (handed_on) {
+      folder.users_.fetch_add(1, std::memory_order_relaxed);
+      folder.handle_users_.fetch_add(1, std::memory_order_relaxed);
+      const Task rest[] = {{&folder, true}};
+      push(rest);
+    }
+    job.visit(folder, folder.handle_, entries, rows);
+    enter(folder, rows);
+  }
+  done_with_handle(folder);
+  done_with(&folder);
+}
+
+/// Reads a folder to its end, gives its handle up, and only then enters what it holds: nobody else knows the folder
+/// until then, so nobody can be using the handle.
+void Traversal::read_parked(TraversedFolder& folder, DirectoryReader& reader) {
+  TraversalJob& job = folder.job_;
+  FoldersToEnter rows;
+  while (!job.cancelled()) {
+    const auto entries = reader.read(folder.handle_);
+    if (entries.empty()) break;
+    job.visit(folder, folder.handle_, entries, rows);
+  }
+  if (!rows.rows_.empty()) {
+    folder.identity_ = status_of(folder.handle_).identity;
+    folder.parked_ = true;
+    Descriptor(folder.handle_).reset();
+    folder.handle_ = -1;
+    open_handles_.fetch_sub(1, std::memory_order_relaxed);
+    enter(folder, rows);
+  }
+  done_with_handle(folder);
+  done_with(&folder);
+}
+
+void Traversal::enter(TraversedFolder& folder, FoldersToEnter& rows) {
+  if (rows.rows_.empty()) return;
+  const auto count = static_cast<std::uint32_t>(rows.rows_.size());
+  folder.users_.fetch_add(count, std::memory_order_relaxed);
+  folder.handle_users_.fetch_add(count, std::memory_order_relaxed);
+  std::vector<Task> tasks;
+  tasks.reserve(rows.rows_.size());
+  for (FoldersToEnter::Row& row : rows.rows_) {
+    auto child =
+        std::unique_ptr<TraversedFolder>(new TraversedFolder(folder.job_, &folder, std::move(row.name), row.account));
+    tasks.push_back({child.release(), false});
+  }
+  rows.rows_.clear();
+  push(tasks);
+}
+
+void Traversal::done_with_handle(TraversedFolder& folder) {
+  if (folder.handle_users_.fetch_sub(1, std::memory_order_acq_rel) != 1 || folder.handle_ < 0) return;
+  Descriptor(folder.handle_).reset();
+  folder.handle_ = -1;
+  open_handles_.fetch_sub(1, std::memory_order_relaxed);
+}
+
+/// Leaves the folder when this was its last user, then its parent, and so on: a loop, since depth must cost no stack.
+void Traversal::done_with(TraversedFolder* folder) {
+  while (folder && folder->users_.fetch_sub(1, std::memory_order_acq_rel) == 1) {
+    const std::unique_ptr<TraversedFolder> left(folder);
+    TraversalJob& job = left->job_;
+    TraversedFolder* parent = left->parent_;
+    if (parent && job.keeps_handles()) {
+      const Descriptor again = parent->parked_ ? reopen(*parent) : Descriptor();
+      job.leave(*left, parent->parked_ ? again.get() : parent->handle_);
+      done_with_handle(*parent);
+    } else {
+      job.leave(*left, -1);
+    }
+    folder = parent;
+    if (!parent) finish_start(job);
+  }
+}
+
+/// Opens a parked folder again, from the nearest folder above it whose handle is still open, and makes sure that each
+/// one on the way is still the one that was read.
+Descriptor Traversal::reopen(TraversedFolder& folder) {
+  std::vector<TraversedFolder*> line;
+  TraversedFolder* at = &folder;
+  for (; at && at->parked_; at = at->parent_) line.push_back(at);
+  Descriptor handle;
+  while (!line.empty()) {
+    TraversedFolder& next = *line.back();
+    line.pop_back();
+    TraversalJob& job = next.job_;
+    Descriptor opened = handle ? job.open_below(handle.get(), next)
+                        : at   ? job.open_below(at->handle_, next)
+                               : job.open_start(next);
+    if (!opened) return {};
+    if (status_of(opened.get()).identity != next.identity_) {
+      errno = ENOENT;
+      return {};
+    }
+    handle = std::move(opened);
+  }
+  return handle;
+}
+
+void Traversal::finish_start(TraversalJob& job) {
+  const std::lock_guard lock(mutex_);
+  if (--job.unfinished_ > 0) return;
+  std::erase(running_, &job);
+  start_finished_.notify_all();
+}
+
+}  // namespace tarnby

@@ -1,0 +1,186 @@
+#pragma once
+
+#include <atomic>
+#include <condition_variable>
+#include <cstdint>
+#include <deque>
+#include <memory>
+#include <mutex>
+#include <span>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <vector>
+
+#include "platform/directory.h"
+#include "platform/granted_folders.h"
+#include "platform/url.h"
+
+namespace tarnby {
+
+// The one traversal. Everything that walks, measures or removes is a TraversalJob run by a Traversal.
+//
+// A worker takes a folder, opens it from its parent's handle, reads a batch of entries and gives them to the job, which
+// says which of the folders among them to enter; those go on top of a common stack, so that the walk goes deep before
+// it goes wide and little waits at any time. When the batch was full, the rest of the folder goes on the stack first:
+// another worker may read on while this one still looks at its batch, and a folder of a million entries never stands
+// in memory whole. A folder is left when everything below it has been left:
+//
+//     a/        visit(a: b c f)      workers, any order below a
+//       b/      visit(b)  leave(b)
+//       c/      visit(c)  leave(c)
+//       f       leave(a)             always last
+//
+// Results therefore arrive in no fixed order; whoever needs one sorts what it kept (see walks_before). No path is built
+// unless a job asks for one. A cancelled job visits nothing more, but every folder that was entered is left.
+
+class TraversalJob;
+
+/// A folder that a traversal is in. Lives from before its opening until after its leaving.
+class TraversedFolder {
+ public:
+  TraversedFolder(const TraversedFolder&) = delete;
+  TraversedFolder& operator=(const TraversedFolder&) = delete;
+
+  /// Null at the place where the traversal started.
+  TraversedFolder* parent() const { return parent_; }
+  /// Its name in its parent; the whole path where the traversal started.
+  const std::string& name() const { return name_; }
+  std::string path() const;
+  /// What the job keeps book on for this folder: a number of the job's own choosing.
+  std::size_t account() const { return account_; }
+  /// Why it could not be opened (errno(3)); 0 when it was.
+  int open_error() const { return open_error_; }
+
+ private:
+  friend class Traversal;
+  TraversedFolder(TraversalJob& job, TraversedFolder* parent, std::string name, std::size_t account)
+      : job_(job), parent_(parent), name_(std::move(name)), account_(account) {}
+
+  TraversalJob& job_;
+  TraversedFolder* parent_;
+  std::string name_;
+  std::size_t account_;
+  int handle_ = -1;
+  int open_error_ = 0;
+  /// Known only when the handle was given up because too many were open (see Traversal::park).
+  Identity identity_;
+  bool parked_ = false;
+  /// Whoever is at work in this folder, and its children that have not been left.
+  std::atomic<std::uint32_t> users_{1};
+  /// The same, counting children only until they no longer need this folder's handle.
+  std::atomic<std::uint32_t> handle_users_{1};
+};
+
+/// The folders of one batch that a job wants to enter.
+class FoldersToEnter {
+ public:
+  struct Row {
+    std::string name;
+    std::size_t account;
+  };
+  void add(std::string_view name, std::size_t account) { rows_.push_back({std::string(name), account}); }
+
+ private:
+  friend class Traversal;
+  std::vector<Row> rows_;
+};
+
+/// What is done along one traversal. The functions are called by several workers at once, also for one folder.
+class TraversalJob {
+ public:
+  virtual ~TraversalJob() = default;
+
+  /// Some entries of an open folder. Each is seen once.
+  virtual void visit(const TraversedFolder& folder, int handle, std::span<const RawEntry> entries,
+                     FoldersToEnter& enter) = 0;
+
+  /// Everything below the folder is done, or it could not be opened (see open_error). `parent_handle` is open when
+  /// keeps_handles() and there is a parent, else -1.
+  virtual void leave(const TraversedFolder& folder, int parent_handle);
+
+  /// Opens a folder in which a traversal starts.
+  virtual Descriptor open_start(const TraversedFolder& folder) = 0;
+
+  /// Opens a folder below another; jobs that delete are stricter than those that look.
+  virtual Descriptor open_below(int parent, const TraversedFolder& folder);
+
+  /// True when a folder's handle must stay open until its children have been left, not only opened.
+  virtual bool keeps_handles() const { return false; }
+
+  /// Visits nothing more. Any thread may call, at any time.
+  void cancel() { cancelled_.store(true, std::memory_order_relaxed); }
+  bool cancelled() const { return cancelled_.load(std::memory_order_relaxed); }
+
+ private:
+  friend class Traversal;
+  std::atomic<bool> cancelled_{false};
+  std::size_t unfinished_ = 0;  // starts that have not been left; under the traversal's mutex
+};
+
+/// Where one traversal starts.
+struct TraversalStart {
+  std::string path;
+  std::size_t account = 0;
+};
+
+/// The workers. Any thread may start jobs and wait for them; workers are made when there is work for them.
+class Traversal {
+ public:
+  /// @param workers how many folders are read at once; 0 chooses for this machine.
+  /// @param handles how many handles it may keep open; 0 takes half of what this process is allowed. Past that number
+  ///   it gives handles up and opens folders again on the way back, recognising them by their identity.
+  explicit Traversal(unsigned workers = 0, std::size_t handles = 0);
+  /// Cancels what is running and waits for it to end.
+  ~Traversal();
+  Traversal(const Traversal&) = delete;
+  Traversal& operator=(const Traversal&) = delete;
+
+  enum class Turn { now, last };
+
+  /// Begins a job at one or more places; returns at once. The job must live until `wait` has returned for it.
+  /// @param turn `now` goes before everything that waits, `last` behind the starts of other jobs.
+  void start(TraversalJob& job, std::span<const TraversalStart> starts, Turn turn);
+
+  /// Returns when every start of the job has been left.
+  void wait(TraversalJob& job);
+
+  /// start and wait.
+  void run(TraversalJob& job, std::span<const TraversalStart> starts);
+
+ private:
+  struct Task {
+    TraversedFolder* folder;
+    bool reading;  // opened before, go on reading
+  };
+
+  void work();
+  bool next(Task& task);
+  void push(std::span<const Task> tasks);
+  void add_workers(std::size_t waiting);
+  void step(const Task& task, DirectoryReader& reader);
+  bool open(TraversedFolder& folder);
+  void read(TraversedFolder& folder, DirectoryReader& reader);
+  void read_parked(TraversedFolder& folder, DirectoryReader& reader);
+  void enter(TraversedFolder& folder, FoldersToEnter& rows);
+  void done_with(TraversedFolder* folder);
+  void done_with_handle(TraversedFolder& folder);
+  Descriptor reopen(TraversedFolder& folder);
+  void finish_start(TraversalJob& job);
+
+  const unsigned most_workers_;
+  const std::size_t most_handles_;
+  std::atomic<std::size_t> open_handles_{0};
+
+  std::mutex mutex_;
+  std::condition_variable work_waits_;
+  std::condition_variable start_finished_;
+  std::vector<Task> stack_;
+  std::deque<Task> starts_;
+  std::vector<TraversalJob*> running_;
+  std::vector<std::thread> workers_;
+  std::size_t idle_ = 0;
+  bool ending_ = false;
+};
+
+}  // namespace tarnby
