@@ -1,9 +1,10 @@
 #include "platform/property_list.h"
 
-#include <algorithm>
-#include <memory>
 #include <unicode/ucnv.h>
 #include <unicode/unistr.h>
+
+#include <algorithm>
+#include <memory>
 
 #include "platform/property_list_readers.h"
 

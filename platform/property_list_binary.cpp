@@ -6,11 +6,12 @@
 // may be referred to many times, also by itself: it is read anew each time, and the limits on nesting, nodes and copied
 // bytes end what would not end.
 
+#include <unicode/ustring.h>
+
 #include <algorithm>
 #include <bit>
 #include <cmath>
 #include <limits>
-#include <unicode/ustring.h>
 
 #include "platform/property_list_readers.h"
 

@@ -1,13 +1,14 @@
 // The XML form, read with a small stack of open containers and written back.
 
+#include <expat.h>
+#include <unicode/unistr.h>
+
 #include <algorithm>
 #include <array>
 #include <charconv>
 #include <cstdio>
-#include <expat.h>
 #include <limits>
 #include <memory>
-#include <unicode/unistr.h>
 
 #include "platform/property_list_readers.h"
 

@@ -1,12 +1,13 @@
 #include "platform/session.h"
 
+#include <pwd.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <optional>
-#include <pwd.h>
 #include <string_view>
-#include <unistd.h>
 
 namespace tarnby {
 

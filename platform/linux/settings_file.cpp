@@ -7,14 +7,15 @@
 // The lock is a file of its own beside the settings, since they are replaced with every write, and it stays there: who
 // removed it would let two others each hold a lock on a different file of that name.
 
-#include <cerrno>
-#include <cstdio>
-#include <cstdlib>
 #include <fcntl.h>
-#include <string>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
 #include <utility>
 #include <variant>
 

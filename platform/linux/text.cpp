@@ -1,7 +1,5 @@
 #include "platform/text.h"
 
-#include <mutex>
-#include <stdexcept>
 #include <unicode/bytestream.h>
 #include <unicode/casemap.h>
 #include <unicode/coll.h>
@@ -10,6 +8,9 @@
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
 #include <unicode/ures.h>
+
+#include <mutex>
+#include <stdexcept>
 
 #include "platform/text_parts.h"
 
@@ -98,6 +99,19 @@ void append_folded(std::string& out, std::string_view utf8) {
   const icu::UnicodeString decomposed = canonical_decomposition().normalize(text, status);
   require(status);
   without_nonspacing_marks(decomposed).foldCase(U_FOLD_CASE_DEFAULT).toUTF8String(out);
+}
+
+std::size_t display_columns(std::string_view text) {
+  const auto unicode = icu::UnicodeString::fromUTF8(to_valid_utf8(text));
+  std::size_t columns = 0;
+  for (std::int32_t at = 0; at < unicode.length(); at = unicode.moveIndex32(at, 1)) {
+    const UChar32 c = unicode.char32At(at);
+    const int type = u_charType(c);
+    if (type == U_NON_SPACING_MARK || type == U_ENCLOSING_MARK || type == U_FORMAT_CHAR) continue;
+    const int width = u_getIntPropertyValue(c, UCHAR_EAST_ASIAN_WIDTH);
+    columns += width == U_EA_WIDE || width == U_EA_FULLWIDTH ? 2 : 1;
+  }
+  return columns;
 }
 
 std::string upper_first(std::string_view text) {

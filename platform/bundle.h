@@ -1,0 +1,41 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/file_manager.h"
+#include "platform/property_list.h"
+#include "platform/url.h"
+
+namespace tarnby {
+
+/// An application bundle as its Contents/Info.plist describes it. The list is read once, when the object is made; a
+/// bundle that is a link, or whose list is missing, a link, unreadable or larger than 16 MB, has no values.
+class Bundle {
+ public:
+  Bundle(const FileManager& files, Url url);
+
+  const Url& url() const { return url_; }
+
+  /// The text under a key of the list; none when it is absent or no text.
+  std::optional<std::string> text(std::string_view key) const;
+
+  /// CFBundleIdentifier; none when it is absent or empty.
+  std::optional<std::string> identifier() const;
+
+  /// The image file in Contents/Resources that goes by a name: the name as it is when it has an extension, otherwise or
+  /// when there is none the name with icns, png, tiff, tif, jpg, jpeg, gif, bmp, ico, pdf, in this order. Nowhere when
+  /// there is no such file, and for an empty name.
+  Url image_resource(std::string_view name) const;
+
+ private:
+  const FileManager& files_;
+  Url url_;
+  std::optional<PropertyList> info_;
+};
+
+/// The identifier alone.
+std::optional<std::string> bundle_identifier(const FileManager& files, const Url& bundle);
+
+}  // namespace tarnby

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <string>
+
+#include "platform/url.h"
+
+namespace tarnby {
+
+/// A picture that is told, not loaded: whoever paints it loads it then, so that no scan decodes an icon.
+struct Image {
+  enum class Kind { none, named, icon_of_path, file };
+
+  Kind kind = Kind::none;
+  /// The resource's name, for `named`.
+  std::string name;
+  /// The entry whose icon is meant, or the image file, for the other two.
+  Url url;
+
+  static Image named(std::string resource) { return {Kind::named, std::move(resource), {}}; }
+  static Image icon_of(Url entry) { return {Kind::icon_of_path, {}, std::move(entry)}; }
+  static Image file(Url image) { return {Kind::file, {}, std::move(image)}; }
+
+  explicit operator bool() const { return kind != Kind::none; }
+  friend bool operator==(const Image&, const Image&) = default;
+};
+
+}  // namespace tarnby

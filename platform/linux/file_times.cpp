@@ -1,0 +1,51 @@
+#include "platform/linux/file_times.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include "platform/bundle.h"
+
+namespace tarnby {
+
+namespace {
+
+class FileTimes final : public FileMetadata {
+ public:
+  explicit FileTimes(const FileManager& files) : files_(files) {}
+
+  std::optional<Moment> last_used_date(const Url& application) const override {
+    const auto executable = Bundle(files_, application).text("CFBundleExecutable");
+    if (!executable || executable->empty()) return {};
+    struct stat info = {};
+    if (!look(application.appending("Contents/MacOS").appending(*executable), info)) return {};
+    const timespec& used = info.st_atim;
+    const timespec& changed = info.st_mtim;
+    const bool later =
+        used.tv_sec > changed.tv_sec || (used.tv_sec == changed.tv_sec && used.tv_nsec > changed.tv_nsec);
+    return later ? std::optional(Moment(std::chrono::seconds(used.tv_sec))) : std::nullopt;
+  }
+
+  std::optional<Moment> content_change_date(const Url& application) const override {
+    struct stat info = {};
+    if (!look(application, info) || !S_ISDIR(info.st_mode)) return {};
+    return Moment(std::chrono::seconds(info.st_mtim.tv_sec));
+  }
+
+ private:
+  bool look(const Url& url, struct stat& info) const {
+    PlaceCursor cursor(files_.granted());
+    const int parent = cursor.parent_of(url);
+    return parent >= 0 &&
+           fstatat(parent, std::string(url.last_path_component()).c_str(), &info, AT_SYMLINK_NOFOLLOW) == 0;
+  }
+
+  const FileManager& files_;
+};
+
+}  // namespace
+
+std::unique_ptr<FileMetadata> file_times(const FileManager& files) {
+  return std::make_unique<FileTimes>(files);
+}
+
+}  // namespace tarnby

@@ -1,0 +1,45 @@
+#include "platform/platform.h"
+
+#include "platform/linux/file_times.h"
+
+namespace tarnby {
+
+namespace {
+
+std::unique_ptr<Platform>& shared_place() {
+  static std::unique_ptr<Platform> platform;
+  return platform;
+}
+
+std::unique_ptr<SettingsStore> standard_settings(const Session& session) {
+  return open_settings_file(session.settings_folder.appending("settings.plist"));
+}
+
+}  // namespace
+
+Platform::Platform(Session user, std::unique_ptr<SettingsStore> settings, MainQueue& queue)
+    : settings_(settings ? std::move(settings) : standard_settings(user)),
+      metadata_(file_times(files)),
+      session(std::move(user)),
+      text(session.collation_locale, session.number_locale),
+      app_settings(*settings_),
+      measurer(files),
+      bookmarks(*settings_, files.granted()),
+      metadata(*metadata_),
+      main_queue(queue),
+      now([] { return std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now()); }) {}
+
+Platform& Platform::shared() {
+  static PlainMainQueue main_queue;
+  static std::once_flag once;
+  std::call_once(once, [] {
+    if (!shared_place()) shared_place() = std::make_unique<Platform>(current_session(), nullptr, main_queue);
+  });
+  return *shared_place();
+}
+
+void Platform::set_shared(std::unique_ptr<Platform> platform) {
+  shared_place() = std::move(platform);
+}
+
+}  // namespace tarnby

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <mutex>
+#include <string>
+#include <string_view>
+
+namespace tarnby {
+
+/// Named notifications. Observers are called synchronously, on the thread that posts, in the order in which they
+/// subscribed; one may subscribe and unsubscribe while it is being called. Any thread may call.
+class NotificationCenter {
+ public:
+  using Observer = std::function<void()>;
+  using Token = std::uint64_t;
+
+  /// Calls `observer` for each notification of that name from now on.
+  Token add_observer(std::string name, Observer observer);
+  /// The observer is not called any more once this has returned, unless another thread is posting at this moment.
+  void remove_observer(Token token);
+
+  void post(std::string_view name);
+
+ private:
+  struct Subscription {
+    std::string name;
+    Observer observer;
+  };
+
+  std::mutex mutex_;
+  Token next_ = 1;
+  std::map<Token, Subscription> subscriptions_;
+};
+
+}  // namespace tarnby

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <memory>
+
+#include "platform/app_settings.h"
+#include "platform/bookmarks.h"
+#include "platform/file_manager.h"
+#include "platform/file_metadata.h"
+#include "platform/measurer.h"
+#include "platform/notification_center.h"
+#include "platform/queues.h"
+#include "platform/session.h"
+#include "platform/settings_store.h"
+#include "platform/text.h"
+
+namespace tarnby {
+
+/// The delegate of the running application, as the objects below the window know it: they keep a reference to it and
+/// ask nothing of it.
+class ApplicationDelegate {
+ public:
+  virtual ~ApplicationDelegate() = default;
+};
+
+/// Everything the operating system gives, in one place. The objects above take what they need from it when they are
+/// made; it outlives them all.
+class Platform {
+ public:
+  /// @param session who the user is and where the settings are.
+  /// @param settings the standard store; none opens the settings file of the session.
+  /// @param main_queue the queue of the main thread.
+  Platform(Session session, std::unique_ptr<SettingsStore> settings, MainQueue& main_queue);
+  Platform(const Platform&) = delete;
+  Platform& operator=(const Platform&) = delete;
+
+  /// The one of this process: the current session, its settings, and a plain main queue. Made on first use, unless the
+  /// program has put its own in place before.
+  static Platform& shared();
+  /// Puts this program's own platform in place; before anything has used the shared one.
+  static void set_shared(std::unique_ptr<Platform> platform);
+
+ private:
+  std::unique_ptr<SettingsStore> settings_;
+  std::unique_ptr<FileMetadata> metadata_;
+
+ public:
+  const Session session;
+  const Text text;
+  AppSettings app_settings;
+  FileManager files;
+  Measurer measurer;
+  Bookmarks bookmarks;
+  const FileMetadata& metadata;
+  NotificationCenter notifications;
+  MainQueue& main_queue;
+  /// Null in the terminal.
+  ApplicationDelegate* application_delegate = nullptr;
+  /// The present moment, in whole seconds.
+  std::function<Moment()> now;
+};
+
+}  // namespace tarnby
