@@ -1,0 +1,73 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "inventory/application_item.h"
+#include "platform/bundle.h"
+#include "platform/platform.h"
+
+namespace tarnby {
+
+/// The inventory of installed applications. Operations run on the caller's thread and report no failure: what cannot be
+/// read contributes nothing, or a fallback text. Lists are replaced whole by each run; one run at a time.
+class Application {
+ public:
+  /// The one of this process. Any thread may call.
+  static Application& sharedApplication();
+
+  /// Resolves the stored grants "home" and "Applications" and begins to access them; without them nothing is found.
+  explicit Application(Platform& platform);
+
+  // The fields.
+  AppSettings* app_settings;
+  ApplicationDelegate* appDelegate;
+  Url url_home;
+  Url url_library;
+  Url url_applications;
+  std::shared_ptr<ApplicationItems> items;
+  /// The same list as `items` after `installedApplications`.
+  std::shared_ptr<ApplicationItems> installed_apps;
+
+  /// Fills `items` and `installed_apps` with the applications of the granted folders, sorted by label, then calls the
+  /// handler with true. Applications of the operating system are left out unless the settings ask for them.
+  void installedApplications(const std::function<void(bool)>& handler);
+
+  /// Describes one bundle; never none, also for a bundle without an identifier.
+  std::shared_ptr<ApplicationItem> application(const Url& url) const;
+
+  /// Describes each path whose extension is exactly "app", in the order given.
+  ApplicationItems dragAndDropApplications(std::span<const std::string> paths) const;
+
+  // One value of a bundle each, named after the item field that it feeds; they store nothing.
+  std::string setLabel(const std::string& path) const;
+  std::string setLabelName(const Url& url) const;
+  Image setIcon(const std::string& path) const;
+  Image setAppIcon(const Url& url) const;
+  std::optional<std::string> setBundle(const Url& url) const;
+  std::string setBundleName(const Url& url) const;
+  std::string setBundleNameInfo(const Url& url) const;
+  std::string setExecutableInfo(const Url& url) const;
+  std::optional<std::string> setCompanyName(const Url& url) const;
+  // The double "e" is the name by which callers know it.
+  std::string setAppVeersion(const Url& url) const;
+  std::string setLogFileName(const Url& url) const;
+
+ private:
+  std::vector<Url> candidates() const;
+  void add_user_applications(std::vector<Url>& found) const;
+  void add_utilities(std::vector<Url>& found, const Url& utilities) const;
+
+  FileManager& files_;
+  const Text& text_;
+};
+
+/// Adds the entries of a folder that are named as applications; each other entry is listed in turn, `levels` deep in
+/// all, so that with 1 only the folder itself is looked at.
+void add_applications_in(const FileManager& files, const Url& folder, int levels, std::vector<Url>& found);
+
+}  // namespace tarnby
