@@ -1,0 +1,169 @@
+#include "leftovers/cache.h"
+
+#include <array>
+
+#include "platform/bytes.h"
+
+namespace tarnby {
+
+namespace {
+
+/// The folders below the home that are searched for applications, in this order. Documents and Desktop are walked since
+/// people keep applications anywhere in them; Downloads and Applications are only listed.
+struct ApplicationPlace {
+  std::string_view beneath_home;
+  bool walked;
+};
+
+constexpr std::array application_places = {
+    ApplicationPlace{"Downloads", false},
+    ApplicationPlace{"Documents", true},
+    ApplicationPlace{"Desktop", true},
+    ApplicationPlace{"Applications", false},
+    ApplicationPlace{"Library/Developer/Xcode/DerivedData", true},
+};
+
+bool is_application_entry(std::string_view name, EntryKind /*kind*/) {
+  return is_application_name(name);
+}
+
+}  // namespace
+
+/// One folder that may be an application's cache.
+struct Cache::Candidate {
+  Url url;
+  /// The name as the user sees it, of the cache folder or of the container.
+  std::string name;
+  /// What shows its icon when no application is known.
+  Url shown;
+  /// Containers are named by identifier only, so labels are deliberately not tried for them.
+  bool may_be_label;
+};
+
+void add_granted_applications(const FileManager& files, const Url& applications, std::vector<Url>& found) {
+  for (const Entry& entry : files.list(applications)) {
+    if (is_application_name(entry.url.last_path_component())) {
+      found.push_back(entry.url);
+    } else if (entry.url.last_path_component() != "Utilities") {
+      add_applications_in(files, entry.url, 2, found);
+    }
+  }
+}
+
+Cache& Cache::sharedCache() {
+  static Cache cache(Platform::shared(), Application::sharedApplication());
+  return cache;
+}
+
+Cache::Cache(Platform& platform, const Application& inventory)
+    : appDelegate(platform.application_delegate),
+      app_settings(&platform.app_settings),
+      defaultManager(&platform.files),
+      url_applications(platform.bookmarks.resolve_and_access(Grant::applications)),
+      url_home(platform.bookmarks.resolve_and_access(Grant::home)),
+      url_library(url_home.appending("Library")),
+      inventory_(inventory),
+      measurer_(platform.measurer),
+      text_(platform.text) {}
+
+ApplicationItems Cache::installed_applications() {
+  std::vector<Url> found;
+  add_granted_applications(*defaultManager, url_applications, found);
+  for (const ApplicationPlace& place : application_places) {
+    const Url folder = url_home.appending(place.beneath_home);
+    if (place.walked) {
+      const auto below = defaultManager->walk(folder, Hidden::skip, Packages::enter, is_application_entry);
+      found.insert(found.end(), below.begin(), below.end());
+    } else {
+      add_applications_in(*defaultManager, folder, 1, found);
+    }
+  }
+  applications_urls = std::move(found);
+
+  ApplicationItems items;
+  ApplicationMap by_bundle;
+  ApplicationMap by_name;
+  for (const Url& url : applications_urls) {
+    auto item = inventory_.application(url);
+    if (!item->bundle) continue;
+    by_bundle[*item->bundle] = item;
+    by_name[item->label] = item;
+    items.push_back(std::move(item));
+  }
+  bundles = std::move(by_bundle);
+  names = std::move(by_name);
+  return items;
+}
+
+std::vector<Cache::Candidate> Cache::candidates() const {
+  std::vector<Candidate> found;
+  for (const Entry& entry : defaultManager->list(url_library.appending("Caches"))) {
+    if (entry.kind != EntryKind::folder) continue;
+    found.push_back({entry.url, defaultManager->display_name(entry), entry.url, true});
+  }
+  for (const Entry& entry : defaultManager->list(url_library.appending("Containers"))) {
+    if (entry.kind != EntryKind::folder) continue;
+    found.push_back(
+        {entry.url.appending("Data/Library/Caches"), defaultManager->display_name(entry), entry.url, false});
+  }
+  return found;
+}
+
+void Cache::plan_sizes() {
+  std::vector<Url> urls;
+  for (Candidate& candidate : candidates()) urls.push_back(std::move(candidate.url));
+  measurer_.plan(urls);
+}
+
+std::shared_ptr<CacheItem> Cache::item_for(const Candidate& candidate) const {
+  if (const auto known = bundles.find(candidate.name); known != bundles.end()) {
+    return CacheItem::withApplicationItem(*known->second);
+  }
+  if (const auto known = names.find(candidate.name); candidate.may_be_label && known != names.end()) {
+    return CacheItem::withApplicationItem(*known->second);
+  }
+  auto item = std::make_shared<CacheItem>();
+  item->label = candidate.name;
+  item->image = Image::icon_of(candidate.shown);
+  return item;
+}
+
+std::pair<CacheItems, std::int64_t> Cache::search() {
+  installed_applications();
+  CacheItems items;
+  std::int64_t total = 0;
+  for (const Candidate& candidate : candidates()) {
+    const std::int64_t size = overall_size_of_direcory(candidate.url);
+    total = add_bytes(total, size);
+    if (size <= 0) continue;
+    auto item = item_for(candidate);
+    item->url = candidate.url;
+    item->size = size;
+    items.push_back(std::move(item));
+  }
+  text_.sort_by_label(items, [](const auto& item) -> const std::string& { return item->label; });
+  cacheItems = items;
+  return {std::move(items), total};
+}
+
+CacheItems Cache::smart_caches() {
+  totalCacheSize = 0;
+  auto [items, total] = search();
+  totalCacheSize = total;
+  return items;
+}
+
+void Cache::caches(const std::function<void(bool)>& handler) {
+  search();
+  handler(true);
+}
+
+std::int64_t Cache::overall_size_of_direcory(const Url& folder) {
+  return measurer_.overall_size_of_direcory(folder);
+}
+
+std::int64_t Cache::overall_size_of_files(std::span<const Url> urls) {
+  return measurer_.overall_size_of_files(urls);
+}
+
+}  // namespace tarnby

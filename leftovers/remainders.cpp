@@ -1,0 +1,206 @@
+#include "leftovers/remainders.h"
+
+#include <algorithm>
+#include <unordered_set>
+
+#include "platform/bytes.h"
+
+namespace tarnby {
+
+namespace {
+
+constexpr std::int64_t unused_after_days = 30;
+
+std::string whole_name(const Url& entry) {
+  return std::string(entry.last_path_component());
+}
+
+/// The part before ".savedState"; another entry has no name here.
+std::string saved_state_name(const Url& entry) {
+  const auto name = entry.last_path_component();
+  const auto suffix = name.find(".savedState");
+  return suffix == std::string_view::npos ? std::string() : std::string(name.substr(0, suffix));
+}
+
+std::string name_without_extension(const Url& entry) {
+  std::string_view name = entry.last_path_component();
+  const auto extension = path_extension_of(name);
+  if (!extension.empty()) name.remove_suffix(extension.size() + 1);
+  return std::string(name);
+}
+
+/// The folders of the Library whose entries are named by identifiers, and how the name is told from the entry.
+struct LeftoverPlace {
+  std::string_view beneath_library;
+  std::string (*name_of)(const Url& entry);
+};
+
+constexpr LeftoverPlace leftover_places[] = {
+    {"Caches", whole_name},
+    {"Containers", whole_name},
+    {"Saved Application State", saved_state_name},
+    {"Application Scripts", whole_name},
+    {"Preferences", name_without_extension},
+};
+
+constexpr std::string_view application_places[] = {"Downloads", "Documents", "Desktop", "Applications"};
+
+/// The system's own names are never leftovers. "Apple" with a capital does not count as one of them, which is meant.
+bool may_be_identifier(std::string_view name) {
+  return name.find("apple") == std::string_view::npos && std::count(name.begin(), name.end(), '.') >= 2;
+}
+
+/// The entries of one place, with their names ready for matching.
+struct Listing {
+  FoldedText folder;
+  std::vector<Url> entries;
+  std::vector<FoldedText> names;
+};
+
+using Identifiers = std::unordered_set<std::string>;
+
+/// Applications of the system own nothing here: their names are never candidates.
+void add_owned(Identifiers& owned, std::string identifier) {
+  if (identifier.find("com.apple") == std::string::npos) owned.insert(std::move(identifier));
+}
+
+Identifiers identifiers_of(const FileManager& files, std::span<const Url> applications) {
+  Identifiers owned;
+  for (const Url& application : applications) {
+    if (auto identifier = bundle_identifier(files, application)) add_owned(owned, std::move(*identifier));
+  }
+  return owned;
+}
+
+/// The cache search has just read every bundle's identifier; they are not read again.
+Identifiers identifiers_of(const Cache& cache) {
+  Identifiers owned;
+  for (const auto& [identifier, application] : cache.bundles) add_owned(owned, identifier);
+  return owned;
+}
+
+/// An identifier holds no "/", so it occurs in a path when it occurs in the folder's path or in the entry's name.
+void add_matching(const Listing& listing, const FoldedText& identifier, std::vector<Url>& files) {
+  const bool folder_matches = listing.folder.contains(identifier);
+  for (std::size_t at = 0; at < listing.entries.size(); ++at) {
+    if (folder_matches || listing.names[at].contains(identifier)) files.push_back(listing.entries[at]);
+  }
+}
+
+std::string capitalised(std::string_view text) {
+  return upper_first(lower_case(text));
+}
+
+}  // namespace
+
+/// An identifier that no application owns, with the entries whose paths contain it.
+struct Remainders::Orphan {
+  std::string identifier;
+  std::vector<Url> files;
+};
+
+Remainders& Remainders::sharedRemainder() {
+  static Remainders remainders(Platform::shared(), Cache::sharedCache());
+  return remainders;
+}
+
+Remainders::Remainders(Platform& platform, const Cache& cache)
+    : appDelegate(platform.application_delegate),
+      app_settings(&platform.app_settings),
+      defaultManager(&platform.files),
+      url_applications(platform.bookmarks.resolve_and_access(Grant::applications)),
+      url_home(platform.bookmarks.resolve_and_access(Grant::home)),
+      url_library(url_home.appending("Library")),
+      cache_(cache),
+      platform_(platform) {}
+
+std::vector<Remainders::Orphan> Remainders::orphans(const std::unordered_set<std::string>& owned) const {
+  std::vector<Listing> listings;
+  std::vector<Orphan> found;
+  std::unordered_set<std::string> met;
+  for (const LeftoverPlace& place : leftover_places) {
+    const Url folder = url_library.appending(place.beneath_library);
+    Listing listing{FoldedText(folder.path()), defaultManager->list_urls(folder), {}};
+    for (const Url& entry : listing.entries) {
+      listing.names.emplace_back(entry.last_path_component());
+      std::string name = place.name_of(entry);
+      if (!may_be_identifier(name) || owned.contains(name)) continue;
+      if (met.insert(name).second) found.push_back({std::move(name), {}});
+    }
+    listings.push_back(std::move(listing));
+  }
+  for (Orphan& orphan : found) {
+    const FoldedText identifier(orphan.identifier);
+    for (const Listing& listing : listings) add_matching(listing, identifier, orphan.files);
+  }
+  return found;
+}
+
+std::vector<Url> Remainders::remianders() {
+  std::vector<Url> applications;
+  add_granted_applications(*defaultManager, url_applications, applications);
+  for (const std::string_view place : application_places) {
+    add_applications_in(*defaultManager, url_home.appending(place), 1, applications);
+  }
+  installedApplications = std::move(applications);
+
+  std::vector<Url> files;
+  for (const Orphan& orphan : orphans(identifiers_of(*defaultManager, installedApplications))) {
+    files.insert(files.end(), orphan.files.begin(), orphan.files.end());
+  }
+  return files;
+}
+
+RemainderItems Remainders::smart_remianders() {
+  installedApplications = cache_.applications_urls;
+  RemainderItems items;
+  for (Orphan& orphan : orphans(identifiers_of(cache_))) {
+    const std::int64_t size = overall_size_of_files(orphan.files);
+    totalRemaidersSize = add_bytes(totalRemaidersSize, size);
+    if (size <= 0) continue;
+    auto item = std::make_shared<RemainderItem>();
+    item->label = setLabel(orphan.identifier);
+    item->bundle = std::move(orphan.identifier);
+    item->files = std::move(orphan.files);
+    item->size = size;
+    items.push_back(std::move(item));
+  }
+  platform_.text.sort_by_label(items, [](const auto& item) -> const std::string& { return item->label; });
+  remaindersItems = items;
+  return items;
+}
+
+std::string Remainders::setLabel(std::string_view identifier) const {
+  const std::string_view last = identifier.substr(identifier.rfind('.') + 1);
+  const auto second = identifier.find('.') + 1;
+  const std::string_view company = identifier.substr(second, identifier.find('.', second) - second);
+  return upper_first(last) + " by " + capitalised(company);
+}
+
+bool Remainders::is_unused(const Url& application) const {
+  const auto identifier = bundle_identifier(*defaultManager, application);
+  if (!identifier || identifier->find("com.apple") != std::string::npos) return false;
+  const std::string& path = application.path();
+  if (path.find(".app/") != std::string::npos || path.find(".framework/") != std::string::npos) return false;
+  const auto changed = platform_.metadata.content_change_date(application);
+  if (!changed || days_between(*changed, platform_.now()) < unused_after_days) return false;
+  const auto used = platform_.metadata.last_used_date(application);
+  return !used || days_between(*used, platform_.now()) >= unused_after_days;
+}
+
+void Remainders::unused_apps() {
+  std::vector<Url> unused;
+  std::copy_if(installedApplications.begin(), installedApplications.end(), std::back_inserter(unused),
+               [&](const Url& application) { return is_unused(application); });
+  unusedApps = std::move(unused);
+}
+
+std::int64_t Remainders::overall_size_of_direcory(const Url& folder) {
+  return platform_.measurer.overall_size_of_direcory(folder);
+}
+
+std::int64_t Remainders::overall_size_of_files(std::span<const Url> urls) {
+  return platform_.measurer.overall_size_of_files(urls);
+}
+
+}  // namespace tarnby
