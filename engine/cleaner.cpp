@@ -1,0 +1,95 @@
+#include "engine/cleaner.h"
+
+#include <algorithm>
+
+#include "engine/file_types.h"
+#include "platform/bytes.h"
+
+namespace tarnby {
+
+namespace {
+
+/// The categories that a removal run can free, with the setting that switches each.
+struct CleanableRow {
+  std::shared_ptr<CleanerItem> Cleaner::*item;
+  std::string_view setting;
+};
+
+constexpr CleanableRow cleanable_rows[] = {
+    {&Cleaner::apps_caches_item, "Caches"},
+    {&Cleaner::apps_logs_item, "Logs"},
+    {&Cleaner::apps_remainders_item, "Remainders"},
+    {&Cleaner::browser_item, "Browsers"},
+    {&Cleaner::mails_item, "Mails"},
+    {&Cleaner::trash_item, "Trash"},
+    {&Cleaner::downloads_item, "Downloads"},
+    {&Cleaner::large_files_item, "LargeFiles"},
+};
+
+bool contains(const std::vector<std::string>& list, std::string_view item) {
+  return std::find(list.begin(), list.end(), item) != list.end();
+}
+
+}  // namespace
+
+Cleaner& Cleaner::sharedCleaner() {
+  static Cleaner cleaner(Platform::shared(), Cache::sharedCache(), Remainders::sharedRemainder());
+  return cleaner;
+}
+
+Cleaner::Cleaner(Platform& platform, Cache& cache, Remainders& remainders)
+    : appDelegate(platform.application_delegate),
+      app_settings(&platform.app_settings),
+      url_home(platform.bookmarks.resolve_and_access(Grant::home)),
+      url_library(url_home.appending("Library")),
+      url_caches(url_library.appending("Caches")),
+      url_logs(url_library.appending("Logs")),
+      url_mails(url_library.appending("Containers/com.apple.mail/Data/Library/Mail Downloads")),
+      url_trash(url_home.appending(".Trash")),
+      url_downloads(url_home.appending("Downloads")),
+      archive_formats(archive_extensions()),
+      audio_formats(audio_extensions()),
+      document_formats(document_extensions()),
+      movie_formats(movie_extensions()),
+      picture_formats(picture_extensions()),
+      platform_(platform),
+      cache_(cache),
+      remainders_(remainders) {}
+
+std::int64_t Cleaner::overall_size_of_files(std::span<const Url> urls) {
+  return platform_.measurer.overall_size_of_files(urls);
+}
+
+std::int64_t Cleaner::overall_size_of_direcory(const Url& folder) {
+  return platform_.measurer.overall_size_of_direcory(folder);
+}
+
+std::string Cleaner::type_at_url_file(const Url& file) const {
+  const std::string_view extension = file.path_extension();
+  if (contains(archive_formats, extension)) return "archive";
+  if (contains(audio_formats, extension)) return "audio";
+  if (contains(document_formats, extension)) return "document";
+  if (contains(movie_formats, extension)) return "movie";
+  if (contains(picture_formats, extension)) return "picture";
+  return "other";
+}
+
+std::string Cleaner::package_extension_at_url(const Url& url) const {
+  const std::string_view name = url.last_path_component();
+  return std::string(name.substr(name.rfind('.') + 1));
+}
+
+std::int64_t Cleaner::beCleaned() const {
+  std::int64_t bytes = 0;
+  for (const CleanableRow& row : cleanable_rows) {
+    const auto& item = this->*row.item;
+    if (item && item->size > 0 && app_settings->boolean(row.setting)) bytes = add_bytes(bytes, item->size);
+  }
+  return bytes;
+}
+
+std::vector<Removal> Cleaner::remove_files(const std::atomic<bool>* stop) {
+  return platform_.files.remove(files, stop);
+}
+
+}  // namespace tarnby

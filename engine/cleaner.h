@@ -1,0 +1,172 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "engine/cleaner_item.h"
+#include "engine/clients.h"
+#include "engine/large_file.h"
+#include "engine/outline_item.h"
+#include "engine/smart_outline_item.h"
+#include "leftovers/cache.h"
+#include "leftovers/remainders.h"
+#include "platform/platform.h"
+
+namespace tarnby {
+
+/// The cleaning engine: the standard locations, one record per category, the scans that fill them and the removal of
+/// what was chosen.
+///
+/// Operations run to their end on the caller's thread and call their handler there, last. They report no failure: what
+/// cannot be read is empty or 0. Fields are written without locks; one scan or removal at a time, and whoever shows a
+/// category reads it after the handler, a completion flag or its notification has come.
+class Cleaner {
+ public:
+  /// The one of this process. Any thread may call.
+  static Cleaner& sharedCleaner();
+
+  /// Resolves the stored grant "home" and begins to access it; without it every location is nowhere.
+  Cleaner(Platform& platform, Cache& cache, Remainders& remainders);
+
+  // The fields, in the order in which they are described everywhere else.
+  bool search_is_complete = false;
+  bool apps_junk_search_complete = false;
+  bool media_search_coomplete = false;  // the spelling is the name by which the screens know it
+  ApplicationDelegate* appDelegate;
+  AppSettings* app_settings;
+  /// Bytes handed over for removal, or removed; added to the lifetime total by whoever shows the result.
+  std::int64_t wasCleaned = 0;
+  std::int64_t apps_junk_size = 0;
+  std::int64_t media_junk_size = 0;
+  std::vector<Url> remainder_urls;
+  Url url_home;
+  Url url_library;
+  Url url_caches;
+  Url url_logs;
+  Url url_mails;
+  Url url_trash;
+  Url url_downloads;
+  // The categories; null until a scan has made them.
+  std::shared_ptr<CleanerItem> apps_caches_item;
+  std::shared_ptr<CleanerItem> apps_logs_item;
+  std::shared_ptr<CleanerItem> apps_remainders_item;
+  std::shared_ptr<CleanerItem> mails_item;
+  std::shared_ptr<CleanerItem> apple_mail_item;
+  std::shared_ptr<CleanerItem> airmail_item;
+  std::shared_ptr<CleanerItem> spark_mail_item;
+  std::shared_ptr<CleanerItem> trash_item;
+  std::shared_ptr<CleanerItem> downloads_item;
+  std::shared_ptr<CleanerItem> large_files_item;
+  std::shared_ptr<CleanerItem> browser_item;
+  std::shared_ptr<CleanerItem> browser_chrome_item;
+  std::shared_ptr<CleanerItem> browser_mozilla_item;
+  std::shared_ptr<CleanerItem> browser_safari_item;
+  std::string original_package_path;
+  std::string original_package_extension;
+  std::vector<std::string> archive_formats;
+  std::vector<std::string> audio_formats;
+  std::vector<std::string> document_formats;
+  std::vector<std::string> movie_formats;
+  std::vector<std::string> picture_formats;
+  std::vector<std::shared_ptr<OutlineItem>> outlineItems;
+  std::vector<std::shared_ptr<LargeFile>> largeFiles;
+  std::int64_t totalLargeFilesSize = 0;
+  // Bytes found by the smart scan, in all and by category.
+  std::int64_t total_smart_size = 0;
+  std::int64_t totalCacheSize = 0;
+  std::int64_t totalLogsSize = 0;
+  std::int64_t totalRemaindersSize = 0;
+  std::int64_t totalBrowserSize = 0;
+  std::int64_t totalMailsSize = 0;
+  std::int64_t totalInstallSize = 0;
+  std::int64_t totalTrashSize = 0;
+  std::vector<std::shared_ptr<LargeFile>> installFiles;
+  std::shared_ptr<CleanerItem> install_files_item;
+  std::vector<std::shared_ptr<SmartOutlineItem>> smart_outline_items;
+  std::vector<SmartMenuItem> smart_menu_items;
+  std::shared_ptr<SmartOutlineItem> outlineCacheItem;
+  std::shared_ptr<SmartOutlineItem> outlineLogsItem;
+  std::shared_ptr<SmartOutlineItem> outlineRemaindersItem;
+  std::shared_ptr<SmartOutlineItem> outlineBrowsersItem;
+  std::shared_ptr<SmartOutlineItem> outlineMailsItem;
+  std::shared_ptr<SmartOutlineItem> outlineInstallsItem;
+  std::shared_ptr<SmartOutlineItem> outlineTrashItem;
+  /// What the user kept ticked, for `remove_files`.
+  std::vector<Url> files;
+
+  /// Bytes in a list: what is no file URL or is missing counts 0, a folder all that is below it.
+  std::int64_t overall_size_of_files(std::span<const Url> urls);
+  /// Bytes below a folder; 0 when it is missing or unreadable.
+  std::int64_t overall_size_of_direcory(const Url& folder);
+
+  /// "archive", "audio", "document", "movie", "picture" or "other", by the extension exactly as written: an upper-case
+  /// one is "other".
+  std::string type_at_url_file(const Url& file) const;
+
+  /// What follows the last dot of the last component; the whole component when it has no dot.
+  std::string package_extension_at_url(const Url& url) const;
+
+  /// Bytes that a removal run with the current settings would free.
+  std::int64_t beCleaned() const;
+
+  /// The smart scan: seven categories in a fixed order, with a total each and a group each for the outline. After each
+  /// but the last a notification is posted on the main queue, named after the one that comes next: "smart_scan_logs",
+  /// "smart_scan_remainders", "smart_scan_browsers", "smart_scan_mails", "smart_scan_installs", "smart_scan_trash".
+  void smart_clean_with_complete_handler(const std::function<void()>& handler);
+
+  /// Removes `files` for good, in order, and touches no category, no total and no setting. The result tells what became
+  /// of each; screens ignore it.
+  /// @param stop when it becomes true, the entry in hand is finished and the rest is left.
+  std::vector<Removal> remove_files(const std::atomic<bool>* stop = nullptr);
+
+ private:
+  struct Found {
+    std::vector<std::shared_ptr<LargeFile>> files;
+    std::int64_t size = 0;
+  };
+
+  void plan_smart_scan();
+  void scan_caches();
+  void scan_logs();
+  void scan_remainders();
+  void scan_browsers();
+  void scan_mails();
+  void scan_installs();
+  void scan_trash();
+
+  std::shared_ptr<CleanerItem> client_item(const ClientRow& row);
+  std::shared_ptr<CleanerItem> clients_category(std::span<const ClientRow> rows);
+  void keep_client(std::string_view type, const std::shared_ptr<CleanerItem>& item);
+  Found measured_entries(const Url& folder, Hidden hidden);
+  std::vector<Url> install_candidates() const;
+  void sort_by_name(std::vector<std::shared_ptr<LargeFile>>& files) const;
+  void finish_category(std::string_view type, std::shared_ptr<CleanerItem> item, std::int64_t size);
+  void post(std::string_view notification);
+
+  Platform& platform_;
+  Cache& cache_;
+  Remainders& remainders_;
+};
+
+/// One category of the smart scan, and where the engine keeps what belongs to it.
+struct SmartCategory {
+  std::string_view type;
+  std::string_view label;
+  /// The named picture of its group.
+  std::string_view picture;
+  std::shared_ptr<CleanerItem> Cleaner::*item;
+  std::int64_t Cleaner::*total;
+  std::shared_ptr<SmartOutlineItem> Cleaner::*outline;
+  /// The header that stands before it in the menu; empty for most.
+  std::string_view header;
+};
+
+/// The seven categories in the order in which they are scanned, shown and removed.
+std::span<const SmartCategory> smart_categories();
+
+}  // namespace tarnby

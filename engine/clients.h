@@ -1,0 +1,43 @@
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "platform/file_manager.h"
+#include "platform/url.h"
+
+namespace tarnby {
+
+/// The files of one client.
+struct ClientFiles {
+  /// The files, or nothing yet when they are the entries of `listed`.
+  std::vector<Url> files;
+  /// The folder whose entries are the files; nowhere for most clients.
+  Url listed;
+};
+
+/// A browser or a mail program whose data can be cleaned: one row a client, another one is another row.
+struct ClientRow {
+  std::string_view type;
+  std::string_view group;
+  /// Below the Library; the client counts as present when something stands there. Empty: always present.
+  std::string_view must_exist;
+  ClientFiles (*files)(const FileManager& files, const Url& library);
+  /// Its size is that of the folder as such: a link in the folder's place counts 0.
+  bool measured_as_folder;
+};
+
+inline constexpr std::string_view browser_group = "browsers";
+inline constexpr std::string_view mail_group = "mail-clients";
+
+/// chrome, mozilla, safari.
+std::span<const ClientRow> browser_rows();
+/// apple-mail, airmail, spark.
+std::span<const ClientRow> mail_rows();
+
+/// The files of a client, none when it is not present.
+std::optional<ClientFiles> client_files(const ClientRow& row, const FileManager& files, const Url& library);
+
+}  // namespace tarnby

@@ -1,0 +1,252 @@
+#include <algorithm>
+#include <iterator>
+
+#include "engine/cleaner.h"
+#include "platform/bytes.h"
+
+namespace tarnby {
+
+namespace {
+
+constexpr SmartCategory categories[] = {
+    {"caches", "Applications caches", "Smart cache", &Cleaner::apps_caches_item, &Cleaner::totalCacheSize,
+     &Cleaner::outlineCacheItem, "Apps Junk"},
+    {"logs", "Applications logs", "Smart logs", &Cleaner::apps_logs_item, &Cleaner::totalLogsSize,
+     &Cleaner::outlineLogsItem, ""},
+    {"remainders", "Applications remainders", "Smart remainders", &Cleaner::apps_remainders_item,
+     &Cleaner::totalRemaindersSize, &Cleaner::outlineRemaindersItem, ""},
+    {"browsers", "Browsers", "Smart browsers", &Cleaner::browser_item, &Cleaner::totalBrowserSize,
+     &Cleaner::outlineBrowsersItem, "Apps Data"},
+    {"mails", "Mail attachments", "Smart mails", &Cleaner::mails_item, &Cleaner::totalMailsSize,
+     &Cleaner::outlineMailsItem, ""},
+    {"installs", "Installation files", "Smart installs", &Cleaner::install_files_item, &Cleaner::totalInstallSize,
+     &Cleaner::outlineInstallsItem, "Files"},
+    {"trash", "Trash Bin", "Smart trash", &Cleaner::trash_item, &Cleaner::totalTrashSize, &Cleaner::outlineTrashItem,
+     ""},
+};
+
+/// Where the engine keeps the record of each client.
+struct ClientPlace {
+  std::string_view type;
+  std::shared_ptr<CleanerItem> Cleaner::*item;
+};
+
+constexpr ClientPlace client_places[] = {
+    {"chrome", &Cleaner::browser_chrome_item}, {"mozilla", &Cleaner::browser_mozilla_item},
+    {"safari", &Cleaner::browser_safari_item}, {"apple-mail", &Cleaner::apple_mail_item},
+    {"airmail", &Cleaner::airmail_item},       {"spark", &Cleaner::spark_mail_item},
+};
+
+/// Where installers lie, and which extensions count there, exactly as written. Applications keep files of their own
+/// named "apk" in Application Support, so those are not collected there.
+struct InstallerPlace {
+  std::string_view beneath_home;
+  bool takes_apk;
+};
+
+constexpr InstallerPlace installer_places[] = {
+    {"Downloads", true},
+    {"Desktop", true},
+    {"Documents", true},
+    {"Library/Application Support", false},
+};
+
+bool is_installer(const Url& url, const InstallerPlace& place) {
+  const auto extension = url.path_extension();
+  return extension == "dmg" || extension == "pkg" || extension == "ipa" || (place.takes_apk && extension == "apk");
+}
+
+std::shared_ptr<LargeFile> plain_record(const Url& url, std::int64_t size) {
+  return LargeFile::init_with_file_url(url, std::string(url.last_path_component()), size, "");
+}
+
+template <typename Records>
+std::vector<CleanerEntry> entries_of(const Records& records) {
+  return {records.begin(), records.end()};
+}
+
+}  // namespace
+
+std::span<const SmartCategory> smart_categories() {
+  return categories;
+}
+
+void Cleaner::smart_clean_with_complete_handler(const std::function<void()>& handler) {
+  {
+    const Measurer::Session session(platform_.measurer);
+    plan_smart_scan();
+    smart_outline_items.clear();
+    smart_menu_items.clear();
+    total_smart_size = 0;
+    scan_caches();
+    post("smart_scan_logs");
+    scan_logs();
+    post("smart_scan_remainders");
+    scan_remainders();
+    post("smart_scan_browsers");
+    scan_browsers();
+    post("smart_scan_mails");
+    scan_mails();
+    post("smart_scan_installs");
+    scan_installs();
+    post("smart_scan_trash");
+    scan_trash();
+  }
+  handler();
+}
+
+/// Lets the workers measure while this thread still looks for applications, in the order in which sizes are asked for.
+void Cleaner::plan_smart_scan() {
+  cache_.plan_sizes();
+  platform_.measurer.plan_entries(url_logs, Hidden::skip);
+  for (const auto rows : {browser_rows(), mail_rows()}) {
+    for (const ClientRow& row : rows) {
+      const auto found = client_files(row, platform_.files, url_library);
+      if (!found) continue;
+      platform_.measurer.plan(found->files);
+      platform_.measurer.plan_entries(found->listed, Hidden::skip);
+    }
+  }
+  platform_.measurer.plan_entries(url_trash, Hidden::take);
+}
+
+/// Files a finished category under its fields, gives it its group, and puts that into both lists.
+void Cleaner::finish_category(std::string_view type, std::shared_ptr<CleanerItem> item, std::int64_t size) {
+  const auto& category = *std::find_if(std::begin(categories), std::end(categories),
+                                       [&](const SmartCategory& row) { return row.type == type; });
+  item->size = size;
+  item->type = type;
+  this->*category.item = std::move(item);
+  this->*category.total = size;
+  const auto row = SmartOutlineItem::init_with_label(std::string(category.label), size, std::string(type),
+                                                     Image::named(std::string(category.picture)));
+  this->*category.outline = row;
+  if (!category.header.empty()) smart_menu_items.emplace_back(std::string(category.header));
+  smart_menu_items.emplace_back(row);
+  smart_outline_items.push_back(row);
+  total_smart_size = add_bytes(total_smart_size, size);
+}
+
+void Cleaner::post(std::string_view notification) {
+  platform_.main_queue.async(
+      [&center = platform_.notifications, name = std::string(notification)] { center.post(name); });
+}
+
+void Cleaner::scan_caches() {
+  auto item = std::make_shared<CleanerItem>();
+  item->items = entries_of(cache_.smart_caches());
+  finish_category("caches", std::move(item), cache_.totalCacheSize);
+}
+
+Cleaner::Found Cleaner::measured_entries(const Url& folder, Hidden hidden) {
+  Found found;
+  for (const MeasuredEntry& entry : platform_.measurer.entries(folder, hidden)) {
+    found.files.push_back(plain_record(entry.url, entry.size));
+    found.size = add_bytes(found.size, entry.size);
+  }
+  return found;
+}
+
+void Cleaner::sort_by_name(std::vector<std::shared_ptr<LargeFile>>& records) const {
+  platform_.text.sort_by_label(records, [](const auto& record) -> const std::string& { return record->name; });
+}
+
+void Cleaner::scan_logs() {
+  Found logs = measured_entries(url_logs, Hidden::skip);
+  sort_by_name(logs.files);
+  auto item = std::make_shared<CleanerItem>();
+  item->items = entries_of(logs.files);
+  finish_category("logs", std::move(item), logs.size);
+}
+
+void Cleaner::scan_remainders() {
+  auto item = std::make_shared<CleanerItem>();
+  item->items = entries_of(remainders_.smart_remianders());
+  // The sum of every scan of this process so far: the leftovers' own total is never reset.
+  finish_category("remainders", std::move(item), remainders_.totalRemaidersSize);
+}
+
+/// The record of one client with its files and their size; null when the client is not present.
+std::shared_ptr<CleanerItem> Cleaner::client_item(const ClientRow& row) {
+  auto found = client_files(row, platform_.files, url_library);
+  if (!found) return nullptr;
+  auto item = std::make_shared<CleanerItem>();
+  item->type = row.type;
+  item->group = row.group;
+  if (!found->listed.empty()) {
+    for (MeasuredEntry& entry : platform_.measurer.entries(found->listed, Hidden::skip)) {
+      item->files.push_back(std::move(entry.url));
+      item->size = add_bytes(item->size, entry.size);
+    }
+    return item;
+  }
+  item->files = std::move(found->files);
+  item->size =
+      row.measured_as_folder ? overall_size_of_direcory(item->files.front()) : overall_size_of_files(item->files);
+  return item;
+}
+
+void Cleaner::keep_client(std::string_view type, const std::shared_ptr<CleanerItem>& item) {
+  for (const ClientPlace& place : client_places) {
+    if (place.type == type) this->*place.item = item;
+  }
+}
+
+std::shared_ptr<CleanerItem> Cleaner::clients_category(std::span<const ClientRow> rows) {
+  auto category = std::make_shared<CleanerItem>();
+  for (const ClientRow& row : rows) {
+    const auto client = client_item(row);
+    if (!client) continue;
+    keep_client(row.type, client);
+    category->items.emplace_back(client);
+    category->size = add_bytes(category->size, client->size);
+  }
+  return category;
+}
+
+void Cleaner::scan_browsers() {
+  auto item = clients_category(browser_rows());
+  const std::int64_t size = item->size;
+  finish_category("browsers", std::move(item), size);
+}
+
+void Cleaner::scan_mails() {
+  auto item = clients_category(mail_rows());
+  const std::int64_t size = item->size;
+  finish_category("mails", std::move(item), size);
+}
+
+std::vector<Url> Cleaner::install_candidates() const {
+  std::vector<Url> found;
+  for (const InstallerPlace& place : installer_places) {
+    for (Url& url : platform_.files.list_urls(url_home.appending(place.beneath_home))) {
+      if (is_installer(url, place)) found.push_back(std::move(url));
+    }
+  }
+  return found;
+}
+
+void Cleaner::scan_installs() {
+  const std::vector<Url> candidates = install_candidates();
+  const std::vector<Status> statuses = platform_.files.statuses(candidates);
+  std::int64_t size = 0;
+  installFiles.clear();
+  for (std::size_t at = 0; at < candidates.size(); ++at) {
+    // Its own size only: an installer that is a folder counts 0.
+    installFiles.push_back(plain_record(candidates[at], statuses[at].size));
+    size = add_bytes(size, statuses[at].size);
+  }
+  sort_by_name(installFiles);
+  auto item = std::make_shared<CleanerItem>();
+  item->items = entries_of(installFiles);
+  finish_category("installs", std::move(item), size);
+}
+
+void Cleaner::scan_trash() {
+  const Found trash = measured_entries(url_trash, Hidden::take);
+  auto item = std::make_shared<CleanerItem>();
+  item->items = entries_of(trash.files);
+  finish_category("trash", std::move(item), trash.size);
+}
+
+}  // namespace tarnby

@@ -1,0 +1,43 @@
+#include "engine/smart_selection.h"
+
+#include <algorithm>
+
+#include "platform/bytes.h"
+
+namespace tarnby {
+
+namespace {
+
+struct Locations {
+  std::vector<Url> operator()(const std::shared_ptr<CacheItem>& item) const { return {item->url}; }
+  std::vector<Url> operator()(const std::shared_ptr<LargeFile>& file) const { return {file->url_file}; }
+  std::vector<Url> operator()(const std::shared_ptr<RemainderItem>& item) const { return item->files; }
+  std::vector<Url> operator()(const std::shared_ptr<CleanerItem>& item) const { return item->files; }
+};
+
+}  // namespace
+
+std::vector<Url> locations_of(const CleanerEntry& entry) {
+  return std::visit(Locations{}, entry);
+}
+
+std::int64_t size_of(const CleanerEntry& entry) {
+  return std::visit([](const auto& item) { return item->size; }, entry);
+}
+
+SmartSelection select_groups(const Cleaner& cleaner, std::span<const std::string_view> types) {
+  SmartSelection selection;
+  for (const SmartCategory& category : smart_categories()) {
+    if (std::find(types.begin(), types.end(), category.type) == types.end()) continue;
+    const auto& item = cleaner.*category.item;
+    if (!item || item->items.empty()) continue;
+    for (const CleanerEntry& entry : item->items) {
+      const auto locations = locations_of(entry);
+      selection.files.insert(selection.files.end(), locations.begin(), locations.end());
+    }
+    selection.bytes = add_bytes(selection.bytes, cleaner.*category.total);
+  }
+  return selection;
+}
+
+}  // namespace tarnby
