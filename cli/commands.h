@@ -1,0 +1,17 @@
+#pragma once
+
+#include "cli/context.h"
+
+namespace tarnby::cli {
+
+// One function a command. Each prints its result and returns how the program ends; CommandError stands for what went
+// wrong before there was a result.
+
+ExitStatus run_scan(Context& context);
+ExitStatus run_clean(Context& context);
+ExitStatus run_apps(Context& context);
+ExitStatus run_app(Context& context);
+ExitStatus run_grant(Context& context);
+ExitStatus run_settings(Context& context);
+
+}  // namespace tarnby::cli

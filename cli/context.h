@@ -1,0 +1,41 @@
+#pragma once
+
+#include <atomic>
+#include <memory>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "cli/invocation.h"
+#include "platform/platform.h"
+
+namespace tarnby::cli {
+
+/// Everything one run of the program works with: what was asked, where it writes, and the process-wide platform, set up
+/// for this run.
+struct Context {
+  const Invocation& asked;
+  std::ostream& out;
+  std::ostream& err;
+  Platform& platform;
+  PlainMainQueue& main_queue;
+  bool out_is_terminal;
+  bool err_is_terminal;
+  bool in_is_terminal;
+};
+
+/// Makes this process's platform for this run: folders and settings given on the command line stand before the stored
+/// ones, and nothing of that is stored. Throws CommandError when what was given is no use.
+std::unique_ptr<Platform> platform_for(const Invocation& asked, MainQueue& main_queue);
+
+/// Begins to access the home and the Applications folder (and the disk, when it was given); throws CommandError with
+/// `no_access` when one was not granted, is missing or cannot be read.
+void need_folders(Context& context);
+
+/// The text as it may be shown in one line: valid UTF-8, control characters written as escapes.
+std::string one_line(std::string_view text);
+
+/// An absolute path for one typed by a person, by the current folder; nowhere when that cannot be told.
+Url typed_path(const std::string& text);
+
+}  // namespace tarnby::cli

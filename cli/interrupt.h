@@ -1,0 +1,25 @@
+#pragma once
+
+#include <atomic>
+
+namespace tarnby::cli {
+
+// Ctrl-C, a hang-up and a request to end (signal(7)). While nothing is being removed they end the program at once: a
+// scan changes nothing, so nothing has to be put right. During a removal they only ask it to stop.
+
+/// Takes the signals over; once, before anything else runs.
+void watch_for_interrupts();
+
+/// From its making to its end the signals ask for a stop instead of ending the program.
+class StopOnInterrupt {
+ public:
+  StopOnInterrupt();
+  ~StopOnInterrupt();
+  StopOnInterrupt(const StopOnInterrupt&) = delete;
+  StopOnInterrupt& operator=(const StopOnInterrupt&) = delete;
+
+  /// Becomes true when a stop was asked for.
+  const std::atomic<bool>& asked() const;
+};
+
+}  // namespace tarnby::cli

@@ -1,0 +1,87 @@
+#include "cli/json.h"
+
+#include <ctime>
+
+#include "engine/smart_selection.h"
+#include "platform/text.h"
+
+namespace tarnby::cli {
+
+namespace {
+
+struct EntryLabel {
+  std::string operator()(const std::shared_ptr<CacheItem>& item) const { return item->label; }
+  std::string operator()(const std::shared_ptr<LargeFile>& file) const { return file->name; }
+  std::string operator()(const std::shared_ptr<RemainderItem>& item) const { return item->label; }
+  std::string operator()(const std::shared_ptr<CleanerItem>& item) const { return item->type; }
+};
+
+}  // namespace
+
+Json json_text(std::string_view bytes) {
+  return to_valid_utf8(bytes);
+}
+
+Json json_optional(const std::optional<std::string>& text) {
+  return text ? json_text(*text) : Json();
+}
+
+Json json_paths(std::span<const Url> urls) {
+  Json paths = Json::array();
+  for (const Url& url : urls) paths.push_back(json_text(url.path()));
+  return paths;
+}
+
+Json json_entry(const CleanerEntry& entry) {
+  Json json = {{"label", json_text(std::visit(EntryLabel{}, entry))},
+               {"size", size_of(entry)},
+               {"paths", json_paths(locations_of(entry))}};
+  if (const auto* remainder = std::get_if<std::shared_ptr<RemainderItem>>(&entry)) {
+    json["bundle"] = json_text((*remainder)->bundle);
+  }
+  return json;
+}
+
+Json json_application(const ApplicationItem& item) {
+  const bool has_icon = item.app_icon.kind == Image::Kind::file;
+  return {{"label", json_text(item.label)},
+          {"label_name", json_text(item.label_name)},
+          {"path", json_text(item.url.path())},
+          {"bundle", json_optional(item.bundle)},
+          {"bundle_name", json_text(item.bundle_name)},
+          {"bundle_name_info", json_text(item.bundle_name_info)},
+          {"executable_info", json_text(item.executable_info)},
+          {"company_name", json_optional(item.company_name)},
+          {"app_version", json_text(item.app_version)},
+          {"log_file_name", json_text(item.log_file_name)},
+          {"app_icon", has_icon ? json_text(item.app_icon.url.path()) : Json()}};
+}
+
+std::string iso_8601(PropertyList::Date moment) {
+  const std::time_t seconds = moment.time_since_epoch().count();
+  std::tm fields = {};
+  gmtime_r(&seconds, &fields);
+  char text[64];
+  const std::size_t length = std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &fields);
+  return {text, length};
+}
+
+Json json_setting(const PropertyList& value) {
+  if (const auto* boolean = value.as<bool>()) return *boolean;
+  if (const auto* integer = value.as<std::int64_t>()) return *integer;
+  if (const auto* real = value.as<double>()) return *real;
+  if (const auto* text = value.as<std::string>()) return json_text(*text);
+  if (const auto* data = value.as<PropertyList::Data>()) return json_text(data->bytes);
+  if (const auto* date = value.as<PropertyList::Date>()) return iso_8601(*date);
+  Json json;
+  if (const auto* array = value.as<PropertyList::Array>()) {
+    json = Json::array();
+    for (const PropertyList& item : *array) json.push_back(json_setting(item));
+  } else if (const auto* dictionary = value.as<PropertyList::Dictionary>()) {
+    json = Json::object();
+    for (const auto& [key, item] : *dictionary) json[to_valid_utf8(key)] = json_setting(item);
+  }
+  return json;
+}
+
+}  // namespace tarnby::cli

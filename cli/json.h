@@ -1,0 +1,31 @@
+#pragma once
+
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "engine/cleaner.h"
+#include "inventory/application_item.h"
+#include "platform/property_list.h"
+
+namespace tarnby::cli {
+
+/// Objects keep their keys in the order in which they are written down.
+using Json = nlohmann::ordered_json;
+
+/// Bytes that are not UTF-8 appear as U+FFFD.
+Json json_text(std::string_view bytes);
+Json json_optional(const std::optional<std::string>& text);
+Json json_paths(std::span<const Url> urls);
+
+/// One row of a smart scan.
+Json json_entry(const CleanerEntry& entry);
+Json json_application(const ApplicationItem& item);
+/// A value of the settings: data as text, dates as ISO 8601, UTC.
+Json json_setting(const PropertyList& value);
+
+std::string iso_8601(PropertyList::Date moment);
+
+}  // namespace tarnby::cli

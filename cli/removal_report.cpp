@@ -1,0 +1,91 @@
+#include "cli/removal_report.h"
+
+#include <iostream>
+#include <unordered_set>
+
+#include "cli/interrupt.h"
+
+namespace tarnby::cli {
+
+namespace {
+
+/// The listed paths that exist, each once, with their places in the list.
+std::vector<std::size_t> existing_once(const FileManager& files, std::span<const Url> urls) {
+  const std::vector<Status> statuses = files.statuses(urls);
+  std::unordered_set<Url> met;
+  std::vector<std::size_t> places;
+  for (std::size_t at = 0; at < urls.size(); ++at) {
+    if (statuses[at].kind != EntryKind::none && met.insert(urls[at]).second) places.push_back(at);
+  }
+  return places;
+}
+
+std::string why_left(const Removal& removal, bool refused) {
+  if (refused) return "is never removed whole";
+  if (!removal.attempted) return "was not come to";
+  return removal.error ? removal.error.message() : "came back";
+}
+
+}  // namespace
+
+void need_somebody_to_ask(const Context& context) {
+  if (context.asked.yes || context.asked.dry_run || context.in_is_terminal) return;
+  throw CommandError(
+      wrong_usage,
+      "nobody can be asked whether to remove; use --yes to remove without asking, or --dry-run to see what would go");
+}
+
+bool user_agrees(Context& context, const std::string& what) {
+  if (context.asked.yes) return true;
+  context.err << what << "? It does not go to the Trash. [y/N] " << std::flush;
+  std::string answer;
+  std::getline(std::cin, answer);
+  return answer == "y" || answer == "Y" || answer == "yes";
+}
+
+RemovalPreview preview_removal(Context& context, std::span<const Url> urls) {
+  const FileManager& files = context.platform.files;
+  const std::vector<bool> refused = files.refuses_to_remove(urls);
+  RemovalPreview preview;
+  for (const std::size_t at : existing_once(files, urls)) {
+    (refused[at] ? preview.refused : preview.would_remove).push_back(urls[at]);
+  }
+  return preview;
+}
+
+RemovalReport run_removal(Context& context, std::span<const Url> urls,
+                          const std::function<std::vector<Removal>(const std::atomic<bool>*)>& remove) {
+  const FileManager& files = context.platform.files;
+  const std::vector<std::size_t> places = existing_once(files, urls);
+  const std::vector<bool> refused = files.refuses_to_remove(urls);
+  const StopOnInterrupt stop;
+  const std::vector<Removal> removals = remove(&stop.asked());
+  const std::vector<Status> after = files.statuses(urls);
+  RemovalReport report;
+  report.was_interrupted = stop.asked();
+  for (const std::size_t at : places) {
+    if (after[at].kind == EntryKind::none) {
+      report.removed.push_back(urls[at]);
+    } else {
+      report.left.push_back({urls[at], why_left(removals[at], refused[at])});
+    }
+  }
+  return report;
+}
+
+void print_removal(Context& context, const RemovalReport& report) {
+  context.out << "Removed " << report.removed.size() << (report.removed.size() == 1 ? " entry" : " entries") << ".\n";
+  if (report.was_interrupted) context.out << "Interrupted: what was not come to is still there.\n";
+  if (report.left.empty()) return;
+  context.out << "Left " << report.left.size() << (report.left.size() == 1 ? " entry:\n" : " entries:\n");
+  for (const RemovalReport::Left& left : report.left) {
+    context.out << "  " << one_line(left.url.path()) << ": " << left.why << '\n';
+  }
+}
+
+ExitStatus status_of_removal(const RemovalReport& report) {
+  if (report.was_interrupted) return interrupted;
+  return report.left.empty() ? done : left_something;
+}
+
+}  // namespace tarnby::cli

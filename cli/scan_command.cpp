@@ -1,0 +1,53 @@
+#include <algorithm>
+
+#include "cli/commands.h"
+#include "cli/json.h"
+#include "cli/smart_scan_run.h"
+#include "cli/smart_scan_table.h"
+
+namespace tarnby::cli {
+
+namespace {
+
+Json json_menu(const Cleaner& cleaner) {
+  Json menu = Json::array();
+  for (const SmartMenuItem& item : cleaner.smart_menu_items) {
+    const auto* header = std::get_if<std::string>(&item);
+    menu.push_back(header ? *header : std::get<std::shared_ptr<SmartOutlineItem>>(item)->type);
+  }
+  return menu;
+}
+
+Json json_groups(const Cleaner& cleaner) {
+  Json groups = Json::array();
+  for (const SmartCategory& category : smart_categories()) {
+    const SmartOutlineItem& row = *(cleaner.*category.outline);
+    Json items = Json::array();
+    for (const CleanerEntry& entry : (cleaner.*category.item)->items) items.push_back(json_entry(entry));
+    groups.push_back({{"type", row.type}, {"label", row.label}, {"size", row.size}, {"items", std::move(items)}});
+  }
+  return groups;
+}
+
+}  // namespace
+
+ExitStatus run_scan(Context& context) {
+  need_folders(context);
+  Cleaner& cleaner = Cleaner::sharedCleaner();
+  const auto posted = run_smart_scan(context, cleaner);
+  if (context.asked.json) {
+    const Json result = {{"total_smart_size", cleaner.total_smart_size},
+                         {"notifications", posted},
+                         {"menu", json_menu(cleaner)},
+                         {"groups", json_groups(cleaner)}};
+    context.out << result.dump() << '\n';
+    return done;
+  }
+  print_smart_scan(context, cleaner);
+  context.out << "\nTo remove all of it:      tarnby-cleaner-cli clean\n"
+                 "To remove some groups:    tarnby-cleaner-cli clean caches logs trash\n"
+                 "To see what would go:     tarnby-cleaner-cli clean --dry-run\n";
+  return done;
+}
+
+}  // namespace tarnby::cli

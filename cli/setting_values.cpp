@@ -1,0 +1,51 @@
+#include "cli/setting_values.h"
+
+#include <charconv>
+#include <optional>
+
+#include "cli/context.h"
+
+namespace tarnby::cli {
+
+namespace {
+
+std::optional<std::int64_t> whole_number(std::string_view typed) {
+  std::int64_t number = 0;
+  const char* end = typed.data() + typed.size();
+  const auto [stopped, error] = std::from_chars(typed.data(), end, number);
+  return error == std::errc() && stopped == end ? std::optional(number) : std::nullopt;
+}
+
+/// true and false as 1 and 0, or a whole number.
+std::optional<std::int64_t> typed_number(std::string_view typed) {
+  if (typed == "true") return 1;
+  if (typed == "false") return 0;
+  return whole_number(typed);
+}
+
+}  // namespace
+
+const SettingRow& known_setting(std::string_view key) {
+  if (const SettingRow* row = setting_row(key)) return *row;
+  throw CommandError(wrong_usage,
+                     "there is no setting named \"" + one_line(key) + "\"; tarnby-cleaner-cli settings lists them");
+}
+
+PropertyList setting_value(std::string_view key, const std::string& typed) {
+  const SettingRow& row = known_setting(key);
+  if (row.type == SettingType::data || row.type == SettingType::date) {
+    throw CommandError(wrong_usage,
+                       "\"" + std::string(key) +
+                           "\" is no setting to type a value for; a folder is given with: tarnby-cleaner-cli grant " +
+                           std::string(key) + " DIR");
+  }
+  const auto number = typed_number(typed);
+  if (!number) {
+    throw CommandError(wrong_usage, "\"" + std::string(key) + "\" takes true, false or a whole number, not \"" +
+                                        one_line(typed) + "\"");
+  }
+  if (row.type == SettingType::boolean) return *number != 0;
+  return *number;
+}
+
+}  // namespace tarnby::cli

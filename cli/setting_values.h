@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "platform/app_settings.h"
+#include "platform/property_list.h"
+
+namespace tarnby::cli {
+
+/// The row of a setting; throws CommandError when there is none of that name.
+const SettingRow& known_setting(std::string_view key);
+
+/// A typed value (true, false or a whole number) as the kind that the setting has; throws CommandError when it does not
+/// fit, and for settings that no value can be typed for.
+PropertyList setting_value(std::string_view key, const std::string& typed);
+
+}  // namespace tarnby::cli

@@ -1,0 +1,61 @@
+#include "cli/smart_scan_run.h"
+
+#include <string_view>
+
+#include "platform/bytes.h"
+
+namespace tarnby::cli {
+
+namespace {
+
+constexpr std::string_view notification_start = "smart_scan_";
+
+/// One line on standard error that is written over until the scan is done.
+class Progress {
+ public:
+  explicit Progress(Context& context) : context_(context) { shown_ = context.err_is_terminal && !context.asked.quiet; }
+  ~Progress() {
+    if (shown_) context_.err << "\r\x1b[K" << std::flush;
+  }
+  Progress(const Progress&) = delete;
+  Progress& operator=(const Progress&) = delete;
+
+  void show(std::string_view label, std::int64_t found) {
+    if (!shown_) return;
+    context_.err << "\r\x1b[KScan in \"" << label << "\"  " << context_.platform.text.byte_count(found)
+                 << " found so far" << std::flush;
+  }
+
+ private:
+  Context& context_;
+  bool shown_ = false;
+};
+
+}  // namespace
+
+std::vector<std::string> run_smart_scan(Context& context, Cleaner& cleaner) {
+  std::vector<std::string> posted;
+  std::vector<NotificationCenter::Token> tokens;
+  NotificationCenter& center = context.platform.notifications;
+  Progress progress(context);
+  progress.show(smart_categories().front().label, 0);
+  std::int64_t found = 0;
+  const SmartCategory* finished = &smart_categories().front();
+  for (const SmartCategory& category : smart_categories().subspan(1)) {
+    std::string name = std::string(notification_start) + std::string(category.type);
+    tokens.push_back(center.add_observer(name, [&, name, finished] {
+      // The group of a finished category may be read while the scan goes on; the lists and totals still change.
+      found = add_bytes(found, (cleaner.*finished->outline)->size);
+      posted.push_back(name);
+      progress.show(category.label, found);
+    }));
+    finished = &category;
+  }
+  BackgroundQueue background;
+  background.async([&] { cleaner.smart_clean_with_complete_handler([&] { context.main_queue.quit(); }); });
+  context.main_queue.run();
+  for (const auto token : tokens) center.remove_observer(token);
+  return posted;
+}
+
+}  // namespace tarnby::cli
