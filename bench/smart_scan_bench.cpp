@@ -1,0 +1,30 @@
+#include <benchmark/benchmark.h>
+
+#include <filesystem>
+#include <memory>
+
+#include "bench/home.h"
+#include "engine/cleaner.h"
+
+namespace {
+
+using namespace tarnby;
+
+/// A whole smart scan in one process, by the number of files.
+void smart_scan(benchmark::State& state) {
+  const auto folder = std::filesystem::temp_directory_path() / "tarnby-bench";
+  const bench::Home home = bench::make_home(folder.string(), static_cast<std::size_t>(state.range(0)));
+  PlainMainQueue main_queue;
+  auto settings = std::make_unique<RunSettings>(open_settings_file({}));
+  settings->set_for_this_run("home", bookmark_data(Url::file(home.home)));
+  settings->set_for_this_run("Applications", bookmark_data(Url::file(home.applications)));
+  Platform platform(current_session(), std::move(settings), main_queue);
+  const Application inventory(platform);
+  Cache cache(platform, inventory);
+  Remainders remainders(platform, cache);
+  Cleaner cleaner(platform, cache, remainders);
+  for (auto _ : state) cleaner.smart_clean_with_complete_handler([] {});
+}
+BENCHMARK(smart_scan)->Arg(10'000)->Arg(100'000)->UseRealTime()->Unit(benchmark::kMillisecond);
+
+}  // namespace
