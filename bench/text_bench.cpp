@@ -33,6 +33,25 @@ void contain(benchmark::State& state, const std::string& part) {
 BENCHMARK_CAPTURE(contain, found_late, "sharp");
 BENCHMARK_CAPTURE(contain, absent, "com.example.photoeditor");
 
+/// The leftovers search: each of 300 identifiers is looked for in 3,000 names of which few hold it.
+void match_identifiers(benchmark::State& state) {
+  std::vector<FoldedText> names;
+  std::vector<FoldedText> identifiers;
+  for (int at = 0; at < 3'000; ++at) {
+    names.emplace_back("com.vendor" + std::to_string(at % 170) + ".Application" + std::to_string(at) + ".plist");
+    if (at % 10 == 0)
+      identifiers.emplace_back("com.vendor" + std::to_string(at % 170) + ".application" + std::to_string(at));
+  }
+  for (auto _ : state) {
+    std::size_t found = 0;
+    for (const FoldedText& identifier : identifiers) {
+      for (const FoldedText& name : names) found += name.contains(identifier) ? 1 : 0;
+    }
+    benchmark::DoNotOptimize(found);
+  }
+}
+BENCHMARK(match_identifiers)->Unit(benchmark::kMillisecond);
+
 /// What a command pays that shows one size and sorts nothing.
 void first_byte_count(benchmark::State& state, const char* locale) {
   for (auto _ : state) benchmark::DoNotOptimize(Text(locale, locale).byte_count(1'500'000'000));

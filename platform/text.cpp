@@ -33,6 +33,19 @@ void append_stray_byte(std::string& out, char byte) {
   out += static_cast<char>(0x80 | (value & 0x3F));
 }
 
+/// One bit for each pair of neighbouring bytes, several pairs sharing a bit. A text that lacks a bit of another cannot
+/// contain it, and most texts that are searched lack one.
+std::uint64_t pairs_in(std::string_view bytes) {
+  std::uint64_t pairs = 0;
+  for (std::size_t at = 1; at < bytes.size(); ++at) {
+    const auto first = static_cast<unsigned char>(bytes[at - 1]);
+    const auto second = static_cast<unsigned char>(bytes[at]);
+    const std::uint32_t mixed = (std::uint32_t{first} << 8U | second) * 0x9E3779B1U;
+    pairs |= std::uint64_t{1} << (mixed >> 26U);
+  }
+  return pairs;
+}
+
 struct Unit {
   std::string_view name;
   std::uint64_t size;
@@ -116,7 +129,7 @@ FoldedText::FoldedText(std::string_view text) {
   while (true) {
     // ASCII never combines with what stands around it, so it can be folded apart, and most paths hold nothing else.
     text.remove_prefix(append_folded_ascii(folded_, text));
-    if (text.empty()) return;
+    if (text.empty()) break;
     const auto end = std::find_if(text.begin(), text.end(), is_ascii);
     const auto run = text.substr(0, static_cast<std::size_t>(end - text.begin()));
     const std::size_t sound = well_formed_prefix(run);
@@ -128,10 +141,11 @@ FoldedText::FoldedText(std::string_view text) {
       text.remove_prefix(1);
     }
   }
+  pairs_ = pairs_in(folded_);
 }
 
 bool FoldedText::contains(const FoldedText& part) const {
-  if (part.folded_.empty()) return false;
+  if (part.folded_.empty() || (part.pairs_ & ~pairs_) != 0) return false;
   return memmem(folded_.data(), folded_.size(), part.folded_.data(), part.folded_.size()) != nullptr;
 }
 

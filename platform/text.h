@@ -28,6 +28,7 @@ class FoldedText {
 
  private:
   std::string folded_;
+  std::uint64_t pairs_ = 0;
 };
 
 /// Locale-aware, case- and diacritic-insensitive containment of `part` in `text`.
