@@ -1,0 +1,58 @@
+#include "tests/support/test_platform.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <system_error>
+
+namespace tarnby::test {
+
+namespace {
+
+constexpr Moment standing_clock{std::chrono::seconds(1'600'000'000)};
+
+Session session_of_ada(const TempTree& tree, std::string_view home) {
+  return {"ada", tree.url(home), tree.url("settings"), {}, "C", "C"};
+}
+
+}  // namespace
+
+TestPlatform::TestPlatform(Grants grants, std::string_view home)
+    : platform(session_of_ada(tree, home), nullptr, main_queue) {
+  platform.now = [] { return standing_clock; };
+  tree.folder(home).folder("Applications");
+  if (grants == Grants::none) return;
+  const bool stored = platform.bookmarks.store(Grant::home, tree.url(home)) &&
+                      platform.bookmarks.store(Grant::applications, tree.url("Applications"));
+  if (!stored) throw std::runtime_error("test platform: the grants could not be stored");
+}
+
+TestPlatform& TestPlatform::application(std::string_view path, const BundleValues& values, ListForm form) {
+  tree.content(std::string(path) + "/Contents/Info.plist", info_list(values, form));
+  return *this;
+}
+
+TestPlatform& TestPlatform::application(std::string_view path, std::string_view identifier) {
+  return application(path, BundleValues{std::string(identifier), {}, {}, {}, {}});
+}
+
+TestPlatform& TestPlatform::times(std::string_view path, std::int64_t accessed, std::int64_t modified) {
+  const timespec both[] = {{accessed, 0}, {modified, 0}};
+  if (utimensat(AT_FDCWD, tree.path(path).c_str(), both, AT_SYMLINK_NOFOLLOW) != 0) {
+    throw std::system_error(errno, std::generic_category(), "test platform: times of " + std::string(path));
+  }
+  return *this;
+}
+
+std::string TestPlatform::relative(const Url& url) const {
+  return url.is_within(tree.url()) ? url.path().substr(tree.path().size() + 1) : url.path();
+}
+
+std::vector<std::string> TestPlatform::relative(std::span<const Url> urls) const {
+  std::vector<std::string> paths;
+  for (const Url& one : urls) paths.push_back(relative(one));
+  return paths;
+}
+
+}  // namespace tarnby::test

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/platform.h"
+#include "tests/support/bundle_files.h"
+#include "tests/support/temp_tree.h"
+
+namespace tarnby::test {
+
+/// A user of a machine of their own for one test case: ada, whose home folder is "ada" in a fresh tree, with a folder
+/// "Applications" beside it and the settings in "settings". The locale is C, the clock stands still.
+///
+/// Paths given to its functions are relative to the tree: "ada/Library/Caches/x", "Applications/Editor.app".
+class TestPlatform {
+ public:
+  enum class Grants { none, both };
+
+  /// @param home the home folder, for a test that wants it elsewhere; it and Applications are granted as asked.
+  explicit TestPlatform(Grants grants = Grants::both, std::string_view home = "ada");
+
+  TempTree tree;
+  PlainMainQueue main_queue;
+  Platform platform;
+
+  Url url(std::string_view path) const { return tree.url(path); }
+
+  /// An application bundle with these values in its Info.plist.
+  TestPlatform& application(std::string_view path, const BundleValues& values, ListForm form = ListForm::xml);
+  /// The usual one: with an identifier and nothing else.
+  TestPlatform& application(std::string_view path, std::string_view identifier);
+
+  /// Gives an entry these times, in seconds since 1970.
+  TestPlatform& times(std::string_view path, std::int64_t accessed, std::int64_t modified);
+
+  /// A location as a path relative to the tree.
+  std::string relative(const Url& url) const;
+  std::vector<std::string> relative(std::span<const Url> urls) const;
+};
+
+}  // namespace tarnby::test
