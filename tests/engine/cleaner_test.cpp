@@ -6,28 +6,16 @@
 #include <limits>
 #include <map>
 
-#include "tests/support/test_platform.h"
+#include "tests/engine/test_engine.h"
 
 namespace tarnby {
 namespace {
 
+using test::Engine;
 using test::TestPlatform;
 using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-struct Engine {
-  explicit Engine(TestPlatform& ada)
-      : inventory(ada.platform),
-        cache(ada.platform, inventory),
-        remainders(ada.platform, cache),
-        cleaner(ada.platform, cache, remainders) {}
-
-  const Application inventory;
-  Cache cache;
-  Remainders remainders;
-  Cleaner cleaner;
-};
 
 TEST(Cleaner, tells_the_type_of_a_file_by_its_extension_as_written) {
   const std::pair<const char*, const char*> cases[] = {
