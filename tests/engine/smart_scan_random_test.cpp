@@ -20,7 +20,10 @@ using test::TestPlatform;
 
 using Paths = std::vector<std::string>;
 
-/// All that a home holds below these names: "%" stands for an identifier.
+constexpr std::string_view airmail_folder = "2E337YPCZY.airmail/Library/Application Support/it.bloop.airmail2/Airmail";
+constexpr std::string_view spark_folder = "3L68KQB4HG.group.com.readdle.smartemail/databases/messagesData";
+
+/// All that a home holds: "%" stands for an identifier, "@airmail" and "@spark" for the folders above.
 constexpr const char* file_places[] = {
     "ada/Library/Caches/%/x",
     "ada/Library/Caches/%/deep/.y",
@@ -48,11 +51,9 @@ constexpr const char* file_places[] = {
     "ada/Library/Application Support/Firefox/Profiles/%/x",
     "ada/Library/Safari/LocalStorage/%",
     "ada/Library/Containers/com.apple.mail/Data/Library/Mail Downloads/%/x",
-    "ada/Library/Group Containers/2E337YPCZY.airmail/Library/Application Support/it.bloop.airmail2/Airmail/%/"
-    "AttachmentsNg/x",
-    "ada/Library/Group Containers/2E337YPCZY.airmail/Library/Application Support/it.bloop.airmail2/Airmail/General/Tmp/"
-    "%",
-    "ada/Library/Group Containers/3L68KQB4HG.group.com.readdle.smartemail/databases/messagesData/%",
+    "ada/Library/Group Containers/@airmail/%/AttachmentsNg/x",
+    "ada/Library/Group Containers/@airmail/General/Tmp/%",
+    "ada/Library/Group Containers/@spark/%",
 };
 
 constexpr const char* link_places[] = {"ada/Library/Caches/%.link", "ada/.Trash/%.link", "ada/Desktop/%.link.dmg",
@@ -111,8 +112,8 @@ class Reading {
     Paths paths;
     if (!is_folder(folder)) return paths;
     for (const auto& entry : fs::directory_iterator(ada_.tree.path(folder))) {
-      const std::string name = entry.path().filename();
-      if (hidden || name.front() != '.') paths.push_back(folder + "/" + name);
+      const std::string path = (folder + "/").append(entry.path().filename());
+      if (hidden || path[folder.size() + 1] != '.') paths.push_back(path);
     }
     std::sort(paths.begin(), paths.end());
     return paths;
@@ -265,16 +266,14 @@ class Reading {
   Rows mails() const {
     const Paths apple = list(library + "Containers/com.apple.mail/Data/Library/Mail Downloads");
     Rows rows = {{"apple-mail", size(apple), apple}};
-    const std::string airmail =
-        library + "Group Containers/2E337YPCZY.airmail/Library/Application Support/it.bloop.airmail2/Airmail";
+    const std::string airmail = (library + "Group Containers/").append(airmail_folder);
     if (is_there(airmail)) {
       Paths files;
       for (const std::string& account : list(airmail)) files.push_back(account + "/AttachmentsNg");
       files.push_back(airmail + "/General/Tmp");
       rows.push_back({"airmail", size(files), files});
     }
-    const std::string spark =
-        library + "Group Containers/3L68KQB4HG.group.com.readdle.smartemail/databases/messagesData";
+    const std::string spark = (library + "Group Containers/").append(spark_folder);
     if (is_there(spark)) rows.push_back({"spark", size(list(spark)), list(spark)});
     return rows;
   }
@@ -318,7 +317,12 @@ TEST(SmartScan, of_any_home_tells_what_a_plain_reading_of_the_rules_tells) {
   const auto any_of = [&](const auto& list) { return std::string(list[random() % std::size(list)]); };
   const auto place_of = [&](const auto& places) {
     std::string path = any_of(places);
-    return path.replace(path.find('%'), 1, any_of(identifiers));
+    for (const auto& [mark, text] : {std::pair<std::string_view, std::string_view>{"@airmail", airmail_folder},
+                                     {"@spark", spark_folder},
+                                     {"%", identifiers[random() % std::size(identifiers)]}}) {
+      if (const auto at = path.find(mark); at != std::string::npos) path.replace(at, mark.size(), text);
+    }
+    return path;
   };
   for (int home = 0; home < 40 && !testing::Test::HasFailure(); ++home) {
     TestPlatform ada;

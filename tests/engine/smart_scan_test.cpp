@@ -150,7 +150,7 @@ TEST(SmartScan, lists_logs_sorted_by_name_and_the_trash_as_it_lies) {
   const auto rows = [](const std::string& place, const Texts& short_rows) {
     Texts texts;
     for (const std::string& row : short_rows) {
-      texts.push_back(row + ": " + place + row.substr(0, row.find(' ')));
+      texts.push_back((row + ": ").append(place).append(row, 0, row.find(' ')));
     }
     return texts;
   };

@@ -229,7 +229,7 @@ TEST(Remainders, makes_a_label_of_the_last_and_the_second_part) {
 }
 
 TEST(Remainders, calls_applications_unused_after_thirty_days) {
-  constexpr std::int64_t day = 24 * 60 * 60;
+  constexpr std::int64_t day = 86'400;
   constexpr std::int64_t never = -1;
   struct Case {
     const char* why;
