@@ -51,8 +51,10 @@ struct Removal {
 /// Any thread may call.
 class FileManager {
  public:
-  /// @param workers how many folders are read at once; 0 chooses for this machine.
-  explicit FileManager(unsigned workers = 0) : traversal_(workers) {}
+  /// @param workers how many folders are read or removed at once; 0 chooses for this machine and its disks.
+  /// @param handles how many folders may be kept open, see Traversal.
+  explicit FileManager(unsigned workers = 0, std::size_t handles = 0)
+      : workers_(workers), handles_(handles), traversal_(workers, handles) {}
 
   /// The folders that the user opened; removal knows no others.
   GrantedFolders& granted() { return granted_; }
@@ -98,6 +100,8 @@ class FileManager {
   std::vector<bool> refuses_to_remove(std::span<const Url> urls) const;
 
  private:
+  const unsigned workers_;
+  const std::size_t handles_;
   GrantedFolders granted_;
   Traversal traversal_;
 };

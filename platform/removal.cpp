@@ -173,8 +173,15 @@ class RemovalJob final : public TraversalJob {
 /// One pass over a list of entries.
 class RemovalPass {
  public:
-  RemovalPass(const GrantedFolders& granted, std::span<const Url> urls, const std::atomic<bool>* stop)
-      : urls_(urls), stop_(stop), holding_(granted), job_(granted, urls.size()), results_(urls.size()) {}
+  RemovalPass(const GrantedFolders& granted, unsigned threads, std::size_t handles, std::span<const Url> urls,
+              const std::atomic<bool>* stop)
+      : urls_(urls),
+        stop_(stop),
+        holding_(granted),
+        job_(granted, urls.size()),
+        results_(urls.size()),
+        threads_(threads),
+        handles_(handles) {}
 
   std::vector<Removal> run() {
     for (std::size_t at = 0; at < urls_.size() && !stopped(); ++at) take(at);
@@ -218,8 +225,8 @@ class RemovalPass {
 
   void take_folder(std::size_t at, const std::shared_ptr<const HoldingFolder>& holding, std::string name) {
     if (!workers_) {
-      threads_ = removal_threads_for(holding->handle.get());
-      workers_ = std::make_unique<Traversal>(threads_);
+      if (threads_ == 0) threads_ = removal_threads_for(holding->handle.get());
+      workers_ = std::make_unique<Traversal>(threads_, handles_);
     }
     job_.wait_for_fewer_than(std::size_t{4} * threads_);
     job_.take(at, holding, std::move(name));
@@ -245,14 +252,15 @@ class RemovalPass {
   std::vector<Removal> results_;
   std::vector<std::size_t> folders_;
   std::vector<std::size_t> not_empty_;
-  unsigned threads_ = 1;
+  unsigned threads_;  // 0 until the disk is known
+  const std::size_t handles_;
   std::unique_ptr<Traversal> workers_;  // last: it ends before what its job uses
 };
 
 }  // namespace
 
 std::vector<Removal> FileManager::remove(std::span<const Url> urls, const std::atomic<bool>* stop) {
-  return RemovalPass(granted_, urls, stop).run();
+  return RemovalPass(granted_, workers_, handles_, urls, stop).run();
 }
 
 std::vector<bool> FileManager::refuses_to_remove(std::span<const Url> urls) const {
