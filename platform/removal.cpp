@@ -45,14 +45,14 @@ struct HoldingFolder {
     }
   }
 
-  bool protects(const std::string& name) const {
-    if (protected_names.empty()) return false;
+  /// True when the entry, of which `standing` tells what it is, may not be taken whole.
+  bool protects(const GrantedFolders& granted, const std::string& name, const Status& standing) const {
     const auto contains = [](const auto& list, const auto& item) {
       return std::find(list.begin(), list.end(), item) != list.end();
     };
     if (contains(protected_names, name)) return true;
-    const Status standing = status_at(handle.get(), name.c_str());
-    return standing.kind != EntryKind::none && contains(protected_entries, standing.identity);
+    if (standing.kind == EntryKind::none) return false;
+    return contains(protected_entries, standing.identity) || granted.is_or_holds_grant(standing.identity);
   }
 };
 
@@ -152,6 +152,8 @@ class RemovalJob final : public TraversalJob {
       note(folder.account(), why_closed);
       return;
     }
+    // The parent is no longer where it was found: whether anything of it is left shows when it is left itself.
+    if (parent < 0) return;
     if (unlinkat(parent, name.c_str(), AT_REMOVEDIR) == 0) return;  // an empty one goes even when it is unreadable
     if (errno == ENOTDIR && unlinkat(parent, name.c_str(), 0) == 0) return;  // no folder any more: what it became
     note(folder.account(), why_closed == EACCES ? why_closed : errno);
@@ -175,7 +177,8 @@ class RemovalPass {
  public:
   RemovalPass(const GrantedFolders& granted, unsigned threads, std::size_t handles, std::span<const Url> urls,
               const std::atomic<bool>* stop)
-      : urls_(urls),
+      : granted_(granted),
+        urls_(urls),
         stop_(stop),
         holding_(granted),
         job_(granted, urls.size()),
@@ -212,11 +215,12 @@ class RemovalPass {
       return;
     }
     std::string name(url.last_path_component());
-    if (holding->protects(name)) {
+    const Status standing = status_at(holding->handle.get(), name.c_str());
+    if (holding->protects(granted_, name, standing)) {
       result.error = system_error(EPERM);
       return;
     }
-    if (status_at(holding->handle.get(), name.c_str()).kind == EntryKind::folder) {
+    if (standing.kind == EntryKind::folder) {
       take_folder(at, holding, std::move(name));
     } else if (unlinkat(holding->handle.get(), name.c_str(), 0) != 0 && errno != ENOENT) {
       result.error = system_error(errno);
@@ -245,6 +249,7 @@ class RemovalPass {
     }
   }
 
+  const GrantedFolders& granted_;
   std::span<const Url> urls_;
   const std::atomic<bool>* stop_;
   HoldingFolders holding_;
@@ -269,7 +274,9 @@ std::vector<bool> FileManager::refuses_to_remove(std::span<const Url> urls) cons
   refused.reserve(urls.size());
   for (const Url& url : urls) {
     const auto holding = folders.holding(url);
-    refused.push_back(!holding || (holding->handle && holding->protects(std::string(url.last_path_component()))));
+    const std::string name(url.last_path_component());
+    refused.push_back(!holding || (holding->handle &&
+                                   holding->protects(granted_, name, status_at(holding->handle.get(), name.c_str()))));
   }
   return refused;
 }
