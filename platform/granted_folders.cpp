@@ -107,8 +107,11 @@ bool has_dot_dot(const Url& url) {
 }  // namespace
 
 bool GrantedFolders::add(Grant kind, const Url& folder) {
-  if (!folder.is_file_url()) return false;
-  Descriptor handle = open_place(folder);
+  if (!folder.is_file_url() || has_dot_dot(folder)) return false;
+  // By its name and not from the handle of an earlier grant, since another folder may stand there by now.
+  const Descriptor above = open_place(folder.parent());
+  const std::string name(folder.path() == "/" ? "." : folder.last_path_component());
+  Descriptor handle = above ? open_place_at(above.get(), name.c_str()) : Descriptor();
   if (!handle) return false;
   std::vector<Identity> line = {status_of(handle.get()).identity};
   for (Url url = folder; url.path() != "/";) {
@@ -134,7 +137,8 @@ const GrantedFolders::Given* GrantedFolders::nearest(const Url& url) const {
   const Given* best = nullptr;
   for (const Given& given : given_) {
     if (!url.is_within(given.url)) continue;
-    if (!best || given.url.path().size() > best->url.path().size()) best = &given;
+    // Of two grants of one path the later one is what the user sees there.
+    if (!best || given.url.path().size() >= best->url.path().size()) best = &given;
   }
   return best;
 }

@@ -23,7 +23,8 @@ enum class Grant { home, applications, disk };
 class GrantedFolders {
  public:
   /// Opens `folder`, a real path, and keeps its handle for as long as this object lives. A later grant of the same
-  /// kind is added, the earlier one stays. False, and no grant, when it is no folder that can be opened.
+  /// kind is added, the earlier one stays; when another folder has come to stand under its path, the later one is meant
+  /// from then on. False, and no grant, when it is no folder that can be opened.
   bool add(Grant kind, const Url& folder);
 
   /// True when the location lies strictly below a granted folder.
