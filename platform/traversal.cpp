@@ -123,15 +123,24 @@ void Traversal::push(std::span<const Task> tasks) {
 
 void Traversal::step(const Task& task, DirectoryReader& reader) {
   TraversedFolder& folder = *task.folder;
-  if (!task.reading && !open(folder)) {
-    done_with_handle(folder);
-    done_with(&folder);
+  if (task.reading) {
+    read(folder, reader);
     return;
   }
-  if (!task.reading && open_handles_.load(std::memory_order_relaxed) > most_handles_) {
+  const bool opened = open(folder);
+  const bool parks = opened && open_handles_.load(std::memory_order_relaxed) > most_handles_;
+  if (folder.parent_ && !folder.job_.keeps_handles()) {
+    // A parked folder is opened again through its parent, which therefore stays open as long.
+    folder.needs_parent_ = parks;
+    if (!parks) done_with_handle(*folder.parent_);
+  }
+  if (parks) {
     read_parked(folder, reader);
-  } else {
+  } else if (opened) {
     read(folder, reader);
+  } else {
+    done_with_handle(folder);
+    done_with(&folder);
   }
 }
 
@@ -150,7 +159,6 @@ bool Traversal::open(TraversedFolder& folder) {
     }
   }
   if (!handle) folder.open_error_ = errno;
-  if (parent && !job.keeps_handles()) done_with_handle(*parent);
   if (!handle) return false;
   open_handles_.fetch_add(1, std::memory_order_relaxed);
   folder.handle_ = handle.release();
@@ -217,11 +225,16 @@ void Traversal::enter(TraversedFolder& folder, FoldersToEnter& rows) {
   push(tasks);
 }
 
-void Traversal::done_with_handle(TraversedFolder& folder) {
-  if (folder.handle_users_.fetch_sub(1, std::memory_order_acq_rel) != 1 || folder.handle_ < 0) return;
-  Descriptor(folder.handle_).reset();
-  folder.handle_ = -1;
-  open_handles_.fetch_sub(1, std::memory_order_relaxed);
+void Traversal::done_with_handle(TraversedFolder& last_used) {
+  TraversedFolder* folder = &last_used;
+  while (folder && folder->handle_users_.fetch_sub(1, std::memory_order_acq_rel) == 1) {
+    if (folder->handle_ >= 0) {
+      Descriptor(folder->handle_).reset();
+      folder->handle_ = -1;
+      open_handles_.fetch_sub(1, std::memory_order_relaxed);
+    }
+    folder = folder->needs_parent_ ? folder->parent_ : nullptr;
+  }
 }
 
 /// Leaves the folder when this was its last user, then its parent, and so on: a loop, since depth must cost no stack.

@@ -66,9 +66,11 @@ class TraversedFolder {
   /// Known only when the handle was given up because too many were open (see Traversal::park).
   Identity identity_;
   bool parked_ = false;
+  bool needs_parent_ = false;
   /// Whoever is at work in this folder, and its children that have not been left.
   std::atomic<std::uint32_t> users_{1};
-  /// The same, counting children only until they no longer need this folder's handle.
+  /// The same, counting children only until they no longer need this folder's handle: until they are open, or, when
+  /// they are parked, until their own children are.
   std::atomic<std::uint32_t> handle_users_{1};
 };
 
