@@ -308,13 +308,13 @@ TEST(Removal, reaches_any_depth_and_any_count) {
     SCOPED_TRACE(team.why());
     TempTree tree;
     tree.file("grant/stays");
-    test::make_chain(tree, "grant/deep", depth, long_name, [](int folder, int) {
+    const test::DeepChain deep(tree, "grant/deep", depth, long_name, [](int folder) {
       test::make_file_in(folder, "file", 1);
-      EXPECT_EQ(mkdirat(folder, "side", 0755), 0);
+      test::make_folder_in(folder, "side");
     });
-    test::make_chain(tree, "grant/wide", 0, "", [](int folder, int) {
-      for (int i = 0; i < 20'000; ++i) test::make_file_in(folder, ("file " + std::to_string(i)).c_str(), 0);
-      for (int i = 0; i < 2'000; ++i) EXPECT_EQ(mkdirat(folder, ("folder " + std::to_string(i)).c_str(), 0755), 0);
+    const test::DeepChain wide(tree, "grant/wide", 0, "", [](int folder) {
+      for (int i = 0; i < 20'000; ++i) test::make_file_in(folder, "file " + std::to_string(i), 0);
+      for (int i = 0; i < 2'000; ++i) test::make_folder_in(folder, "folder " + std::to_string(i));
     });
     Remover remover(tree, team);
     EXPECT_THAT(remover.remove(tree, {"grant/wide", "grant/deep"}), Each(0));
@@ -327,9 +327,9 @@ TEST(Removal, comes_back_from_the_depth_with_few_handles) {
     SCOPED_TRACE(team.why());
     TempTree tree;
     tree.file("grant/stays");
-    test::make_chain(tree, "grant/deep", 300, "n", [](int folder, int) {
+    const test::DeepChain deep(tree, "grant/deep", 300, "n", [](int folder) {
       test::make_file_in(folder, "file", 1);
-      for (const char* side : {"a", "z"}) EXPECT_EQ(mkdirat(folder, side, 0755), 0);
+      for (const char* side : {"a", "z"}) test::make_folder_in(folder, side);
     });
     EXPECT_THAT(Remover(tree, team).remove(tree, {"grant/deep"}), Each(0));
     EXPECT_EQ(tree.listing(), Listing{"grant/stays"});

@@ -121,9 +121,9 @@ TEST(Traversal, sees_each_entry_once_and_leaves_each_folder_after_what_it_holds)
 
 TEST(Traversal, reads_a_folder_of_many_entries_in_pieces_without_losing_one) {
   TempTree tree;
-  test::make_chain(tree, "many", 0, "", [](int folder, int) {
-    for (int i = 0; i < 20'000; ++i) test::make_file_in(folder, ("file " + std::to_string(i)).c_str(), 0);
-    for (int i = 0; i < 1'000; ++i) EXPECT_EQ(mkdirat(folder, ("folder " + std::to_string(i)).c_str(), 0755), 0);
+  const test::DeepChain many(tree, "many", 0, "", [](int folder) {
+    for (int i = 0; i < 20'000; ++i) test::make_file_in(folder, "file " + std::to_string(i), 0);
+    for (int i = 0; i < 1'000; ++i) test::make_folder_in(folder, "folder " + std::to_string(i));
   });
   for (const Team& team : teams) {
     SCOPED_TRACE(team.why());
@@ -192,8 +192,8 @@ TEST(Traversal, does_not_mistake_a_folder_for_one_whose_handle_it_gave_up) {
 
 TEST(Traversal, comes_through_deep_trees_with_few_handles) {
   TempTree tree;
-  test::make_chain(tree, "deep", 200, "n", [](int folder, int) {
-    for (const char* side : {"a", "z"}) EXPECT_EQ(mkdirat(folder, side, 0755), 0);
+  const test::DeepChain deep(tree, "deep", 200, "n", [](int folder) {
+    for (const char* side : {"a", "z"}) test::make_folder_in(folder, side);
   });
   for (const Team& team : {Team{1, 16}, Team{2, 16}, Team{8, 16}}) {
     for (const bool keeps : {false, true}) {

@@ -8,6 +8,7 @@
 #include <system_error>
 
 #include "platform/descriptor.h"
+#include "platform/file_manager.h"
 
 namespace tarnby::test {
 
@@ -19,22 +20,33 @@ void must(bool worked, const std::string& what) {
 
 }  // namespace
 
-void make_chain(TempTree& tree, std::string_view top, int depth, const std::string& name,
-                const std::function<void(int folder, int level)>& fill) {
+DeepChain::DeepChain(TempTree& tree, std::string_view top, int depth, const std::string& name,
+                     const std::function<void(int folder)>& fill)
+    : tree_(tree.url()), top_(tree.url(top)) {
   tree.folder(top);
   Descriptor folder(open(tree.path(top).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  for (int level = 0; level <= depth; ++level) {
+  for (int below = depth;; --below) {
     must(bool(folder), name);
-    fill(folder.get(), level);
-    if (level == depth) break;
-    must(mkdirat(folder.get(), name.c_str(), 0755) == 0, name);
+    fill(folder.get());
+    if (below == 0) return;
+    make_folder_in(folder.get(), name);
     folder = Descriptor(openat(folder.get(), name.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   }
 }
 
-void make_file_in(int folder, const char* name, long size) {
-  const Descriptor file(openat(folder, name, O_CREAT | O_WRONLY | O_CLOEXEC, 0644));
+DeepChain::~DeepChain() {
+  FileManager files;
+  files.granted().add(Grant::applications, tree_);
+  (void)files.remove({&top_, 1});  // the tree's own end finds what is left
+}
+
+void make_file_in(int folder, const std::string& name, std::int64_t size) {
+  const Descriptor file(openat(folder, name.c_str(), O_CREAT | O_WRONLY | O_CLOEXEC, 0644));
   must(file && ftruncate(file.get(), size) == 0, name);
+}
+
+void make_folder_in(int folder, const std::string& name) {
+  must(mkdirat(folder, name.c_str(), 0755) == 0, name);
 }
 
 }  // namespace tarnby::test
