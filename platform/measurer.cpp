@@ -162,6 +162,7 @@ class EntriesJob final : public TraversalJob {
 
   /// After the job has ended.
   std::vector<MeasuredEntry> measured() {
+    const std::lock_guard lock(mutex_);  // several may ask within one session
     std::sort(rows_.begin(), rows_.end(), [](const Row& a, const Row& b) { return a.name < b.name; });
     std::vector<MeasuredEntry> entries;
     entries.reserve(rows_.size());
