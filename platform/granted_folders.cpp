@@ -175,25 +175,23 @@ bool GrantedFolders::is_or_holds_grant(const Identity& identity) const {
   });
 }
 
-std::vector<std::string> GrantedFolders::protected_names(const Url& parent, int handle) const {
+std::vector<ProtectedFolder> GrantedFolders::protected_folders() const {
   const std::shared_lock lock(mutex_);
-  const Identity identity = status_of(handle).identity;
-  const auto is_this_folder = [&](const Url& folder) {
-    if (folder == parent) return true;
+  std::vector<ProtectedFolder> folders;
+  const auto protect = [&](const Url& folder, std::vector<std::string> names) {
     const Descriptor place = open_place_locked(folder);
-    return place && status_of(place.get()).identity == identity;
+    const auto identity = place ? std::optional(status_of(place.get()).identity) : std::nullopt;
+    folders.push_back({folder, identity, std::move(names)});
   };
-  std::vector<std::string> names;
   for (const Given& given : given_) {
     for (const ProtectedRow& row : protected_rows()) {
-      if (row.kind != given.kind || !is_this_folder(given.url.appending(row.parent))) continue;
-      names.insert(names.end(), row.names.begin(), row.names.end());
+      if (row.kind == given.kind) protect(given.url.appending(row.parent), row.names);
     }
     for (Url url = given.url; url.path() != "/"; url = url.parent()) {
-      if (is_this_folder(url.parent())) names.emplace_back(url.last_path_component());
+      protect(url.parent(), {std::string(url.last_path_component())});
     }
   }
-  return names;
+  return folders;
 }
 
 }  // namespace tarnby

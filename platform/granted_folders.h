@@ -15,6 +15,15 @@ namespace tarnby {
 /// What a granted folder is to the program, which decides what in it is never removed whole.
 enum class Grant { home, applications, disk };
 
+/// A folder some of whose entries are never removed whole. It is recognised by its path and by its identity, so that
+/// another path to it does not lose the protection.
+struct ProtectedFolder {
+  Url url;
+  /// None when the folder does not exist.
+  std::optional<Identity> identity;
+  std::vector<std::string> names;
+};
+
 /// The folders the user opened to this program, and the only way from a location to an open handle.
 ///
 /// A location below a grant is opened component by component from the handle that was taken when the grant was given;
@@ -35,12 +44,9 @@ class GrantedFolders {
   /// A handle for reading the folder's entries, under the same rules.
   Descriptor open_folder(const Url& folder) const;
 
-  /// The names in this folder that are never removed whole, whoever asks: granted folders, folders that hold one, and
-  /// the folders that a home or a disk cannot do without. Nearly always empty.
-  ///
-  /// @param handle an open handle of `parent`. The folder is recognised by its path and by its identity, so that
-  ///   another path to it does not lose the protection.
-  std::vector<std::string> protected_names(const Url& parent, int handle) const;
+  /// The entries that are never removed whole, whoever asks, by the folder they are in: granted folders, folders that
+  /// hold one, and the folders that a home or a disk cannot do without. As they stand at this moment.
+  std::vector<ProtectedFolder> protected_folders() const;
 
   /// True when this is a granted folder or one that holds a granted folder, whatever its path.
   bool is_or_holds_grant(const Identity& identity) const;

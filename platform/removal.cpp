@@ -33,12 +33,17 @@ struct HoldingFolder {
   std::vector<std::string> protected_names;
   std::vector<Identity> protected_entries;
 
-  HoldingFolder(const GrantedFolders& granted, const Url& folder) : url(folder), handle(granted.open_place(folder)) {
+  HoldingFolder(const GrantedFolders& granted, const std::vector<ProtectedFolder>& protected_folders, const Url& folder)
+      : url(folder), handle(granted.open_place(folder)) {
     if (!handle) {
       error = errno;
       return;
     }
-    protected_names = granted.protected_names(folder, handle.get());
+    const Identity identity = status_of(handle.get()).identity;
+    for (const ProtectedFolder& row : protected_folders) {
+      if (row.url != folder && row.identity != identity) continue;
+      protected_names.insert(protected_names.end(), row.names.begin(), row.names.end());
+    }
     for (const std::string& name : protected_names) {
       const Status standing = status_at(handle.get(), name.c_str());
       if (standing.kind != EntryKind::none) protected_entries.push_back(standing.identity);
@@ -59,18 +64,20 @@ struct HoldingFolder {
 /// Finds the holding folder of one entry after another; neighbours share it.
 class HoldingFolders {
  public:
-  explicit HoldingFolders(const GrantedFolders& granted) : granted_(granted) {}
+  explicit HoldingFolders(const GrantedFolders& granted)
+      : granted_(granted), protected_folders_(granted.protected_folders()) {}
 
   /// Null when nothing may be taken from where this entry is.
   std::shared_ptr<const HoldingFolder> holding(const Url& url) {
     if (!granted_.holds(url)) return nullptr;
     const Url parent = url.parent();
-    if (!last_ || last_->url != parent) last_ = std::make_shared<HoldingFolder>(granted_, parent);
+    if (!last_ || last_->url != parent) last_ = std::make_shared<HoldingFolder>(granted_, protected_folders_, parent);
     return last_;
   }
 
  private:
   const GrantedFolders& granted_;
+  const std::vector<ProtectedFolder> protected_folders_;
   std::shared_ptr<const HoldingFolder> last_;
 };
 
