@@ -192,6 +192,7 @@ TEST(Application, lists_what_lies_where_applications_belong) {
       "Applications/Vendor/Sub/Deep/TooDeep.app",
       "Applications/B.app/Contents/Inside.app",
       "Applications/Utilities/Direct.app",
+      "Applications/Utilities/Direct.app/Contents/Inside.app",
       "Applications/Utilities/Tools/E.app",
       "Applications/Utilities/Tools/Sub/F.app",
       "Applications/Utilities/Tools/Sub/Deep/TooDeep.app",

@@ -60,9 +60,13 @@ TEST(FolderGrants, no_home_is_right_for_a_user_without_a_name) {
   nobody.user_name.clear();
   PlainMainQueue queue;
   Platform platform(nobody, nullptr, queue);
-  const GrantState state = FolderGrants(platform).check(Grant::home);
-  EXPECT_EQ(state.folder, ada.url("ada"));
-  EXPECT_FALSE(state.is_valid);
+  FolderGrants grants(platform);
+  for (const Url& folder : {ada.url("ada"), Url::file("/")}) {
+    EXPECT_TRUE(grants.store(Grant::home, folder));
+    const GrantState state = grants.check(Grant::home);
+    EXPECT_EQ(state.folder, folder);
+    EXPECT_FALSE(state.is_valid) << "not even the root, which has no name either";
+  }
 }
 
 }  // namespace
