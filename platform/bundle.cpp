@@ -11,7 +11,11 @@ constexpr std::string_view image_extensions[] = {"icns", "png", "tiff", "tif", "
 
 }  // namespace
 
-Bundle::Bundle(const FileManager& files, Url url) : files_(files), url_(std::move(url)) {
+Bundle::Bundle(const FileManager& files, Url url)
+    : files_(files),
+      url_(std::move(url)),
+      is_real_(files.is_folder(url_) && files.is_folder(url_.appending("Contents"))) {
+  if (!is_real_) return;
   if (const auto bytes = files.read(url_.appending("Contents/Info.plist"), largest_info_list)) {
     info_ = parse_property_list(*bytes);
   }
@@ -30,7 +34,7 @@ std::optional<std::string> Bundle::identifier() const {
 }
 
 Url Bundle::image_resource(std::string_view name) const {
-  if (name.empty()) return {};
+  if (name.empty() || !is_real_) return {};
   const Url resources = url_.appending("Contents/Resources");
   const auto existing = [&](const std::string& file) {
     Url url = resources.appending(file);

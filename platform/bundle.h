@@ -11,7 +11,8 @@
 namespace tarnby {
 
 /// An application bundle as its Contents/Info.plist describes it. The list is read once, when the object is made; a
-/// bundle that is a link, or whose list is missing, a link, unreadable or larger than 16 MB, has no values.
+/// bundle that is a link, or whose list is missing, a link, unreadable or larger than 16 MB, has no values. Nor has a
+/// bundle that is a link any images.
 class Bundle {
  public:
   Bundle(const FileManager& files, Url url);
@@ -32,6 +33,8 @@ class Bundle {
  private:
   const FileManager& files_;
   Url url_;
+  /// It and its Contents are folders. Below a grant no link would be followed anyway, elsewhere one would.
+  bool is_real_;
   std::optional<PropertyList> info_;
 };
 

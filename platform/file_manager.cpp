@@ -119,7 +119,7 @@ int PlaceCursor::parent_of(const Url& url) {
   if (!url.is_file_url() || url.path() == "/") return -1;
   const Url parent = url.parent();
   if (parent != parent_) {
-    handle_ = granted_.open_place(parent);
+    handle_ = granted_.open_parent(url);
     parent_ = parent;
   }
   return handle_.get();
@@ -197,6 +197,8 @@ std::optional<std::string> FileManager::read(const Url& file, std::size_t most) 
   const int parent = cursor.parent_of(file);
   const std::string name(file.last_path_component());
   if (parent < 0 || name == "..") return {};
+  // Even to open a FIFO for a moment would wake whoever waits at its other end.
+  if (status_at(parent, name.c_str()).kind != EntryKind::file) return {};
   const Descriptor handle = open_file_at(parent, name.c_str());
   const Status status = handle ? status_of(handle.get()) : Status{};
   if (status.kind != EntryKind::file || static_cast<std::uint64_t>(status.size) > most) return {};

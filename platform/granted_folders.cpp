@@ -109,7 +109,7 @@ bool has_dot_dot(const Url& url) {
 bool GrantedFolders::add(Grant kind, const Url& folder) {
   if (!folder.is_file_url() || has_dot_dot(folder)) return false;
   // By its name and not from the handle of an earlier grant, since another folder may stand there by now.
-  const Descriptor above = open_place(folder.parent());
+  const Descriptor above = open_parent(folder);
   const std::string name(folder.path() == "/" ? "." : folder.last_path_component());
   Descriptor handle = above ? open_place_at(above.get(), name.c_str()) : Descriptor();
   if (!handle) return false;
@@ -143,7 +143,7 @@ const GrantedFolders::Given* GrantedFolders::nearest(const Url& url) const {
   return best;
 }
 
-Descriptor GrantedFolders::open_place_locked(const Url& folder) const {
+Descriptor GrantedFolders::open_place_locked(const Url& folder, LastLink last_link) const {
   if (!folder.is_file_url()) {
     errno = ENOENT;
     return {};
@@ -152,15 +152,20 @@ Descriptor GrantedFolders::open_place_locked(const Url& folder) const {
     const auto below = [](int parent, const char* name, bool) { return open_place_at(parent, name); };
     return descend(open_place_at(grant->handle.get(), "."), relative_path(folder, grant->url), below);
   }
-  const auto elsewhere = [](int parent, const char* name, bool last) {
-    return last ? open_place_at(parent, name) : open_place_following(parent, name);
+  const auto elsewhere = [last_link](int parent, const char* name, bool last) {
+    return last && last_link == LastLink::refuse ? open_place_at(parent, name) : open_place_following(parent, name);
   };
   return descend(open_place_at(AT_FDCWD, "/"), relative_path(folder, Url::file("/")), elsewhere);
 }
 
 Descriptor GrantedFolders::open_place(const Url& folder) const {
   const std::shared_lock lock(mutex_);
-  return open_place_locked(folder);
+  return open_place_locked(folder, LastLink::refuse);
+}
+
+Descriptor GrantedFolders::open_parent(const Url& entry) const {
+  const std::shared_lock lock(mutex_);
+  return open_place_locked(entry.parent(), LastLink::follow);
 }
 
 Descriptor GrantedFolders::open_folder(const Url& folder) const {
@@ -179,7 +184,7 @@ std::vector<ProtectedFolder> GrantedFolders::protected_folders() const {
   const std::shared_lock lock(mutex_);
   std::vector<ProtectedFolder> folders;
   const auto protect = [&](const Url& folder, std::vector<std::string> names) {
-    const Descriptor place = open_place_locked(folder);
+    const Descriptor place = open_place_locked(folder, LastLink::refuse);
     const auto identity = place ? std::optional(status_of(place.get()).identity) : std::nullopt;
     folders.push_back({folder, identity, std::move(names)});
   };

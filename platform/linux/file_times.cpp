@@ -17,7 +17,7 @@ class FileTimes final : public FileMetadata {
     const auto executable = Bundle(files_, application).text("CFBundleExecutable");
     if (!executable || executable->empty()) return {};
     struct stat info = {};
-    if (!look(application.appending("Contents/MacOS").appending(*executable), info)) return {};
+    if (!look(application.appending("Contents/MacOS").appending(*executable), info) || S_ISDIR(info.st_mode)) return {};
     const timespec& used = info.st_atim;
     const timespec& changed = info.st_mtim;
     const bool later =
@@ -35,8 +35,8 @@ class FileTimes final : public FileMetadata {
   bool look(const Url& url, struct stat& info) const {
     PlaceCursor cursor(files_.granted());
     const int parent = cursor.parent_of(url);
-    return parent >= 0 &&
-           fstatat(parent, std::string(url.last_path_component()).c_str(), &info, AT_SYMLINK_NOFOLLOW) == 0;
+    const std::string name(url.last_path_component());
+    return parent >= 0 && name != ".." && fstatat(parent, name.c_str(), &info, AT_SYMLINK_NOFOLLOW) == 0;
   }
 
   const FileManager& files_;
