@@ -11,19 +11,29 @@ NotificationCenter::Token NotificationCenter::add_observer(std::string name, Obs
 }
 
 void NotificationCenter::remove_observer(Token token) {
+  decltype(subscriptions_)::node_type removed;  // goes outside the lock, since what it holds may use the centre
   const std::lock_guard lock(mutex_);
-  subscriptions_.erase(token);
+  removed = subscriptions_.extract(token);
 }
 
 void NotificationCenter::post(std::string_view name) {
-  std::vector<Observer> called;  // outside the lock, so that an observer may use the centre itself
+  std::vector<Token> called;
   {
     const std::lock_guard lock(mutex_);
     for (const auto& [token, subscription] : subscriptions_) {
-      if (subscription.name == name) called.push_back(subscription.observer);
+      if (subscription.name == name) called.push_back(token);
     }
   }
-  for (const Observer& observer : called) observer();
+  for (const Token token : called) {
+    if (const Observer observer = observer_of(token)) observer();
+  }
+}
+
+/// None once it has been removed, which an observer called before it may have done.
+NotificationCenter::Observer NotificationCenter::observer_of(Token token) {
+  const std::lock_guard lock(mutex_);
+  const auto subscription = subscriptions_.find(token);
+  return subscription == subscriptions_.end() ? Observer() : subscription->second.observer;
 }
 
 }  // namespace tarnby

@@ -29,6 +29,8 @@ class NotificationCenter {
     Observer observer;
   };
 
+  Observer observer_of(Token token);
+
   std::mutex mutex_;
   Token next_ = 1;
   std::map<Token, Subscription> subscriptions_;

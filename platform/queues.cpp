@@ -8,25 +8,24 @@ void PlainMainQueue::async(Work work) {
   arrived_.notify_one();
 }
 
-bool PlainMainQueue::take(Work& work, bool wait) {
+/// The next work, or none. What it holds goes with it, outside the lock and before the next one is waited for.
+std::optional<PlainMainQueue::Work> PlainMainQueue::take(bool wait) {
   std::unique_lock lock(mutex_);
   if (wait) arrived_.wait(lock, [&] { return !waiting_.empty() || quitting_; });
-  if (waiting_.empty()) return false;
-  work = std::move(waiting_.front());
+  if (waiting_.empty()) return {};
+  Work work = std::move(waiting_.front());
   waiting_.pop_front();
-  return true;
+  return work;
 }
 
 void PlainMainQueue::run() {
-  Work work;
-  while (take(work, true)) work();
+  while (const auto work = take(true)) (*work)();
   const std::lock_guard lock(mutex_);
   quitting_ = false;
 }
 
 void PlainMainQueue::run_pending() {
-  Work work;
-  while (take(work, false)) work();
+  while (const auto work = take(false)) (*work)();
 }
 
 void PlainMainQueue::quit() {

@@ -4,6 +4,7 @@
 #include <deque>
 #include <functional>
 #include <mutex>
+#include <optional>
 #include <thread>
 
 namespace tarnby {
@@ -32,7 +33,7 @@ class PlainMainQueue final : public MainQueue {
   void quit();
 
  private:
-  bool take(Work& work, bool wait);
+  std::optional<Work> take(bool wait);
 
   std::mutex mutex_;
   std::condition_variable arrived_;
