@@ -77,6 +77,9 @@ TEST(GrantedFolders, opens_below_a_grant_without_links_and_elsewhere_as_a_person
       EXPECT_TRUE(leads_to(folder, tree.path(c.leads_to)));
     }
   }
+  EXPECT_FALSE(granted.open_parent(tree.url("grant/link/b")));
+  EXPECT_TRUE(leads_to(granted.open_parent(tree.url("grant/link")), tree.path("grant")));
+  EXPECT_TRUE(leads_to(granted.open_parent(tree.url("way/b")), tree.path("other"))) << "above what is asked for";
   EXPECT_FALSE(granted.open_place(Url()));
   EXPECT_FALSE(granted.open_place(Url::text("grant")));
   EXPECT_TRUE(leads_to(granted.open_folder(Url::file("/")), "/"));
