@@ -92,6 +92,7 @@ void Cleaner::smart_clean_with_complete_handler(const std::function<void()>& han
     post("smart_scan_trash");
     scan_trash();
   }
+  search_is_complete = true;
   handler();
 }
 

@@ -74,6 +74,7 @@ TEST(SmartScan, of_an_empty_home_has_all_groups_and_tells_every_step) {
     of.cleaner.smart_clean_with_complete_handler([&] {
       ++handled;
       EXPECT_EQ(cleaner.smart_outline_items.size(), 7U) << "the handler comes last";
+      EXPECT_TRUE(cleaner.search_is_complete);
     });
     EXPECT_EQ(handled, 1);
     EXPECT_THAT(posted, IsEmpty()) << "observers hear of it on the main queue only";
