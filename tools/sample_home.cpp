@@ -21,7 +21,7 @@
 #include "platform/descriptor.h"
 #include "platform/session.h"
 #include "platform/text.h"
-#include "tests/support/bundle_files.h"
+#include "tools/bundle_files.h"
 
 namespace tarnby {
 namespace {
@@ -36,13 +36,13 @@ constexpr int never = -1;
 
 // In all tables "~" is the home folder, and what does not begin with it lies beside the home folder.
 
-using enum test::ListForm;
+using enum ListForm;
 
 struct ApplicationRow {
   std::string_view path;
   std::string_view identifier;
   std::string_view version;
-  test::ListForm form;
+  ListForm form;
   std::int64_t size;
   int changed;
   int opened;
@@ -285,7 +285,7 @@ void add_languages(SampleTree& tree, const fs::path& resources, std::string_view
 }
 
 /// Some colour, always the same for a name, so that the icons can be told apart.
-test::Color color_of(std::string_view name) {
+Color color_of(std::string_view name) {
   std::uint32_t mixed = 2'166'136'261;
   for (const char c : name) mixed = (mixed ^ static_cast<unsigned char>(c)) * 16'777'619;
   const auto part = [mixed](int shift) { return static_cast<std::uint8_t>(64 + (mixed >> shift & 0x7F)); };
@@ -296,9 +296,9 @@ void add_application(SampleTree& tree, const ApplicationRow& row) {
   const fs::path bundle = tree.place(row.path);
   const fs::path contents = bundle / "Contents";
   const std::string name = bundle.stem().string();
-  const test::BundleValues values = {std::string(row.identifier), name, name, "AppIcon", std::string(row.version)};
-  tree.content(contents / "Info.plist", test::info_list(values, row.form));
-  tree.content(contents / "Resources" / "AppIcon.icns", test::icon_file(color_of(name)));
+  const BundleValues values = {std::string(row.identifier), name, name, "AppIcon", std::string(row.version)};
+  tree.content(contents / "Info.plist", info_list(values, row.form));
+  tree.content(contents / "Resources" / "AppIcon.icns", icon_file(color_of(name)));
   add_languages(tree, contents / "Resources", row.languages);
   const fs::path executable = contents / "MacOS" / name;
   tree.file(executable, {}, row.size);

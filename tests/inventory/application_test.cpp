@@ -10,7 +10,6 @@
 namespace tarnby {
 namespace {
 
-using test::BundleValues;
 using test::TestPlatform;
 using testing::ElementsAre;
 using testing::ElementsAreArray;
@@ -112,7 +111,7 @@ TEST(Application, describes_a_bundle_by_its_list) {
     EXPECT_EQ(item->url, url);
     EXPECT_EQ(item->icon, Image::icon_of(url));
     EXPECT_EQ(item->icon, inventory.setIcon(url.path()));
-    ada.tree.content("Applications/Writer.app/Contents/Info.plist", test::binary_property_list(c.list));
+    ada.tree.content("Applications/Writer.app/Contents/Info.plist", binary_property_list(c.list));
     EXPECT_EQ(fields_of(*inventory.application(url)), expected) << "in the binary form";
   }
 }

@@ -10,7 +10,6 @@
 namespace tarnby {
 namespace {
 
-using test::BundleValues;
 using test::TestPlatform;
 using testing::ElementsAre;
 using testing::ElementsAreArray;

@@ -9,7 +9,7 @@
 
 #include "platform/file_metadata.h"
 #include "platform/linux/file_times.h"
-#include "tests/support/bundle_files.h"
+#include "tools/bundle_files.h"
 #include "tests/support/temp_tree.h"
 
 namespace tarnby {
@@ -33,7 +33,7 @@ TEST(Bundle, identifier_is_a_text_that_says_something) {
   };
   const Case cases[] = {
       {"as it should be", list_with("CFBundleIdentifier", "a.b"), "a.b"},
-      {"in the binary form", test::binary_property_list(Values{{"CFBundleIdentifier", "a.b"}}), "a.b"},
+      {"in the binary form", binary_property_list(Values{{"CFBundleIdentifier", "a.b"}}), "a.b"},
       {"none", list_with("CFBundleName", "A"), std::nullopt},
       {"empty", list_with("CFBundleIdentifier", ""), std::nullopt},
       {"a number", list_with("CFBundleIdentifier", 5), std::nullopt},

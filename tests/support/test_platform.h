@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "platform/platform.h"
-#include "tests/support/bundle_files.h"
+#include "tools/bundle_files.h"
 #include "tests/support/temp_tree.h"
 
 namespace tarnby::test {

@@ -5,7 +5,7 @@
 
 #include "platform/property_list.h"
 
-namespace tarnby::test {
+namespace tarnby {
 
 /// The values of an application bundle's Info.plist; an empty one is left out.
 struct BundleValues {
@@ -33,4 +33,4 @@ struct Color {
 /// An icon file that holds one picture of 128 by 128 points: a disc of that colour on nothing.
 std::string icon_file(Color color);
 
-}  // namespace tarnby::test
+}  // namespace tarnby

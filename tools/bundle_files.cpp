@@ -1,4 +1,4 @@
-#include "tests/support/bundle_files.h"
+#include "tools/bundle_files.h"
 
 #include <algorithm>
 #include <bit>
@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-namespace tarnby::test {
+namespace tarnby {
 
 namespace {
 
@@ -212,4 +212,4 @@ std::string icon_file(Color color) {
   return entry("icns", entry("ic07", picture));
 }
 
-}  // namespace tarnby::test
+}  // namespace tarnby
