@@ -88,7 +88,8 @@ class FileManager {
   /// The whole content of a plain file; none when it is anything else, cannot be read, or is larger than `most` bytes.
   std::optional<std::string> read(const Url& file, std::size_t most) const;
 
-  /// Removes each entry and everything below it, for good, in order; returns one result each.
+  /// Removes each entry and everything below it, for good; returns one result each. They are begun in order, and some
+  /// folders may be in hand at the same time.
   ///
   /// A link goes itself, never what it points to. Goes on after a failure and takes everything that can be taken. What
   /// lies outside the granted folders fails and is not touched, and so does what is never removed whole. Another file

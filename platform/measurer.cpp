@@ -292,6 +292,8 @@ class Measurer::Memory {
   /// Notes which folders inside this one are measured on their own; in walking order those come right behind it.
   void find_within(FoldersJob::Root& root, Known& known) {
     const Url folder = Url::file(root.path);
+    // Outside the grants links above a folder are followed, so one that is inside by its path may lie elsewhere.
+    if (!files_.granted().holds(folder)) return;
     Url last;
     for (auto next = std::next(known_.find(root.path)); next != known_.end(); ++next) {
       const Url inner = Url::file(next->first);

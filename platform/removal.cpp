@@ -126,7 +126,12 @@ class RemovalJob final : public TraversalJob {
         enter.add(entry.name, folder.account());
         continue;
       }
-      if (unlinkat(handle, entry.name.data(), 0) != 0) note(folder.account(), errno);
+      if (unlinkat(handle, entry.name.data(), 0) == 0) continue;
+      if (errno == EISDIR) {
+        enter.add(entry.name, folder.account());  // it became a folder since it was read
+      } else {
+        note(folder.account(), errno);
+      }
     }
   }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <system_error>
 #include <utility>
 
 namespace tarnby {
@@ -42,7 +43,7 @@ Descriptor TraversalJob::open_below(int parent, const TraversedFolder& folder) {
 }
 
 Traversal::Traversal(unsigned workers, std::size_t handles)
-    : most_workers_(chosen_workers(workers)), most_handles_(handles > 0 ? handles : handle_limit() / 2) {}
+    : most_workers_(chosen_workers(workers)), most_handles_(handles > 0 ? handles : handle_limit() / 3) {}
 
 Traversal::~Traversal() {
   std::unique_lock lock(mutex_);
@@ -87,7 +88,12 @@ void Traversal::add_workers(std::size_t waiting) {
   for (std::size_t woken = std::min(waiting, idle_); woken > 0; --woken) work_waits_.notify_one();
   if (waiting <= idle_) return;
   for (std::size_t missing = waiting - idle_; missing > 0 && workers_.size() < most_workers_; --missing) {
-    workers_.emplace_back([this] { work(); });
+    try {
+      workers_.emplace_back([this] { work(); });
+    } catch (const std::system_error&) {
+      if (workers_.empty()) throw;  // without a single thread nothing can go on
+      return;                       // with fewer it takes longer
+    }
   }
 }
 
