@@ -1,5 +1,3 @@
-#include <unistd.h>
-
 #include "cli/commands.h"
 #include "cli/json.h"
 #include "cli/table.h"
@@ -16,7 +14,8 @@ Url application_at(const Context& context, const std::string& typed) {
   const Url folder = real_folder(path.parent());
   const Url url = folder.appending(path.last_path_component());
   if (!context.platform.files.is_application(url)) {
-    throw CommandError(wrong_usage, one_line(typed) + " is not an application; give the path of a folder NAME.app");
+    throw CommandError(wrong_usage,
+                       "\"" + one_line(typed) + "\" is not an application; give the path of a folder NAME.app");
   }
   return url;
 }
@@ -33,10 +32,15 @@ ExitStatus run_apps(Context& context) {
     context.out << Json{{"applications", std::move(list)}}.dump() << '\n';
     return done;
   }
-  for (const auto& item : *inventory.items) {
-    context.out << one_line(item->label) << " " << one_line(item->app_version) << "  ("
-                << one_line(item->bundle.value_or("")) << ")  " << one_line(item->url.path()) << '\n';
+  if (inventory.items->empty()) {
+    context.out << "No applications were found.\n";
+    return done;
   }
+  Table table({Table::Align::left, Table::Align::left, Table::Align::left}, 0);
+  for (const auto& item : *inventory.items) {
+    table.line({one_line(item->label), one_line(item->app_version), one_line(item->url.path())});
+  }
+  table.print(context.out);
   return done;
 }
 
@@ -64,9 +68,9 @@ ExitStatus run_app(Context& context) {
       {"Icon", item->app_icon ? item->app_icon.url.path() : "none"},
       {"Path", item->url.path()},
   };
-  for (const auto& [name, value] : lines) {
-    context.out << name << std::string(12 - std::string_view(name).size(), ' ') << one_line(value) << '\n';
-  }
+  Table table({Table::Align::left, Table::Align::left}, 0);
+  for (const auto& [name, value] : lines) table.line({name, one_line(value)});
+  table.print(context.out);
   return done;
 }
 

@@ -2,8 +2,10 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
+#include <cstdio>
 #include <cstdlib>
 #include <system_error>
 
@@ -35,14 +37,17 @@ void set_folders(const Invocation& asked, RunSettings& settings) {
   if (asked.disk) settings.set_for_this_run("AllowAny", 1);
 }
 
+std::string_view key_of(std::string_view key_and_value) {
+  return key_and_value.substr(0, key_and_value.find('='));
+}
+
 void set_settings(const Invocation& asked, RunSettings& settings) {
   for (const std::string& given : asked.settings) {
-    const auto equals = given.find('=');
-    if (equals == std::string::npos) {
-      throw CommandError(wrong_usage, "--set takes KEY=VALUE, not " + one_line(given));
+    const std::string_view key = key_of(given);
+    if (key.size() == given.size()) {
+      throw CommandError(wrong_usage, "--set takes KEY=VALUE, not \"" + one_line(given) + "\"");
     }
-    const std::string key = given.substr(0, equals);
-    settings.set_for_this_run(key, setting_value(key, given.substr(equals + 1)));
+    settings.set_for_this_run(key, setting_value(key, given.substr(key.size() + 1)));
   }
 }
 
@@ -56,17 +61,44 @@ void need_folder(Context& context, const FolderRow& row) {
   const auto value = context.platform.app_settings.store().value(grant_key(row.grant));
   const auto* data = value ? value->as<PropertyList::Data>() : nullptr;
   if (!data) throw CommandError(no_access, no_grant_text(row));
-  const std::string named =
-      "the " + std::string(row.called) + " (\"" + std::string(grant_key(row.grant)) + "\") " + one_line(data->bytes);
+  const std::string named = "the " + std::string(row.called) + " (\"" + std::string(grant_key(row.grant)) + "\") \"" +
+                            one_line(data->bytes) + "\"";
   const Url folder = context.platform.bookmarks.resolve_and_access(row.grant);
   if (folder.empty()) {
     throw CommandError(no_access, named + " is missing or not a folder; give an existing one with " +
-                                      std::string(row.option) + " or grant");
+                                      std::string(row.option) + " DIR or tarnby-cleaner-cli grant");
   }
   if (!context.platform.files.granted().open_folder(folder)) {
     const std::string why = std::error_code(errno, std::generic_category()).message();
-    throw CommandError(no_access, named + " cannot be read: " + why);
+    throw CommandError(no_access,
+                       named + " cannot be read: " + why + "; give this account access to it or name another");
   }
+}
+
+std::size_t length_of_character(unsigned char first) {
+  return first < 0x80 ? 1 : first < 0xe0 ? 2 : first < 0xf0 ? 3 : 4;
+}
+
+/// The code point of one well-formed UTF-8 character.
+char32_t code_point(std::string_view character) {
+  const auto first = static_cast<unsigned char>(character.front());
+  if (character.size() == 1) return first;
+  char32_t point = first & (0xffU >> (character.size() + 1));
+  for (const char c : character.substr(1)) point = point << 6U | (static_cast<unsigned char>(c) & 0x3fU);
+  return point;
+}
+
+/// What stands in one line for a character: nearly always itself.
+std::string escape_of(char32_t point, std::string_view character) {
+  const bool is_control = point < 0x20 || (point >= 0x7f && point < 0xa0);
+  const bool ends_line = point == 0x2028 || point == 0x2029;
+  const bool turns_direction = (point >= 0x202a && point <= 0x202e) || (point >= 0x2066 && point <= 0x2069);
+  if (point == '\n') return "\\n";
+  if (!is_control && !ends_line && !turns_direction) return std::string(character);
+  char escape[16];
+  const int length =
+      std::snprintf(escape, sizeof escape, point < 0x100 ? "\\x%02x" : "\\u%04x", static_cast<unsigned>(point));
+  return {escape, static_cast<std::size_t>(length)};
 }
 
 }  // namespace
@@ -88,18 +120,21 @@ void need_folders(Context& context) {
   if (context.asked.disk) need_folder(context, folder_rows[2]);
 }
 
+bool given_for_this_run(const Invocation& asked, std::string_view key) {
+  const auto is_folder = [&](const FolderRow& row) { return grant_key(row.grant) == key && asked.*row.given; };
+  const auto is_set = [&](const std::string& given) { return key_of(given) == key; };
+  return std::any_of(folder_rows.begin(), folder_rows.end(), is_folder) ||
+         std::any_of(asked.settings.begin(), asked.settings.end(), is_set) || (key == "AllowAny" && asked.disk);
+}
+
 std::string one_line(std::string_view text) {
-  constexpr std::string_view digits = "0123456789abcdef";
+  const std::string valid = to_valid_utf8(text);
   std::string line;
-  for (const char c : to_valid_utf8(text)) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (c == '\n') {
-      line += "\\n";
-    } else if (byte < 0x20 || byte == 0x7f) {
-      line += {'\\', 'x', digits[byte >> 4U], digits[byte & 15U]};
-    } else {
-      line += c;
-    }
+  for (std::size_t at = 0; at < valid.size();) {
+    const std::size_t length = length_of_character(static_cast<unsigned char>(valid[at]));
+    const std::string_view character = std::string_view(valid).substr(at, length);
+    line += escape_of(code_point(character), character);
+    at += length;
   }
   return line;
 }

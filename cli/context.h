@@ -28,11 +28,15 @@ struct Context {
 /// ones, and nothing of that is stored. Throws CommandError when what was given is no use.
 std::unique_ptr<Platform> platform_for(const Invocation& asked, MainQueue& main_queue);
 
+/// True when an option gives this setting a value of its own for this run.
+bool given_for_this_run(const Invocation& asked, std::string_view key);
+
 /// Begins to access the home and the Applications folder (and the disk, when it was given); throws CommandError with
 /// `no_access` when one was not granted, is missing or cannot be read.
 void need_folders(Context& context);
 
-/// The text as it may be shown in one line: valid UTF-8, control characters written as escapes.
+/// The text as it may be shown in one line: valid UTF-8, and escapes instead of what breaks the line, drives the
+/// terminal, or turns the order of what is read.
 std::string one_line(std::string_view text);
 
 /// An absolute path for one typed by a person, by the current folder; nowhere when that cannot be told.

@@ -11,34 +11,54 @@ namespace tarnby::cli {
 
 namespace {
 
-std::atomic<bool> removing{false};
+enum class Phase { before_removal, removal, after_removal };
+
+std::atomic<Phase> phase{Phase::before_removal};
 std::atomic<bool> stop_asked{false};
+std::atomic<bool> shows_terminal{false};
+static_assert(std::atomic<Phase>::is_always_lock_free && std::atomic<bool>::is_always_lock_free);
+
+void say(std::string_view line) {
+  // The terminal has shown "^C" in a line of its own making.
+  if (shows_terminal) [[maybe_unused]]
+    const auto new_line = write(STDERR_FILENO, "\n", 1);
+  [[maybe_unused]] const auto written = write(STDERR_FILENO, line.data(), line.size());
+}
 
 /// Only what signal-safety(7) allows.
 void take_signal(int /*number*/) {
-  if (removing) {
-    stop_asked = true;
-    return;
+  switch (phase.load()) {
+    case Phase::before_removal:
+      say("tarnby-cleaner-cli: interrupted; nothing was removed\n");
+      _exit(interrupted);
+    case Phase::removal:
+      if (!stop_asked.exchange(true) && shows_terminal) say("Stopping after the entry in hand.\n");
+      return;
+    case Phase::after_removal:
+      say("tarnby-cleaner-cli: interrupted after the removal; what is shown of it may be cut off\n");
+      _exit(interrupted);
   }
-  constexpr std::string_view line = "\ntarnby-cleaner-cli: interrupted; nothing was removed\n";
-  [[maybe_unused]] const auto written = write(STDERR_FILENO, line.data(), line.size());
-  _exit(interrupted);
 }
 
 }  // namespace
 
 void watch_for_interrupts() {
+  shows_terminal = isatty(STDERR_FILENO) != 0;
   struct sigaction action = {};
   action.sa_handler = take_signal;
   action.sa_flags = SA_RESTART;
-  for (const int number : {SIGINT, SIGTERM, SIGHUP}) sigaction(number, &action, nullptr);
+  for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
+    struct sigaction before = {};
+    if (sigaction(number, nullptr, &before) == 0 && before.sa_handler == SIG_IGN) continue;
+    sigaction(number, &action, nullptr);
+  }
 }
 
 StopOnInterrupt::StopOnInterrupt() {
-  removing = true;
+  phase = Phase::removal;
 }
 StopOnInterrupt::~StopOnInterrupt() {
-  removing = false;
+  phase = Phase::after_removal;
 }
 const std::atomic<bool>& StopOnInterrupt::asked() const {
   return stop_asked;

@@ -5,9 +5,10 @@
 namespace tarnby::cli {
 
 // Ctrl-C, a hang-up and a request to end (signal(7)). While nothing is being removed they end the program at once: a
-// scan changes nothing, so nothing has to be put right. During a removal they only ask it to stop.
+// scan changes nothing, so nothing has to be put right. During a removal they only ask it to stop. When it is over they
+// end the program at once again, and no longer say that nothing was removed.
 
-/// Takes the signals over; once, before anything else runs.
+/// Takes the signals over; once, before anything else runs. A signal that the caller had ignored (nohup(1)) stays so.
 void watch_for_interrupts();
 
 /// From its making to its end the signals ask for a stop instead of ending the program.

@@ -1,122 +1,122 @@
 #include "cli/invocation.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
-#include <iterator>
 #include <string_view>
+#include <utility>
+
+#include "cli/command_table.h"
+#include "cli/context.h"
 
 namespace tarnby::cli {
 
 namespace {
 
-struct ArgumentRow {
-  std::string_view name;
-  std::string_view help;
-  int least;
-  int most;  // -1: any number
+constexpr std::string_view see_help = "; see tarnby-cleaner-cli --help";
+
+[[noreturn]] void refuse(const std::string& reason, std::string_view advice = see_help) {
+  throw CommandError(wrong_usage, reason + std::string(advice));
+}
+
+const OptionRow* option_row(std::string_view name) {
+  const auto rows = option_rows();
+  const auto row = std::ranges::find(rows, name == "-h" ? "--help" : name, &OptionRow::name);
+  return row == rows.end() ? nullptr : &*row;
+}
+
+std::string_view name_of_option(std::string_view word) {
+  return word.substr(0, word.find('='));
+}
+
+/// "-" and negative numbers are arguments.
+bool is_option(std::string_view word) {
+  return word.size() > 1 && word[0] == '-' && (word[1] < '0' || word[1] > '9');
+}
+
+bool takes_value(const OptionRow& row) {
+  return !row.value.empty();
+}
+
+/// The words of a command line, one after the other.
+class Reader {
+ public:
+  explicit Reader(std::span<const char* const> words) : words_(words) {}
+
+  Invocation read() {
+    bool options_may_come = true;
+    while (at_ < words_.size()) {
+      const std::string_view word = words_[at_++];
+      if (options_may_come && word == "--") {
+        options_may_come = false;
+      } else if (options_may_come && is_option(word)) {
+        take_option(word);
+      } else {
+        take_word(word);
+      }
+    }
+    return std::move(asked_);
+  }
+
+ private:
+  void take_word(std::string_view word) {
+    if (asked_.command) {
+      asked_.arguments.emplace_back(word);
+      return;
+    }
+    asked_.command = command_row(word);
+    if (!asked_.command) refuse("there is no command \"" + one_line(word) + "\"; the commands are " + command_names());
+  }
+
+  void take_option(std::string_view word) {
+    const std::string_view name = name_of_option(word);
+    const OptionRow* row = option_row(name);
+    if (!row) refuse("there is no option " + one_line(name));
+    std::optional<std::string> value;
+    if (name.size() < word.size()) value = word.substr(name.size() + 1);
+    if (!takes_value(*row)) {
+      if (value) refuse(std::string(row->name) + " takes no value");
+      asked_.*std::get<bool Invocation::*>(row->place) = true;
+      return;
+    }
+    if (!value && at_ < words_.size() && !option_row(name_of_option(words_[at_]))) value = words_[at_++];
+    if (!value)
+      refuse(std::string(row->name) + " needs a value: " + std::string(row->name) + " " + std::string(row->value));
+    keep_value(*row, std::move(*value));
+  }
+
+  void keep_value(const OptionRow& row, std::string value) {
+    if (const auto* many = std::get_if<std::vector<std::string> Invocation::*>(&row.place)) {
+      (asked_.**many).push_back(std::move(value));
+      return;
+    }
+    auto& one = asked_.*std::get<std::optional<std::string> Invocation::*>(row.place);
+    if (one) refuse(std::string(row.name) + " was given twice; give it once");
+    one = std::move(value);
+  }
+
+  std::span<const char* const> words_;
+  std::size_t at_ = 0;
+  Invocation asked_;
 };
-
-struct CommandRow {
-  std::string_view name;
-  std::string_view help;
-  std::vector<ArgumentRow> arguments;
-  bool removes;
-};
-
-const std::vector<CommandRow>& command_rows() {
-  static const std::vector<CommandRow> rows = {
-      {"scan", "Look for what can be removed and show it by group, with sizes", {}, false},
-      {"clean",
-       "Scan, then remove the named groups for good (none named: all of them)",
-       {{"GROUP", "caches, logs, remainders, browsers, mails, installs, trash", 0, -1}},
-       true},
-      {"apps", "List the installed applications", {}, false},
-      {"app", "Describe one application and its size", {{"PATH", "An application bundle", 1, 1}}, false},
-      {"grant",
-       "Give access to a folder, for this and later runs",
-       {{"NAME", "home, Applications or macOS (the whole disk)", 1, 1}, {"DIR", "The folder", 1, 1}},
-       false},
-      {"settings",
-       "Show all settings, show one, or write one",
-       {{"KEY", "The setting's name", 0, 1}, {"VALUE", "true, false or a whole number", 0, 1}},
-       false},
-  };
-  return rows;
-}
-
-const CommandRow& row_of(std::string_view name) {
-  const auto& rows = command_rows();
-  return *std::find_if(rows.begin(), rows.end(), [&](const CommandRow& row) { return row.name == name; });
-}
-
-void add_options(CLI::App& app, Invocation& asked) {
-  app.add_option("--home", asked.home, "Use this home folder for this run")->type_name("DIR");
-  app.add_option("--applications", asked.applications, "Use this Applications folder for this run")->type_name("DIR");
-  app.add_option("--disk", asked.disk, "Use this startup disk for this run, and search all of it")->type_name("DIR");
-  app.add_option("--set", asked.settings, "A setting for this run only; may be repeated")
-      ->type_name("KEY=VALUE")
-      ->expected(1)
-      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
-  app.add_option("--languages", asked.languages, "Preferred languages for this run, comma-separated")
-      ->type_name("LIST");
-  app.add_flag("--json", asked.json, "One JSON object on standard output");
-  app.add_flag("--dry-run", asked.dry_run, "Show what would be removed; remove nothing, write nothing");
-  app.add_flag("--yes", asked.yes, "Do not ask before removing");
-  app.add_flag("--quiet", asked.quiet, "No progress");
-}
-
-/// One line, whatever the parser's text looks like.
-std::string in_one_line(std::string text) {
-  std::replace(text.begin(), text.end(), '\n', ' ');
-  while (!text.empty() && text.back() == ' ') text.pop_back();
-  return text;
-}
 
 void check(const Invocation& asked) {
-  if (asked.command.empty()) throw CommandError(wrong_usage, "no command was given; see --help for the list");
-  const CommandRow& row = row_of(asked.command);
+  if (!asked.command) refuse("no command was given; the commands are " + command_names());
+  const CommandRow& row = *asked.command;
+  const std::string name(row.name);
+  const std::string advice = "; see tarnby-cleaner-cli " + name + " --help";
+  if (asked.arguments.size() < row.fewest) refuse(name + " needs " + std::string(row.arguments), advice);
+  if (asked.arguments.size() > row.most) {
+    refuse("\"" + one_line(asked.arguments[row.most]) + "\" is one word too many for " + name, advice);
+  }
   if (!row.removes && (asked.dry_run || asked.yes)) {
-    throw CommandError(wrong_usage, asked.command + " removes nothing; leave --dry-run and --yes out");
+    refuse(name + " removes nothing; leave --dry-run and --yes out", "");
   }
 }
 
 }  // namespace
 
-std::variant<Invocation, Information> parse_command_line(int argc, const char* const* argv) {
-  Invocation asked;
-  CLI::App app("Finds what can be removed from a home folder without harm, shows it, and removes what you choose.",
-               "tarnby-cleaner-cli");
-  app.fallthrough();
-  app.set_version_flag("--version", "tarnby-cleaner-cli " TARNBY_VERSION);
-  app.footer("Begin with:  tarnby-cleaner-cli grant home ~   and   tarnby-cleaner-cli grant Applications DIR");
-  add_options(app, asked);
-  for (const CommandRow& row : command_rows()) {
-    CLI::App* command = app.add_subcommand(std::string(row.name), std::string(row.help));
-    for (const ArgumentRow& argument : row.arguments) {
-      command->add_option(std::string(argument.name), CLI::callback_t(), std::string(argument.help))
-          ->expected(argument.least, argument.most < 0 ? CLI::detail::expected_max_vector_size : argument.most)
-          ->required(argument.least > 0)
-          ->type_name("");
-    }
-    command->callback([&asked, &row, command] {
-      asked.command = row.name;
-      for (const ArgumentRow& argument : row.arguments) {
-        const auto& given = command->get_option(std::string(argument.name))->results();
-        asked.arguments.insert(asked.arguments.end(), given.begin(), given.end());
-      }
-    });
-  }
-  try {
-    app.parse(argc, argv);
-  } catch (const CLI::CallForHelp&) {
-    const auto chosen = app.get_subcommands();
-    return Information{chosen.empty() ? app.help() : chosen.front()->help()};
-  } catch (const CLI::CallForVersion& version) {
-    return Information{std::string(version.what()) + "\n"};
-  } catch (const CLI::ParseError& error) {
-    throw CommandError(wrong_usage, in_one_line(error.what()) + "; see --help");
-  }
-  check(asked);
+Invocation parse_command_line(std::span<const char* const> words) {
+  Invocation asked = Reader(words).read();
+  if (!asked.help && !asked.version) check(asked);
   return asked;
 }
 

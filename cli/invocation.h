@@ -1,12 +1,14 @@
 #pragma once
 
 #include <optional>
+#include <span>
 #include <stdexcept>
 #include <string>
-#include <variant>
 #include <vector>
 
 namespace tarnby::cli {
+
+struct CommandRow;
 
 /// How the program ends.
 enum ExitStatus {
@@ -29,7 +31,8 @@ class CommandError : public std::runtime_error {
 
 /// What the command line asks for.
 struct Invocation {
-  std::string command;
+  /// Null only when help or the version is asked for.
+  const CommandRow* command = nullptr;
   std::vector<std::string> arguments;
   /// Folders for this run. Given but empty is not the same as not given: it must not fall back to what is stored.
   std::optional<std::string> home;
@@ -42,14 +45,15 @@ struct Invocation {
   bool dry_run = false;
   bool yes = false;
   bool quiet = false;
+  bool help = false;
+  bool version = false;
 };
 
-/// A text to print instead of running anything: help, the version.
-struct Information {
-  std::string text;
-};
-
-/// Reads the command line; throws CommandError with `wrong_usage`.
-std::variant<Invocation, Information> parse_command_line(int argc, const char* const* argv);
+/// Reads the words after the program's name; throws CommandError with `wrong_usage`.
+///
+/// Options may stand anywhere. What follows "--" is no option, and neither is a negative number. An option takes its
+/// value after "=" or as the next word; an empty value is a value, and the name of an option is none: a value that was
+/// forgotten must not swallow the word that says what to do.
+Invocation parse_command_line(std::span<const char* const> words);
 
 }  // namespace tarnby::cli

@@ -1,12 +1,14 @@
 #include "cli/program.h"
 
+#include <fcntl.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <iostream>
-#include <string_view>
 
-#include "cli/commands.h"
+#include "cli/command_table.h"
 #include "cli/context.h"
+#include "cli/help.h"
 #include "cli/interrupt.h"
 #include "platform/directory.h"
 
@@ -14,15 +16,16 @@ namespace tarnby::cli {
 
 namespace {
 
-struct CommandFunction {
-  std::string_view name;
-  ExitStatus (*run)(Context& context);
-};
-
-constexpr CommandFunction functions[] = {
-    {"scan", run_scan}, {"clean", run_clean}, {"apps", run_apps},
-    {"app", run_app},   {"grant", run_grant}, {"settings", run_settings},
-};
+/// A program may be started with its standard handles closed. Then the first folder or settings file that is opened
+/// would get one of their numbers, and the result would be written into it. So they are taken up here by something that
+/// fails what they are used for.
+void hold_standard_handles() {
+  const std::pair<int, int> handles[] = {
+      {STDIN_FILENO, O_WRONLY}, {STDOUT_FILENO, O_RDONLY}, {STDERR_FILENO, O_RDONLY}};
+  for (const auto& [number, mode] : handles) {
+    if (fcntl(number, F_GETFD) < 0) (void)open("/dev/null", mode);  // gets the lowest free number: this one
+  }
+}
 
 ExitStatus run_command(const Invocation& asked) {
   static PlainMainQueue main_queue;  // lives as long as the shared platform, which posts to it
@@ -35,29 +38,38 @@ ExitStatus run_command(const Invocation& asked) {
                   isatty(STDOUT_FILENO) != 0,
                   isatty(STDERR_FILENO) != 0,
                   isatty(STDIN_FILENO) != 0};
-  for (const CommandFunction& function : functions) {
-    if (function.name == asked.command) return function.run(context);
+  return asked.command->run(context);
+}
+
+ExitStatus run_or_explain(const Invocation& asked) {
+  if (asked.version) {
+    std::cout << "tarnby-cleaner-cli " TARNBY_VERSION "\n";
+  } else if (asked.help) {
+    std::cout << (asked.command ? command_help(*asked.command) : program_help());
+  } else {
+    return run_command(asked);
   }
-  throw std::logic_error("the command line takes a command that nothing runs: " + asked.command);
+  return done;
 }
 
 }  // namespace
 
 int run_program(int argc, const char* const* argv) {
+  hold_standard_handles();
   std::ios::sync_with_stdio(false);
   watch_for_interrupts();
+  (void)std::signal(SIGXFSZ, SIG_IGN);  // a file too large is an error of the write, as a full disk is
   raise_handle_limit();
   ExitStatus status = done;
   try {
-    const auto asked = parse_command_line(argc, argv);
-    if (const auto* information = std::get_if<Information>(&asked)) {
-      std::cout << information->text;
-    } else {
-      status = run_command(std::get<Invocation>(asked));
-    }
+    const auto words = std::span(argv, static_cast<std::size_t>(argc));
+    status = run_or_explain(parse_command_line(words.subspan(words.empty() ? 0 : 1)));
   } catch (const CommandError& error) {
     std::cerr << "tarnby-cleaner-cli: " << error.what() << '\n';
     return error.status();
+  } catch (const std::exception& error) {  // no memory, no thread to be had
+    std::cerr << "tarnby-cleaner-cli: this could not be finished: " << one_line(error.what()) << '\n';
+    return left_something;
   }
   if (!std::cout.flush()) {
     std::cerr << "tarnby-cleaner-cli: the result could not be written to standard output\n";

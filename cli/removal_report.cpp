@@ -3,7 +3,7 @@
 #include <iostream>
 #include <unordered_set>
 
-#include "cli/interrupt.h"
+#include "cli/progress.h"
 
 namespace tarnby::cli {
 
@@ -22,8 +22,8 @@ std::vector<std::size_t> existing_once(const FileManager& files, std::span<const
 
 std::string why_left(const Removal& removal, bool refused) {
   if (refused) return "is never removed whole";
-  if (!removal.attempted) return "was not come to";
-  return removal.error ? removal.error.message() : "came back";
+  if (!removal.attempted) return "not attempted any more";
+  return removal.error ? one_line(removal.error.message()) : "came back";
 }
 
 }  // namespace
@@ -39,7 +39,7 @@ bool user_agrees(Context& context, const std::string& what) {
   if (context.asked.yes) return true;
   context.err << what << "? It does not go to the Trash. [y/N] " << std::flush;
   std::string answer;
-  std::getline(std::cin, answer);
+  if (!std::getline(std::cin, answer)) context.err << '\n';  // nobody has ended the line
   return answer == "y" || answer == "Y" || answer == "yes";
 }
 
@@ -53,12 +53,13 @@ RemovalPreview preview_removal(Context& context, std::span<const Url> urls) {
   return preview;
 }
 
-RemovalReport run_removal(Context& context, std::span<const Url> urls,
-                          const std::function<std::vector<Removal>(const std::atomic<bool>*)>& remove) {
+RemovalReport run_removal(Context& context, std::span<const Url> urls, const StopOnInterrupt& stop,
+                          const RemoveListed& remove) {
   const FileManager& files = context.platform.files;
   const std::vector<std::size_t> places = existing_once(files, urls);
   const std::vector<bool> refused = files.refuses_to_remove(urls);
-  const StopOnInterrupt stop;
+  Progress progress(context);
+  progress.show("Removing " + entries_text(places.size()));
   const std::vector<Removal> removals = remove(&stop.asked());
   const std::vector<Status> after = files.statuses(urls);
   RemovalReport report;
@@ -74,10 +75,10 @@ RemovalReport run_removal(Context& context, std::span<const Url> urls,
 }
 
 void print_removal(Context& context, const RemovalReport& report) {
-  context.out << "Removed " << report.removed.size() << (report.removed.size() == 1 ? " entry" : " entries") << ".\n";
-  if (report.was_interrupted) context.out << "Interrupted: what was not come to is still there.\n";
+  context.out << "Removed " << entries_text(report.removed.size()) << ".\n";
+  if (report.was_interrupted) context.out << "Interrupted before the end.\n";
   if (report.left.empty()) return;
-  context.out << "Left " << report.left.size() << (report.left.size() == 1 ? " entry:\n" : " entries:\n");
+  context.out << "Left " << entries_text(report.left.size()) << ":\n";
   for (const RemovalReport::Left& left : report.left) {
     context.out << "  " << one_line(left.url.path()) << ": " << left.why << '\n';
   }
@@ -86,6 +87,10 @@ void print_removal(Context& context, const RemovalReport& report) {
 ExitStatus status_of_removal(const RemovalReport& report) {
   if (report.was_interrupted) return interrupted;
   return report.left.empty() ? done : left_something;
+}
+
+std::string entries_text(std::size_t count) {
+  return std::to_string(count) + (count == 1 ? " entry" : " entries");
 }
 
 }  // namespace tarnby::cli

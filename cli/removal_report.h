@@ -1,11 +1,12 @@
 #pragma once
 
-#include <cstdint>
+#include <functional>
 #include <span>
 #include <string>
 #include <vector>
 
 #include "cli/context.h"
+#include "cli/interrupt.h"
 
 namespace tarnby::cli {
 
@@ -24,26 +25,33 @@ struct RemovalReport {
 /// What `--dry-run` tells: the listed paths that exist and may be removed, each once, in list order.
 struct RemovalPreview {
   std::vector<Url> would_remove;
-  /// Listed paths that are never removed whole.
+  /// Those that exist and are never removed whole.
   std::vector<Url> refused;
 };
 
-/// Whether the user agrees; also true with `--yes`. Throws CommandError with `wrong_usage` when nobody can be asked, so
-/// call it before any work.
+/// Throws CommandError with `wrong_usage` when --yes was not given and nobody can be asked; call it before any work.
 void need_somebody_to_ask(const Context& context);
-/// Asks on the terminal; `what` is a question without its end ("Remove 6.2 GB for good").
+
+/// Asks on the terminal; true without asking with `--yes`.
+/// @param what a question without its end ("Remove 53 entries, 6.2 GB").
 bool user_agrees(Context& context, const std::string& what);
 
 RemovalPreview preview_removal(Context& context, std::span<const Url> urls);
 
-/// Takes the listed paths away with `remove` and reports what went. Ctrl-C stops it after the entry in hand.
-RemovalReport run_removal(Context& context, std::span<const Url> urls,
-                          const std::function<std::vector<Removal>(const std::atomic<bool>*)>& remove);
+using RemoveListed = std::function<std::vector<Removal>(const std::atomic<bool>* stop)>;
+
+/// Takes the listed paths away with `remove` and reports what went. An interrupt stops it after the entry in hand; the
+/// caller keeps `stop` until nothing may get lost any more.
+RemovalReport run_removal(Context& context, std::span<const Url> urls, const StopOnInterrupt& stop,
+                          const RemoveListed& remove);
 
 /// Prints what went and, path by path, what was left and why.
 void print_removal(Context& context, const RemovalReport& report);
 
 /// How a removing command ends after this.
 ExitStatus status_of_removal(const RemovalReport& report);
+
+/// "1 entry", "53 entries".
+std::string entries_text(std::size_t count);
 
 }  // namespace tarnby::cli

@@ -43,10 +43,11 @@ ExitStatus run_scan(Context& context) {
     context.out << result.dump() << '\n';
     return done;
   }
-  print_smart_scan(context, cleaner);
-  context.out << "\nTo remove all of it:      tarnby-cleaner-cli clean\n"
-                 "To remove some groups:    tarnby-cleaner-cli clean caches logs trash\n"
-                 "To see what would go:     tarnby-cleaner-cli clean --dry-run\n";
+  print_smart_scan(context, cleaner, all_groups());
+  if (!context.out_is_terminal) return done;
+  context.out << "\nRemove all of it:       tarnby-cleaner-cli clean\n"
+                 "Remove some groups:     tarnby-cleaner-cli clean caches logs\n"
+                 "List what would go:     tarnby-cleaner-cli clean --dry-run\n";
   return done;
 }
 

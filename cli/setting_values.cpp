@@ -34,10 +34,9 @@ const SettingRow& known_setting(std::string_view key) {
 PropertyList setting_value(std::string_view key, const std::string& typed) {
   const SettingRow& row = known_setting(key);
   if (row.type == SettingType::data || row.type == SettingType::date) {
-    throw CommandError(wrong_usage,
-                       "\"" + std::string(key) +
-                           "\" is no setting to type a value for; a folder is given with: tarnby-cleaner-cli grant " +
-                           std::string(key) + " DIR");
+    throw CommandError(wrong_usage, "\"" + std::string(key) +
+                                        "\" takes no typed value; a folder is given with: tarnby-cleaner-cli grant " +
+                                        std::string(key) + " DIR");
   }
   const auto number = typed_number(typed);
   if (!number) {
@@ -46,6 +45,14 @@ PropertyList setting_value(std::string_view key, const std::string& typed) {
   }
   if (row.type == SettingType::boolean) return *number != 0;
   return *number;
+}
+
+std::string not_saved_text(const Session& session) {
+  if (session.settings_folder.empty()) {
+    return " could not be saved: no settings folder is known; set HOME or XDG_CONFIG_HOME";
+  }
+  return " could not be saved in \"" + one_line(session.settings_folder.path()) +
+         "\"; check that it can be written and that the disk is not full";
 }
 
 }  // namespace tarnby::cli

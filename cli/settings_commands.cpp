@@ -4,6 +4,7 @@
 #include "cli/commands.h"
 #include "cli/json.h"
 #include "cli/setting_values.h"
+#include "cli/table.h"
 #include "leftovers/folder_grants.h"
 
 namespace tarnby::cli {
@@ -12,14 +13,16 @@ namespace {
 
 constexpr std::array grants = {Grant::home, Grant::applications, Grant::disk};
 
-void save(Context& context) {
-  if (context.platform.app_settings.synchronize()) return;
-  const Url folder = context.platform.session.settings_folder;
-  throw CommandError(no_access,
-                     "the settings could not be saved" +
-                         (folder.empty() ? ": no settings folder is known; set HOME or XDG_CONFIG_HOME"
-                                         : " in " + one_line(folder.path()) +
-                                               "; check that it can be written and that the disk is not full"));
+/// What is written here is meant to be kept, so the same setting must not be given for this run only.
+void refuse_value_for_this_run(Context& context, std::string_view key) {
+  if (!given_for_this_run(context.asked, key)) return;
+  throw CommandError(wrong_usage, "\"" + std::string(key) +
+                                      "\" cannot be stored and be given for this run only at once; leave the option "
+                                      "for this run out");
+}
+
+void need_saved(Context& context, bool is_saved) {
+  if (!is_saved) throw CommandError(no_access, "the settings" + not_saved_text(context.platform.session));
 }
 
 /// The value as the program reads it, so that a key never written shows what it stands for.
@@ -28,6 +31,11 @@ Json effective_value(const AppSettings& settings, const SettingRow& row) {
   if (row.type == SettingType::integer) return settings.integer(row.key);
   const auto value = settings.store().value(row.key);
   return value ? json_setting(*value) : Json();
+}
+
+std::string readable(const Json& value) {
+  if (value.is_null()) return "not given";
+  return value.is_string() ? one_line(value.get<std::string>()) : one_line(value.dump());
 }
 
 void print_settings(Context& context, std::span<const SettingRow> rows) {
@@ -39,9 +47,9 @@ void print_settings(Context& context, std::span<const SettingRow> rows) {
     context.out << values.dump() << '\n';
     return;
   }
-  for (const auto& [key, value] : values.items()) {
-    context.out << key << " = " << (value.is_string() ? one_line(value.get<std::string>()) : value.dump()) << '\n';
-  }
+  Table table({Table::Align::left, Table::Align::left}, 0);
+  for (const auto& [key, value] : values.items()) table.line({key, readable(value)});
+  table.print(context.out);
 }
 
 }  // namespace
@@ -54,13 +62,13 @@ ExitStatus run_grant(Context& context) {
     throw CommandError(wrong_usage,
                        "there is no grant \"" + one_line(name) + "\"; grants are home, Applications and macOS");
   }
+  refuse_value_for_this_run(context, name);
   const Url folder = real_folder(typed_path(typed));
   if (folder.empty()) {
-    throw CommandError(no_access, one_line(typed) + " is missing or not a folder; nothing was stored");
+    throw CommandError(no_access, "\"" + one_line(typed) + "\" is missing or not a folder; nothing was stored");
   }
   FolderGrants access(context.platform);
-  access.store(*grant, folder);
-  save(context);
+  need_saved(context, access.store(*grant, folder));
   const GrantState state = access.check(*grant);
   if (context.asked.json) {
     const Json result = {{"key", name}, {"path", json_text(state.folder.path())}, {"valid", state.is_valid}};
@@ -69,7 +77,7 @@ ExitStatus run_grant(Context& context) {
     context.out << "Granted: " << name << " is " << one_line(state.folder.path()) << '\n';
   } else {
     context.out << "Stored, but not valid: " << one_line(state.folder.path()) << " is not named \""
-                << one_line(state.expected_name) << "\"\n";
+                << one_line(state.expected_name) << "\".\n";
   }
   return done;
 }
@@ -82,8 +90,10 @@ ExitStatus run_settings(Context& context) {
   }
   const SettingRow& row = known_setting(arguments[0]);
   if (arguments.size() > 1) {
-    context.platform.app_settings.store().set(row.key, setting_value(row.key, arguments[1]));
-    save(context);
+    PropertyList value = setting_value(row.key, arguments[1]);
+    refuse_value_for_this_run(context, row.key);
+    context.platform.app_settings.store().set(row.key, std::move(value));
+    need_saved(context, context.platform.app_settings.synchronize());
   }
   print_settings(context, {&row, 1});
   return done;

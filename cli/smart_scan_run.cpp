@@ -2,6 +2,7 @@
 
 #include <string_view>
 
+#include "cli/progress.h"
 #include "platform/bytes.h"
 
 namespace tarnby::cli {
@@ -10,26 +11,9 @@ namespace {
 
 constexpr std::string_view notification_start = "smart_scan_";
 
-/// One line on standard error that is written over until the scan is done.
-class Progress {
- public:
-  explicit Progress(Context& context) : context_(context) { shown_ = context.err_is_terminal && !context.asked.quiet; }
-  ~Progress() {
-    if (shown_) context_.err << "\r\x1b[K" << std::flush;
-  }
-  Progress(const Progress&) = delete;
-  Progress& operator=(const Progress&) = delete;
-
-  void show(std::string_view label, std::int64_t found) {
-    if (!shown_) return;
-    context_.err << "\r\x1b[KScan in \"" << label << "\"  " << context_.platform.text.byte_count(found)
-                 << " found so far" << std::flush;
-  }
-
- private:
-  Context& context_;
-  bool shown_ = false;
-};
+void show_progress(Context& context, Progress& progress, std::string_view label, std::int64_t found) {
+  progress.show("Scan in \"" + std::string(label) + "\"  " + context.platform.text.byte_count(found) + " found so far");
+}
 
 }  // namespace
 
@@ -38,7 +22,7 @@ std::vector<std::string> run_smart_scan(Context& context, Cleaner& cleaner) {
   std::vector<NotificationCenter::Token> tokens;
   NotificationCenter& center = context.platform.notifications;
   Progress progress(context);
-  progress.show(smart_categories().front().label, 0);
+  show_progress(context, progress, smart_categories().front().label, 0);
   std::int64_t found = 0;
   const SmartCategory* finished = &smart_categories().front();
   for (const SmartCategory& category : smart_categories().subspan(1)) {
@@ -47,7 +31,7 @@ std::vector<std::string> run_smart_scan(Context& context, Cleaner& cleaner) {
       // The group of a finished category may be read while the scan goes on; the lists and totals still change.
       found = add_bytes(found, (cleaner.*finished->outline)->size);
       posted.push_back(name);
-      progress.show(category.label, found);
+      show_progress(context, progress, category.label, found);
     }));
     finished = &category;
   }

@@ -1,9 +1,11 @@
 #include "cli/smart_scan_table.h"
 
 #include <algorithm>
+#include <map>
 
 #include "cli/table.h"
 #include "engine/smart_selection.h"
+#include "platform/bytes.h"
 
 namespace tarnby::cli {
 
@@ -31,38 +33,90 @@ struct ReadableLabel {
   }
 };
 
-void add_rows(const Context& context, const CleanerItem& item, std::size_t most, Table& table) {
-  const Text& text = context.platform.text;
-  const std::size_t shown = item.items.size() > most + 1 ? most : item.items.size();
-  for (std::size_t at = 0; at < shown; ++at) {
-    table.row(2, one_line(std::visit(ReadableLabel{}, item.items[at])), text.byte_count(size_of(item.items[at])));
+std::string label_of(const CleanerEntry& entry) {
+  return one_line(std::visit(ReadableLabel{}, entry));
+}
+
+/// The folder of an entry as it is told to people: "~/Downloads".
+std::string place_of(const CleanerEntry& entry, const Url& home) {
+  const auto urls = locations_of(entry);
+  if (urls.empty()) return {};
+  const Url folder = urls.front().parent();
+  const std::string path = folder.path();
+  return one_line(folder.is_within(home) ? "~" + path.substr(home.path().size()) : path);
+}
+
+/// One group on its way into the table.
+class GroupLines {
+ public:
+  GroupLines(const Text& text, const Url& home, const CleanerItem& item, Table& table)
+      : text_(text), home_(home), items_(item.items), table_(table) {
+    for (const CleanerEntry& entry : items_) ++times_[label_of(entry)];
   }
-  if (shown == item.items.size()) return;
-  std::int64_t rest = 0;
-  for (std::size_t at = shown; at < item.items.size(); ++at) rest += size_of(item.items[at]);
-  table.row(2, "… and " + std::to_string(item.items.size() - shown) + " more (all of them with --json)",
-            text.byte_count(rest));
+
+  void add(std::size_t most) {
+    // A rest of one takes no more room than telling of it.
+    const std::size_t shown = items_.size() > most + 1 ? most : items_.size();
+    for (std::size_t at = 0; at < shown; ++at) line(label(items_[at]), size_of(items_[at]));
+    if (shown == items_.size()) return;
+    std::int64_t rest = 0;
+    for (std::size_t at = shown; at < items_.size(); ++at) rest = add_bytes(rest, size_of(items_[at]));
+    line("… and " + std::to_string(items_.size() - shown) + " more (--json lists all of them)", rest);
+  }
+
+ private:
+  void line(const std::string& label, std::int64_t size) { table_.line({"    " + label, text_.byte_count(size)}); }
+
+  /// Where it lies tells entries of the same name apart.
+  std::string label(const CleanerEntry& entry) const {
+    std::string label = label_of(entry);
+    if (times_.at(label) > 1) label += "  in " + place_of(entry, home_);
+    return label;
+  }
+
+  const Text& text_;
+  const Url& home_;
+  const std::vector<CleanerEntry>& items_;
+  std::map<std::string, int> times_;
+  Table& table_;
+};
+
+bool is_among(std::span<const std::string_view> groups, std::string_view type) {
+  return std::find(groups.begin(), groups.end(), type) != groups.end();
 }
 
 }  // namespace
 
-void print_smart_scan(Context& context, const Cleaner& cleaner) {
+std::vector<std::string_view> all_groups() {
+  std::vector<std::string_view> types;
+  for (const SmartCategory& category : smart_categories()) types.push_back(category.type);
+  return types;
+}
+
+void print_smart_scan(Context& context, const Cleaner& cleaner, std::span<const std::string_view> groups) {
   const Text& text = context.platform.text;
   const std::size_t most = context.out_is_terminal ? rows_in_window : SIZE_MAX - 1;
-  Table table(window_columns());
+  Table table({Table::Align::left, Table::Align::right}, window_columns());
+  std::string_view header;
+  bool is_first = true;
   for (const SmartCategory& category : smart_categories()) {
-    const SmartOutlineItem& group = *(cleaner.*category.outline);
-    if (!category.header.empty()) {
-      if (category.type != "caches") table.blank();
-      table.row(0, std::string(category.header), "");
+    if (!category.header.empty()) header = category.header;
+    if (!is_among(groups, category.type)) continue;
+    if (!header.empty()) {
+      if (!is_first) table.blank();
+      table.line({std::string(std::exchange(header, {}))});
     }
+    is_first = false;
+    const SmartOutlineItem& group = *(cleaner.*category.outline);
     const CleanerItem& item = *(cleaner.*category.item);
-    table.heading("  " + group.label + "  [" + group.type + "]", text.byte_count(group.size));
-    if (item.items.empty()) table.row(2, "everything is clean", "");
-    add_rows(context, item, most, table);
+    table.heading({"  " + group.label + "  [" + group.type + "]", text.byte_count(group.size)});
+    if (item.items.empty()) table.line({"    everything is clean"});
+    GroupLines(text, cleaner.url_home, item, table).add(most);
   }
   table.blank();
-  table.heading("Found in all", text.byte_count(cleaner.total_smart_size));
+  const std::int64_t bytes = select_groups(cleaner, groups).bytes;
+  table.heading(
+      {groups.size() == all_groups().size() ? "Found in all" : "Found in these groups", text.byte_count(bytes)});
   table.print(context.out);
 }
 

@@ -11,18 +11,22 @@ namespace tarnby::cli {
 
 namespace {
 
-constexpr std::size_t least_label = 20;
+constexpr std::size_t least_first_column = 20;
+constexpr std::size_t gap = 2;
 
-std::string cut_to(const std::string& label, std::size_t columns) {
-  if (display_columns(label) <= columns) return label;
-  std::string kept = label;
-  while (!kept.empty() && display_columns(kept) + 1 > columns) {
-    do {
-      kept.pop_back();
-    } while (!kept.empty() && (static_cast<unsigned char>(kept.back()) & 0xC0U) == 0x80U);
-    if (!kept.empty() && (static_cast<unsigned char>(kept.back()) & 0xC0U) == 0xC0U) kept.pop_back();
-  }
-  return kept + "…";
+bool continues_character(char byte) {
+  return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
+}
+
+void drop_last_character(std::string& utf8) {
+  while (!utf8.empty() && continues_character(utf8.back())) utf8.pop_back();
+  if (!utf8.empty()) utf8.pop_back();
+}
+
+std::string cut_to(std::string cell, std::size_t columns) {
+  if (display_columns(cell) <= columns) return cell;
+  while (!cell.empty() && display_columns(cell) + 1 > columns) drop_last_character(cell);
+  return cell + "…";
 }
 
 }  // namespace
@@ -33,44 +37,42 @@ unsigned window_columns() {
   return ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : 80U;
 }
 
-void Table::heading(std::string label, std::string size) {
-  rows_.push_back({std::move(label), std::move(size), true});
+std::vector<std::size_t> Table::widths() const {
+  std::vector<std::size_t> widths(columns_.size());
+  for (const Line& line : lines_) {
+    for (std::size_t at = 0; at < line.cells.size(); ++at) {
+      widths[at] = std::max(widths[at], display_columns(line.cells[at]));
+    }
+  }
+  if (window_ > 0) {
+    std::size_t others = 1;  // the last column stays free: some terminals break the line after it
+    for (std::size_t at = 1; at < widths.size(); ++at) others += gap + widths[at];
+    const std::size_t room = window_ > others ? window_ - others : 0;
+    widths[0] = std::min(widths[0], std::max(room, least_first_column));
+  }
+  return widths;
 }
 
-void Table::row(unsigned indent, std::string label, std::string size) {
-  rows_.push_back({std::string(std::size_t{2} * indent, ' ') + label, std::move(size), false});
-}
-
-void Table::blank() {
-  rows_.emplace_back();
+std::string Table::text_of(const std::vector<std::string>& cells, const std::vector<std::size_t>& widths) const {
+  std::string text;
+  std::size_t missing = 0;  // blanks to set before the next cell that is not empty
+  for (std::size_t at = 0; at < cells.size(); ++at) {
+    const std::string cell = at == 0 && window_ > 0 ? cut_to(cells[at], widths[at]) : cells[at];
+    const std::size_t blanks = widths[at] - display_columns(cell);
+    const bool on_the_right = columns_[at] == Align::right;
+    if (on_the_right) missing += blanks;
+    if (!cell.empty()) text += std::string(std::exchange(missing, 0), ' ') + cell;
+    if (!on_the_right) missing += blanks;
+    missing += gap;
+  }
+  return text;
 }
 
 void Table::print(std::ostream& out) const {
-  std::size_t widest_label = 0;
-  std::size_t widest_size = 0;
-  for (const Row& row : rows_) {
-    widest_label = std::max(widest_label, display_columns(row.label));
-    widest_size = std::max(widest_size, display_columns(row.size));
-  }
-  if (columns_ > 0) {
-    const std::size_t for_labels = columns_ > widest_size + 3 ? columns_ - widest_size - 3 : 0;
-    widest_label = std::min(widest_label, std::max(for_labels, least_label));
-  }
-  for (const Row& row : rows_) {
-    if (row.label.empty()) {
-      out << '\n';
-      continue;
-    }
-    const std::string label = columns_ > 0 ? cut_to(row.label, widest_label) : row.label;
-    const bool bold = row.stands_out && columns_ > 0;
-    if (bold) out << "\x1b[1m";
-    out << label;
-    if (!row.size.empty()) {
-      out << std::string(widest_label - display_columns(label) + 2 + widest_size - display_columns(row.size), ' ')
-          << row.size;
-    }
-    if (bold) out << "\x1b[0m";
-    out << '\n';
+  const auto widths_of_columns = widths();
+  for (const Line& line : lines_) {
+    const bool bold = line.stands_out && window_ > 0;
+    out << (bold ? "\x1b[1m" : "") << text_of(line.cells, widths_of_columns) << (bold ? "\x1b[0m" : "") << '\n';
   }
 }
 

@@ -1,34 +1,42 @@
 #pragma once
 
+#include <cstdint>
 #include <ostream>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace tarnby::cli {
 
-/// Rows of a label and a size, made for reading: labels on the left, sizes right-aligned in one column, as wide as the
-/// window allows. Labels are shown as they are given, in one line each.
+/// Lines of cells under each other, made for reading. Cells are shown as they are given, in one line each.
 class Table {
  public:
-  /// @param columns the window's width in characters; 0 for an output that is no window.
-  explicit Table(unsigned columns) : columns_(columns) {}
+  enum class Align : std::uint8_t { left, right };
 
-  /// A row that stands out, with `indent` levels before it.
-  void heading(std::string label, std::string size);
-  void row(unsigned indent, std::string label, std::string size);
-  void blank();
+  /// @param columns how each column is aligned.
+  /// @param window the window's width in characters; the first column is cut to fit. 0 for an output that is no window:
+  ///   nothing is cut and nothing stands out.
+  Table(std::vector<Align> columns, unsigned window) : columns_(std::move(columns)), window_(window) {}
+
+  /// Fewer cells than columns will do.
+  void line(std::vector<std::string> cells) { lines_.push_back({std::move(cells), false}); }
+  /// A line that stands out.
+  void heading(std::vector<std::string> cells) { lines_.push_back({std::move(cells), true}); }
+  void blank() { lines_.emplace_back(); }
 
   void print(std::ostream& out) const;
 
  private:
-  struct Row {
-    std::string label;
-    std::string size;
+  struct Line {
+    std::vector<std::string> cells;
     bool stands_out = false;
   };
-  unsigned columns_;
-  std::vector<Row> rows_;
+
+  std::vector<std::size_t> widths() const;
+  std::string text_of(const std::vector<std::string>& cells, const std::vector<std::size_t>& widths) const;
+
+  std::vector<Align> columns_;
+  unsigned window_;
+  std::vector<Line> lines_;
 };
 
 /// The width of the window on standard output; 0 when that is no window.

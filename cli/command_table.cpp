@@ -1,0 +1,113 @@
+#include "cli/command_table.h"
+
+#include <algorithm>
+
+#include "cli/commands.h"
+
+namespace tarnby::cli {
+
+namespace {
+
+constexpr std::size_t any_number = SIZE_MAX;
+
+constexpr CommandRow commands[] = {
+    {"scan", "", 0, 0, false, run_scan, "Look for what can be removed and show it by group",
+     R"(Nothing is changed. "clean --help" tells what each group is.
+
+Example:
+  tarnby-cleaner-cli scan
+  tarnby-cleaner-cli scan --json > found.json
+)"},
+    {"clean", "[GROUP...]", 0, any_number, true, run_clean, "Scan, then remove the named groups, or all of them",
+     R"(What is removed does not go to the Trash: it is gone. You are asked first.
+
+Groups:
+  caches      what applications put aside to be faster, and make again
+  logs        what applications wrote down about their work
+  remainders  files of applications that are no longer installed
+  browsers    caches and stored site data of Chrome, Firefox and Safari
+  mails       attachments that mail programs have saved
+  installs    installers in Downloads, Desktop, Documents and Application Support
+  trash       what is in the Trash
+Without a group: all seven.
+
+Example:
+  tarnby-cleaner-cli clean --dry-run       see what would go
+  tarnby-cleaner-cli clean caches logs     remove these two groups, after asking
+  tarnby-cleaner-cli clean trash --yes     empty the Trash without asking
+)"},
+    {"apps", "", 0, 0, false, run_apps, "List the installed applications",
+     R"(One line each: name, version and path.
+
+Example:
+  tarnby-cleaner-cli apps
+)"},
+    {"app", "PATH", 1, 1, false, run_app, "Describe one application, with its size",
+     R"(PATH is the application's folder, NAME.app.
+
+Example:
+  tarnby-cleaner-cli app /Applications/Firefox.app
+)"},
+    {"grant", "NAME DIR", 2, 2, false, run_grant, "Give access to a folder, for this and later runs",
+     R"(Nothing is read or removed outside the folders you give.
+
+Names:
+  home          your home folder; it carries your user name
+  Applications  the folder with the applications; it is named Applications
+  macOS         the startup disk, any name
+
+A folder of another name is stored too, but reported as not valid.
+
+Example:
+  tarnby-cleaner-cli grant home ~
+  tarnby-cleaner-cli grant Applications /Applications
+)"},
+    {"settings", "[KEY [VALUE]]", 0, 2, false, run_settings, "Show all settings or one, or write one",
+     R"(VALUE is true, false or a whole number. Folders (home, Applications, macOS) are
+given with "grant".
+
+Example:
+  tarnby-cleaner-cli settings
+  tarnby-cleaner-cli settings Browsers true
+)"},
+};
+
+constexpr OptionRow options[] = {
+    {"--home", "DIR", &Invocation::home, false, "home folder for this run, instead of the granted one"},
+    {"--applications", "DIR", &Invocation::applications, false, "Applications folder for this run, likewise"},
+    {"--disk", "DIR", &Invocation::disk, false, "startup disk for this run; all of it is searched"},
+    {"--set", "KEY=VALUE", &Invocation::settings, false, "a setting for this run; may be repeated"},
+    {"--languages", "LIST", &Invocation::languages, false, "preferred languages for this run: de,en-GB"},
+    {"--json", "", &Invocation::json, false, "one JSON object on standard output"},
+    {"--quiet", "", &Invocation::quiet, false, "no progress on the terminal"},
+    {"--dry-run", "", &Invocation::dry_run, true, "list what would be removed; change nothing"},
+    {"--yes", "", &Invocation::yes, true, "remove without asking"},
+    {"--help", "", &Invocation::help, false, "this text; after a command, more about that command"},
+    {"--version", "", &Invocation::version, false, "the program's version"},
+};
+
+}  // namespace
+
+std::span<const CommandRow> command_rows() {
+  return commands;
+}
+
+std::span<const OptionRow> option_rows() {
+  return options;
+}
+
+const CommandRow* command_row(std::string_view name) {
+  const auto* row = std::ranges::find(commands, name, &CommandRow::name);
+  return row == std::end(commands) ? nullptr : row;
+}
+
+std::string command_names() {
+  std::string names;
+  for (const CommandRow& row : commands) {
+    if (!names.empty()) names += ", ";
+    names += row.name;
+  }
+  return names;
+}
+
+}  // namespace tarnby::cli

@@ -1,0 +1,72 @@
+#include "cli/help.h"
+
+namespace tarnby::cli {
+
+namespace {
+
+constexpr std::string_view program = "tarnby-cleaner-cli";
+
+constexpr std::string_view introduction =
+    R"(Finds what can be removed from a home folder without harm, shows it, and removes
+what you choose.
+
+Usage: tarnby-cleaner-cli [OPTIONS] COMMAND [ARGUMENTS]
+)";
+
+constexpr std::string_view ending = R"(
+"tarnby-cleaner-cli COMMAND --help" tells more about one command.
+
+First steps:
+  tarnby-cleaner-cli grant home ~
+  tarnby-cleaner-cli grant Applications /Applications
+  tarnby-cleaner-cli scan
+
+Exit status: 0 done, 1 something could not be removed or written, 2 wrong command
+line, 3 a folder is missing or access to it was not given, 130 interrupted.
+)";
+
+std::string with_words(std::string_view name, std::string_view words) {
+  return words.empty() ? std::string(name) : std::string(name) + " " + std::string(words);
+}
+
+void add_line(std::string& text, const std::string& left, std::string_view right) {
+  constexpr std::size_t right_begins = 24;
+  text += "  " + left + std::string(left.size() + 4 > right_begins ? 2 : right_begins - 2 - left.size(), ' ');
+  text += right;
+  text += '\n';
+}
+
+void add_options(std::string& text, bool only_when_removing) {
+  for (const OptionRow& row : option_rows()) {
+    if (row.only_when_removing == only_when_removing) add_line(text, with_words(row.name, row.value), row.help);
+  }
+}
+
+}  // namespace
+
+std::string program_help() {
+  std::string text(introduction);
+  text += "\nCommands:\n";
+  for (const CommandRow& row : command_rows()) add_line(text, with_words(row.name, row.arguments), row.summary);
+  text += "\nOptions, before or after the command:\n";
+  add_options(text, false);
+  text += "\nOptions of commands that remove:\n";
+  add_options(text, true);
+  text += ending;
+  return text;
+}
+
+std::string command_help(const CommandRow& row) {
+  std::string text = "Usage: " + std::string(program) + " " + with_words(row.name, row.arguments) + " [OPTIONS]\n\n";
+  text += row.summary;
+  text += ".\n";
+  text += row.details;
+  if (row.removes) {
+    text += "\nOptions of commands that remove:\n";
+    add_options(text, true);
+  }
+  text += "\nOptions of every command are listed by \"" + std::string(program) + " --help\".\n";
+  return text;
+}
+
+}  // namespace tarnby::cli
