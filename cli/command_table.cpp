@@ -27,7 +27,7 @@ Groups:
   remainders  files of applications that are no longer installed
   browsers    caches and stored site data of Chrome, Firefox and Safari
   mails       attachments that mail programs have saved
-  installs    installers in Downloads, Desktop, Documents and Application Support
+  installs    installers in Downloads, Desktop, Documents, Application Support
   trash       what is in the Trash
 Without a group: all seven.
 
@@ -73,7 +73,7 @@ Example:
 };
 
 constexpr OptionRow options[] = {
-    {"--home", "DIR", &Invocation::home, false, "home folder for this run, instead of the granted one"},
+    {"--home", "DIR", &Invocation::home, false, "home folder for this run, not the granted one"},
     {"--applications", "DIR", &Invocation::applications, false, "Applications folder for this run, likewise"},
     {"--disk", "DIR", &Invocation::disk, false, "startup disk for this run; all of it is searched"},
     {"--set", "KEY=VALUE", &Invocation::settings, false, "a setting for this run; may be repeated"},

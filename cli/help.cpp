@@ -21,8 +21,8 @@ First steps:
   tarnby-cleaner-cli grant Applications /Applications
   tarnby-cleaner-cli scan
 
-Exit status: 0 done, 1 something could not be removed or written, 2 wrong command
-line, 3 a folder is missing or access to it was not given, 130 interrupted.
+Exit status: 0 done; 1 something could not be removed or written; 2 the command
+line is wrong; 3 a folder is missing or not given access to; 130 interrupted.
 )";
 
 std::string with_words(std::string_view name, std::string_view words) {
@@ -30,7 +30,7 @@ std::string with_words(std::string_view name, std::string_view words) {
 }
 
 void add_line(std::string& text, const std::string& left, std::string_view right) {
-  constexpr std::size_t right_begins = 24;
+  constexpr std::size_t right_begins = 26;
   text += "  " + left + std::string(left.size() + 4 > right_begins ? 2 : right_begins - 2 - left.size(), ' ');
   text += right;
   text += '\n';

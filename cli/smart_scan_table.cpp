@@ -37,13 +37,17 @@ std::string label_of(const CleanerEntry& entry) {
   return one_line(std::visit(ReadableLabel{}, entry));
 }
 
-/// The folder of an entry as it is told to people: "~/Downloads".
+/// Roughly where an entry lies, as it is told to people: "~/Library/Caches", "~/Library/Containers/…".
 std::string place_of(const CleanerEntry& entry, const Url& home) {
   const auto urls = locations_of(entry);
   if (urls.empty()) return {};
   const Url folder = urls.front().parent();
-  const std::string path = folder.path();
-  return one_line(folder.is_within(home) ? "~" + path.substr(home.path().size()) : path);
+  std::string place = folder.path();
+  if (folder.is_within(home)) place.replace(0, home.path().size(), "~");
+  std::size_t end = 0;
+  for (int components = 0; components < 3 && end != std::string::npos; ++components) end = place.find('/', end + 1);
+  if (end != std::string::npos) place = place.substr(0, end) + "/…";
+  return one_line(place);
 }
 
 /// One group on its way into the table.

@@ -324,13 +324,15 @@ std::string quoted(const fs::path& path) {
 }
 
 void print_summary(const SampleTree& tree, const Text& text) {
-  std::cout << "Home:         " << tree.home().string() << "\n"
-            << "Applications: " << tree.applications().string() << "\n"
-            << tree.entries() << " files, " << text.byte_count(tree.bytes()) << " (mostly holes). Try:\n";
-  for (const char* command : {"scan", "junk", "large", "apps", "unused", "languages", "clean --dry-run"}) {
-    std::cout << "  tarnby-cleaner-cli " << command << " --home " << quoted(tree.home()) << " --applications "
-              << quoted(tree.applications()) << "\n";
-  }
+  const std::string folders =
+      " --home " + quoted(tree.home()) + " --applications " + quoted(tree.applications()) + "\n";
+  std::cout << "Home:          " << tree.home().string() << "\n"
+            << "Applications:  " << tree.applications().string() << "\n"
+            << "Holds:         " << tree.entries() << " entries, " << text.byte_count(tree.bytes())
+            << ", nearly all of it holes that take no room\n\nTry:\n";
+  const std::string commands[] = {"scan", "clean --dry-run", "clean", "apps",
+                                  "app " + quoted(tree.applications() / "Firefox.app")};
+  for (const std::string& command : commands) std::cout << "  tarnby-cleaner-cli " << command << folders;
 }
 
 /// Why nothing may be made in this folder; empty when it may.

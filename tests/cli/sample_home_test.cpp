@@ -1,0 +1,74 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <regex>
+
+#include "tests/cli/cli_home.h"
+
+namespace tarnby::test {
+
+using testing::HasSubstr;
+
+namespace {
+
+ProgramResult make_sample(const std::string& folder) {
+  return run_program({{TARNBY_SAMPLE_HOME, folder}, {{"USER", "zoe"}, {"LANG", "C.UTF-8"}}});
+}
+
+/// What a tree holds, without the moments, which are counted back from now.
+std::map<std::string, std::string> contents_of(const std::string& folder) {
+  std::map<std::string, std::string> contents;
+  for (const auto& [entry, told] : snapshot_of(folder)) {
+    contents.emplace(entry, std::regex_replace(told, std::regex("changed [0-9.]+"), ""));
+  }
+  return contents;
+}
+
+}  // namespace
+
+TEST(SampleHome, is_the_same_wherever_it_is_made) {
+  TempTree tree;
+  tree.folder("empty");
+  for (const char* folder : {"empty", "new/below"}) {
+    const ProgramResult made = make_sample(tree.path(folder));
+    EXPECT_EQ(made.status, 0) << made.err;
+    EXPECT_EQ(made.err, "");
+  }
+  const auto contents = contents_of(tree.path("empty"));
+  EXPECT_GT(contents.size(), 200U);
+  EXPECT_EQ(contents_of(tree.path("new/below")), contents);
+}
+
+TEST(SampleHome, replaces_nothing) {
+  TempTree tree;
+  tree.file("full/kept", 1).file("file", 1).folder("other").link("link", "other");
+  const auto before = tree.listing();
+  for (const char* place : {"full", "file"}) {
+    SCOPED_TRACE(place);
+    const ProgramResult result = make_sample(tree.path(place));
+    EXPECT_EQ(result.status, 2);
+    EXPECT_EQ(result.out, "");
+    EXPECT_THAT(result.err, HasSubstr(place));
+    EXPECT_EQ(tree.listing(), before);
+  }
+}
+
+TEST(SampleHome, names_commands_that_the_program_runs) {
+  CliHome home;
+  const ProgramResult made = make_sample(home.path("it's here"));
+  std::smatch found;
+  std::string rest = made.out;
+  int commands = 0;
+  while (std::regex_search(rest, found, std::regex("tarnby-cleaner-cli (.*)"))) {
+    ++commands;
+    ProgramRun run = home.bare({});
+    run.words = {"/bin/sh", "-c", std::string(TARNBY_CLI) + " " + found[1].str()};
+    const ProgramResult result = run_program(run);
+    // "clean" as it stands wants to ask somebody.
+    EXPECT_EQ(result.status, found[1].str().starts_with("clean --home") ? 2 : 0) << found[0] << "\n" << result.err;
+    rest = found.suffix();
+  }
+  EXPECT_GE(commands, 5);
+}
+
+}  // namespace tarnby::test

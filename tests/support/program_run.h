@@ -1,0 +1,68 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/descriptor.h"
+
+namespace tarnby::test {
+
+/// One run of a program, without a shell in between.
+struct ProgramRun {
+  enum class Output : std::uint8_t { kept, closed, full };
+
+  /// Its path, then its arguments.
+  std::vector<std::string> words;
+  /// The whole environment; only the options of sanitizers are added.
+  std::map<std::string, std::string> environment;
+  std::string input = {};
+  /// Where its standard output goes.
+  Output output = Output::kept;
+  bool input_is_closed = false;
+  /// No file that it writes may grow beyond that many bytes (setrlimit(2)).
+  std::optional<std::uint64_t> largest_file = {};
+  /// Its working folder; empty: this one's.
+  std::string folder = {};
+};
+
+struct ProgramResult {
+  /// As a shell tells it: the exit status, or 128 and the number of the signal that ended the program.
+  int status = -1;
+  std::string out;
+  std::string err;
+};
+
+/// Runs it to its end.
+ProgramResult run_program(const ProgramRun& run);
+
+/// A program that runs in a terminal window of its own: what it writes, to whichever handle, is what the window shows.
+class TerminalProgram {
+ public:
+  explicit TerminalProgram(const ProgramRun& run, unsigned short columns = 80);
+  /// Ends it when it still runs.
+  ~TerminalProgram();
+  TerminalProgram(const TerminalProgram&) = delete;
+  TerminalProgram& operator=(const TerminalProgram&) = delete;
+
+  /// Waits until it has shown this text; false when it has ended without.
+  bool shows(std::string_view text);
+  /// Types keys: "\x03" is Ctrl-C, "\x04" the end of the input.
+  void type(std::string_view keys);
+  /// Waits for its end. All that was shown is in `out`, lines ending in "\n".
+  ProgramResult finish();
+
+ private:
+  bool read_more();
+
+  pid_t child_ = -1;
+  Descriptor terminal_;
+  std::string shown_;
+};
+
+}  // namespace tarnby::test
