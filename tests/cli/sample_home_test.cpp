@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <regex>
+#include <sstream>
 
 #include "tests/cli/cli_home.h"
 
@@ -19,7 +19,7 @@ ProgramResult make_sample(const std::string& folder) {
 std::map<std::string, std::string> contents_of(const std::string& folder) {
   std::map<std::string, std::string> contents;
   for (const auto& [entry, told] : snapshot_of(folder)) {
-    contents.emplace(entry, std::regex_replace(told, std::regex("changed [0-9.]+"), ""));
+    contents.emplace(entry, told.substr(0, told.rfind(", changed ")));
   }
   return contents;
 }
@@ -56,17 +56,19 @@ TEST(SampleHome, replaces_nothing) {
 TEST(SampleHome, names_commands_that_the_program_runs) {
   CliHome home;
   const ProgramResult made = make_sample(home.path("it's here"));
-  std::smatch found;
-  std::string rest = made.out;
+  std::istringstream lines(made.out);
   int commands = 0;
-  while (std::regex_search(rest, found, std::regex("tarnby-cleaner-cli (.*)"))) {
+  for (std::string line; std::getline(lines, line);) {
+    const std::string start = "  tarnby-cleaner-cli ";
+    if (!line.starts_with(start)) continue;
+    SCOPED_TRACE(line);
     ++commands;
+    const std::string words = line.substr(start.size());
     ProgramRun run = home.bare({});
-    run.words = {"/bin/sh", "-c", std::string(TARNBY_CLI) + " " + found[1].str()};
+    run.words = {"/bin/sh", "-c", std::string(TARNBY_CLI) + " " + words};
     const ProgramResult result = run_program(run);
     // "clean" as it stands wants to ask somebody.
-    EXPECT_EQ(result.status, found[1].str().starts_with("clean --home") ? 2 : 0) << found[0] << "\n" << result.err;
-    rest = found.suffix();
+    EXPECT_EQ(result.status, words.starts_with("clean --home") ? 2 : 0) << result.err;
   }
   EXPECT_GE(commands, 5);
 }

@@ -14,10 +14,9 @@ Snapshot snapshot_of(const std::string& folder) {
   for (const auto& entry : fs::recursive_directory_iterator(folder)) {
     struct stat info = {};
     if (lstat(entry.path().c_str(), &info) != 0) continue;
-    std::string told = "mode " + std::to_string(info.st_mode) + ", " + std::to_string(info.st_size) +
-                       " bytes, changed " + std::to_string(info.st_mtim.tv_sec) + "." +
-                       std::to_string(info.st_mtim.tv_nsec);
+    std::string told = "mode " + std::to_string(info.st_mode) + ", " + std::to_string(info.st_size) + " bytes";
     if (S_ISLNK(info.st_mode)) told += ", to " + fs::read_symlink(entry.path()).string();
+    told += ", changed " + std::to_string(info.st_mtim.tv_sec) + "." + std::to_string(info.st_mtim.tv_nsec);
     snapshot.emplace(entry.path().string().substr(folder.size() + 1), told);
   }
   return snapshot;
