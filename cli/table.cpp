@@ -12,6 +12,8 @@ namespace tarnby::cli {
 namespace {
 
 constexpr std::size_t least_first_column = 20;
+/// Where there is no window, a longer cell is shown whole and only its own line goes out of step.
+constexpr std::size_t most_first_column = 60;
 constexpr std::size_t gap = 2;
 
 bool continues_character(char byte) {
@@ -44,7 +46,9 @@ std::vector<std::size_t> Table::widths() const {
       widths[at] = std::max(widths[at], display_columns(line.cells[at]));
     }
   }
-  if (window_ > 0) {
+  if (window_ == 0) {
+    widths[0] = std::min(widths[0], most_first_column);
+  } else {
     std::size_t others = 1;  // the last column stays free: some terminals break the line after it
     for (std::size_t at = 1; at < widths.size(); ++at) others += gap + widths[at];
     const std::size_t room = window_ > others ? window_ - others : 0;
@@ -58,7 +62,7 @@ std::string Table::text_of(const std::vector<std::string>& cells, const std::vec
   std::size_t missing = 0;  // blanks to set before the next cell that is not empty
   for (std::size_t at = 0; at < cells.size(); ++at) {
     const std::string cell = at == 0 && window_ > 0 ? cut_to(cells[at], widths[at]) : cells[at];
-    const std::size_t blanks = widths[at] - display_columns(cell);
+    const std::size_t blanks = widths[at] - std::min(widths[at], display_columns(cell));
     const bool on_the_right = columns_[at] == Align::right;
     if (on_the_right) missing += blanks;
     if (!cell.empty()) text += std::string(std::exchange(missing, 0), ' ') + cell;
