@@ -12,7 +12,7 @@ namespace {
 Url application_at(const Context& context, const std::string& typed) {
   const Url path = typed_path(typed);
   const Url folder = real_folder(path.parent());
-  const Url url = folder.appending(path.last_path_component());
+  Url url = folder.appending(path.last_path_component());
   if (!context.platform.files.is_application(url)) {
     throw CommandError(wrong_usage,
                        "\"" + one_line(typed) + "\" is not an application; give the path of a folder NAME.app");

@@ -19,7 +19,7 @@ using Groups = std::vector<std::string_view>;
 
 /// The groups that were asked for, each once, in their fixed order.
 Groups named_groups(const Context& context) {
-  const Groups all = all_groups();
+  Groups all = all_groups();
   const auto& named = context.asked.arguments;
   for (const std::string& name : named) {
     if (std::find(all.begin(), all.end(), name) != all.end()) continue;

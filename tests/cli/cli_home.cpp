@@ -67,7 +67,7 @@ std::set<std::string> CliHome::relative(const Json& paths) const {
 Snapshot CliHome::snapshot() const {
   Snapshot all;
   for (const std::string& top : {home_, applications_}) {
-    for (auto& [entry, told] : snapshot_of(path(top))) all.emplace(top + "/" + entry, told);
+    for (auto& [entry, told] : snapshot_of(path(top))) all.emplace(std::string(top).append("/").append(entry), told);
   }
   return all;
 }

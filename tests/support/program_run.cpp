@@ -25,7 +25,7 @@ void must(bool worked, const char* what) {
 class ExecLists {
  public:
   explicit ExecLists(const ProgramRun& run) : words_(run.words) {
-    for (const auto& [name, value] : run.environment) variables_.push_back(name + "=" + value);
+    for (const auto& [name, value] : run.environment) variables_.emplace_back(name).append("=").append(value);
     for (char** variable = environ; *variable != nullptr; ++variable) {
       if (std::string_view(*variable).find("SAN_OPTIONS=") != std::string_view::npos) {
         variables_.emplace_back(*variable);

@@ -119,6 +119,7 @@ void as_plain_user(const TempTree& tree, const std::function<void()>& body) {
       const auto hand_over = [](const char* path, const struct stat*, int, struct FTW*) {
         return lchown(path, plain_user, plain_user);
       };
+      // NOLINTNEXTLINE(concurrency-mt-unsafe): this process has one thread
       if (nftw(tree.path().c_str(), hand_over, 16, FTW_PHYS) != 0 || setgroups(0, nullptr) != 0 ||
           setresgid(plain_user, plain_user, plain_user) != 0 || setresuid(plain_user, plain_user, plain_user) != 0) {
         _exit(2);
