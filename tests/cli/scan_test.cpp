@@ -5,7 +5,7 @@
 
 #include "platform/text.h"
 #include "tests/cli/cli_home.h"
-#include "tests/support/bundle_files.h"
+#include "tools/bundle_files.h"
 
 namespace tarnby::test {
 
