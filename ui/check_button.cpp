@@ -68,8 +68,9 @@ void CheckButton::paintEvent(QPaintEvent*) {
   const QRectF box(margin, (height() - side) / 2, side, side);
   draw_check_box(painter, box, checkState());
   shade_state(painter, this, rounded_path(box, radius));
+  painter.setOpacity(1);
   painter.setFont(font());
-  painter.setPen(theme::text);
+  painter.setPen(isEnabled() ? theme::text : theme::disabled_text());
   painter.drawText(QRectF(rect()).adjusted(margin + side + text_gap, 0, 0, 0), Qt::AlignVCenter, text());
   constexpr double away = 2;
   if (shows_focus(this)) draw_focus_ring(painter, rounded_path(box.adjusted(-away, -away, away, away), radius + away));

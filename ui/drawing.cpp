@@ -30,7 +30,7 @@ QLinearGradient ring_gradient(const QRectF& rect) {
 QLinearGradient progress_gradient(const QRectF& rect) {
   QLinearGradient gradient(rect.bottomLeft(), rect.topRight());
   gradient.setColorAt(0, theme::gradient_start);
-  gradient.setColorAt(0.75, theme::gradient_end);
+  gradient.setColorAt(1, theme::gradient_end);
   return gradient;
 }
 

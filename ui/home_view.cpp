@@ -72,7 +72,8 @@ void HomeView::paintEvent(QPaintEvent*) {
   shape.addEllipse(middle);
   painter.fillPath(shape, ring_gradient(middle));
   shade_state(painter, this, shape);
-  painter.setPen(theme::on_gradient);
+  painter.setOpacity(1);
+  painter.setPen(isEnabled() ? theme::on_gradient : theme::text);
   painter.setFont(fitted(font(), text(), middle.width() * 0.8));
   painter.drawText(middle, Qt::AlignCenter, text());
   QPainterPath around;

@@ -26,10 +26,12 @@ QPainterPath wave_path(const QRectF& rect, const WaveHeights& heights) {
   for (std::size_t i = 1; i < heights.size(); ++i) {
     const QPointF from = point(i - 1);
     const QPointF to = point(i);
-    // Level at crests and trough; at the edges the curve comes in and goes out with a slope, as if it went on outside.
-    const double reach = (to.x() - from.x()) * 0.42;
-    const double first_lift = i == 1 ? (to.y() - from.y()) * 0.7 : 0;
-    const double last_lift = i + 1 == heights.size() ? (from.y() - to.y()) * 0.6 : 0;
+    // Level at crests and trough; at the edges a piece of a parabola, as if the curve went on outside.
+    const bool first = i == 1;
+    const bool last = i + 1 == heights.size();
+    const double reach = (to.x() - from.x()) * (first || last ? 1.0 / 3 : 0.42);
+    const double first_lift = first ? (to.y() - from.y()) * 2 / 3 : 0;
+    const double last_lift = last ? (from.y() - to.y()) * 2 / 3 : 0;
     path.cubicTo(from + QPointF(reach, first_lift), to + QPointF(-reach, last_lift), to);
   }
   path.lineTo(rect.right(), std::max(rect.bottom(), point(4).y()));

@@ -55,7 +55,6 @@ QSize PushButton::sizeHint() const {
 void PushButton::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
-  if (!isEnabled()) painter.setOpacity(disabled_opacity);
   const QPainterPath shape = rounded_path(rect(), height() / 2.0);
   draw_fill(painter, shape);
   draw_text(painter);
@@ -67,16 +66,16 @@ void PushButton::paintEvent(QPaintEvent*) {
 }
 
 void PushButton::draw_fill(QPainter& painter, const QPainterPath& shape) const {
-  painter.fillPath(shape, look_of(kind_).fill);
-  if (kind_ != ButtonKind::link) shade_state(painter, this, shape);
+  if (kind_ == ButtonKind::link) return;
+  painter.fillPath(shape, isEnabled() ? look_of(kind_).fill : theme::card);
+  shade_state(painter, this, shape);
 }
 
 void PushButton::draw_text(QPainter& painter) const {
   QFont lettering = font();
   lettering.setUnderline(kind_ == ButtonKind::link && underMouse() && isEnabled());
   painter.setFont(lettering);
-  painter.setPen(look_of(kind_).text);
-  if (isDown() && kind_ == ButtonKind::link) painter.setOpacity(painter.opacity() * 0.8);
+  painter.setPen(isEnabled() ? look_of(kind_).text : theme::disabled_text());
   painter.drawText(rect(), Qt::AlignCenter | Qt::TextShowMnemonic, text());
 }
 

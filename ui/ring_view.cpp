@@ -27,7 +27,6 @@ void color_text(QLabel* label, const QColor& color) {
 
 RingView::RingView(AnimationClock& clock, QWidget* parent)
     : Drawing(parent),
-      clock_(clock),
       stroke_(clock, 0, [this] { update(); }),
       number_(new NumberLabel(clock, this)),
       caption_(new FadingLabel(clock, this)) {
@@ -75,11 +74,11 @@ double RingView::stroke_width() const {
 }
 
 void RingView::resizeEvent(QResizeEvent*) {
-  // A chord of the ring that leaves the number air at both sides; the number stands a little above the middle.
+  // The number stands a little above the middle, the caption below it.
   const QRectF inner = square(margin + 2 * stroke_width());
   const int number_height = QFontMetrics(number_->font()).height();
   const int caption_height = QFontMetrics(caption_->font()).height() + 2;
-  const double chord = inner.width() * 0.86;
+  const double chord = inner.width() * text_room();
   const int left = static_cast<int>(std::lround(inner.center().x() - chord / 2));
   const int top = static_cast<int>(std::lround(inner.center().y() - number_height * 0.78));
   number_->setGeometry(left, top, static_cast<int>(chord), number_height);

@@ -32,12 +32,12 @@ class RingView : public Drawing {
 
   /// Draws the ring's line; `line` is the middle of its stroke.
   virtual void draw_ring(QPainter& painter, const QRectF& line);
+  /// How wide the texts may be, as a part of the ring's inner diameter.
+  virtual double text_room() const { return 0.86; }
   /// The width of the ring's stroke at the present size.
   double stroke_width() const;
-  AnimationClock& clock() const { return clock_; }
 
  private:
-  AnimationClock& clock_;
   Animation stroke_;
   NumberLabel* number_;
   FadingLabel* caption_;

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <optional>
-
 #include "ui/ring_view.h"
 
 namespace tarnby {
@@ -43,6 +41,7 @@ class DeleteView : public RingView {
   using RingView::RingView;
 
  protected:
+  double text_room() const override { return 0.74; }
   void draw_ring(QPainter& painter, const QRectF& line) override;
 };
 

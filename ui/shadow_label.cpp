@@ -33,7 +33,7 @@ void ShadowLabel::paintEvent(QPaintEvent*) {
     painter.setPen(QColor(0, 0, 0, shade.alpha));
     painter.drawText(box.translated(shade.offset), flags, text());
   }
-  painter.setPen(isEnabled() ? theme::text : theme::faint);
+  painter.setPen(isEnabled() ? theme::text : theme::disabled_text());
   painter.drawText(box, flags, text());
 }
 

@@ -81,4 +81,8 @@ QColor panel_ground() {
   return over(panel, background);
 }
 
+QColor disabled_text() {
+  return readable(faint, over(card, background));
+}
+
 }  // namespace tarnby::theme

@@ -19,8 +19,8 @@ inline constexpr QColor wave_ground = rgb(0x5E6070);             // the brightes
 inline constexpr QColor panel = QColor(0x1E, 0x1F, 0x26, 71);    // 28 % over the background
 inline constexpr QColor card = QColor(0xFF, 0xFF, 0xFF, 18);     // 7 %: a card lifted off the background
 inline constexpr QColor hover = QColor(0xFF, 0xFF, 0xFF, 15);    // 6 %: a row under the pointer
-inline constexpr QColor pointed = QColor(0xFF, 0xFF, 0xFF, 26);  // a button under the pointer
-inline constexpr QColor pressed = QColor(0x00, 0x00, 0x00, 40);  // a button held down
+inline constexpr QColor pointed = QColor(0xFF, 0xFF, 0xFF, 18);  // a button under the pointer
+inline constexpr QColor pressed = QColor(0x00, 0x00, 0x00, 32);  // a button held down
 inline constexpr QColor track = QColor(0xFF, 0xFF, 0xFF, 28);    // 11 %: what a ring or bar has not reached yet
 
 inline constexpr QColor text = rgb(0xFFFFFF);
@@ -86,5 +86,7 @@ QColor readable(const QColor& wanted, const QColor& ground);
 
 /// What the panel looks like over the window's background.
 QColor panel_ground();
+/// The text of a control that cannot be used: fainter than any other, yet still to be read.
+QColor disabled_text();
 
 }  // namespace tarnby::theme
