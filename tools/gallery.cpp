@@ -49,7 +49,6 @@ class Sheet {
     ground_->setAutoFillBackground(true);
     grid_->setSpacing(2 * theme::grid);
     grid_->setContentsMargins(24, 24, 24, 24);
-    ground_->setAttribute(Qt::WA_KeyboardFocusChange);
   }
 
   HandAnimationClock& clock() { return clock_; }
@@ -75,6 +74,7 @@ class Sheet {
     ground_->resize(grid_->sizeHint());
     ground_->show();
     QApplication::setActiveWindow(ground_.get());
+    ground_->setFocus();  // or the first button would have it
     QApplication::processEvents();
   }
 

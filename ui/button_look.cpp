@@ -7,10 +7,6 @@
 
 namespace tarnby {
 
-bool shows_focus(const QWidget* widget) {
-  return widget->hasFocus() && widget->window()->testAttribute(Qt::WA_KeyboardFocusChange);
-}
-
 void shade_state(QPainter& painter, const QAbstractButton* button, const QPainterPath& shape) {
   if (!button->isEnabled()) return;
   if (button->isDown()) {

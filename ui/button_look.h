@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QAbstractButton>
+#include <QFocusEvent>
 #include <QKeyEvent>
 #include <QPainterPath>
 
@@ -19,17 +20,26 @@ class Pressable : public Base {
     this->setCursor(Qt::PointingHandCursor);
   }
 
+  /// True when the keyboard is on this button, unless it only came with a click: a ring after every click would
+  /// distract.
+  bool shows_focus() const { return this->hasFocus() && !clicked_; }
+
  protected:
   void keyPressEvent(QKeyEvent* event) override {
+    clicked_ = false;
+    this->update();
     if (event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter) return Base::keyPressEvent(event);
     if (!event->isAutoRepeat()) this->click();
   }
+  void focusInEvent(QFocusEvent* event) override {
+    if (event->reason() != Qt::ActiveWindowFocusReason) clicked_ = event->reason() == Qt::MouseFocusReason;
+    Base::focusInEvent(event);
+  }
   bool hitButton(const QPoint& at) const override { return this->rect().contains(at); }
-};
 
-/// True when the keyboard is on this widget and the person uses the keyboard: a ring after every click would only
-/// distract.
-bool shows_focus(const QWidget* widget);
+ private:
+  bool clicked_ = false;  // the focus came with a click, and no key has been used since
+};
 
 /// Lays the pointer's and the finger's shade over what `button` has drawn within `shape`.
 void shade_state(QPainter& painter, const QAbstractButton* button, const QPainterPath& shape);

@@ -126,17 +126,24 @@ Spoken ChartView::spoken() const {
   return {.role = QAccessible::Chart, .text = total.isEmpty() ? values : total + QStringLiteral(": ") + values};
 }
 
+int ChartView::legend_width() const {
+  const QFontMetrics metrics(theme::font(theme::Type::note));
+  int widest = 0;
+  for (const Shown& shown : shown_) widest = std::max(widest, metrics.horizontalAdvance(shown.segment.label));
+  return widest + static_cast<int>(tag) + theme::grid + 1;
+}
+
 bool ChartView::in_legend(const Shown& shown) {
   return shown.segment.value > 0;
 }
 
 QSize ChartView::sizeHint() const {
   const auto rows = static_cast<int>(std::count_if(shown_.begin(), shown_.end(), in_legend));
-  return {side + 2 * theme::grid, side + (rows == 0 ? 0 : legend_gap + rows * legend_row())};
+  return {std::max(side, legend_width()) + 2 * theme::grid, side + (rows == 0 ? 0 : legend_gap + rows * legend_row())};
 }
 
 QSize ChartView::minimumSizeHint() const {
-  return {sizeHint().width() / 2, sizeHint().height() - side / 3};
+  return {side / 2, sizeHint().height() - side / 3};
 }
 
 QRectF ChartView::donut() const {

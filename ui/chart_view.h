@@ -58,6 +58,7 @@ class ChartView : public Drawing {
 
   double value_now(const Shown& shown) const;
   static bool in_legend(const Shown& shown);
+  int legend_width() const;
   void place_texts();
   QRectF donut() const;
   void draw_donut(QPainter& painter) const;

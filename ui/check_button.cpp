@@ -73,7 +73,7 @@ void CheckButton::paintEvent(QPaintEvent*) {
   painter.setPen(isEnabled() ? theme::text : theme::disabled_text());
   painter.drawText(QRectF(rect()).adjusted(margin + side + text_gap, 0, 0, 0), Qt::AlignVCenter, text());
   constexpr double away = 2;
-  if (shows_focus(this)) draw_focus_ring(painter, rounded_path(box.adjusted(-away, -away, away, away), radius + away));
+  if (shows_focus()) draw_focus_ring(painter, rounded_path(box.adjusted(-away, -away, away, away), radius + away));
 }
 
 }  // namespace tarnby

@@ -46,7 +46,7 @@ void DisclosureButton::paintEvent(QPaintEvent*) {
   QRectF box(0, 0, triangle, triangle);
   box.moveCenter(QRectF(rect()).center());
   painter.fillPath(pointer_path(box, 90 * turn_.value()), theme::secondary);
-  if (shows_focus(this)) draw_focus_ring(painter, around);
+  if (shows_focus()) draw_focus_ring(painter, around);
 }
 
 }  // namespace tarnby

@@ -79,7 +79,7 @@ void HomeView::paintEvent(QPaintEvent*) {
   QPainterPath around;
   constexpr double away = 4;
   around.addEllipse(middle.adjusted(-away, -away, away, away));
-  if (shows_focus(this)) draw_focus_ring(painter, around);
+  if (shows_focus()) draw_focus_ring(painter, around);
 }
 
 }  // namespace tarnby

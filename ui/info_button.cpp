@@ -45,7 +45,7 @@ void InfoButton::paintEvent(QPaintEvent*) {
   draw_info_mark(painter, circle, underMouse() && isEnabled() ? theme::text : theme::secondary);
   QPainterPath around;
   around.addEllipse(circle.adjusted(-2, -2, 2, 2));
-  if (shows_focus(this)) draw_focus_ring(painter, around);
+  if (shows_focus()) draw_focus_ring(painter, around);
 }
 
 }  // namespace tarnby

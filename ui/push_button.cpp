@@ -52,13 +52,17 @@ QSize PushButton::sizeHint() const {
   return {std::max(height, metrics.horizontalAdvance(text()) + 2 * look_of(kind_).side_space), height};
 }
 
+Spoken PushButton::spoken() const {
+  return {.role = kind_ == ButtonKind::link ? QAccessible::Link : QAccessible::Button};
+}
+
 void PushButton::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
   const QPainterPath shape = rounded_path(rect(), height() / 2.0);
   draw_fill(painter, shape);
   draw_text(painter);
-  if (!shows_focus(this)) return;
+  if (!shows_focus()) return;
   // Within the button and in its text's colour, which is always seen on its fill.
   constexpr double inset = 3;
   const QRectF inner = QRectF(rect()).adjusted(inset, inset, -inset, -inset);

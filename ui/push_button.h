@@ -3,6 +3,7 @@
 #include <QPushButton>
 
 #include "ui/button_look.h"
+#include "ui/spoken.h"
 
 namespace tarnby {
 
@@ -16,7 +17,7 @@ enum class ButtonKind {
 };
 
 /// A button with a text and fully round ends. Read out as a button (a link for `link`) under its text.
-class PushButton : public Pressable<QPushButton> {
+class PushButton : public Pressable<QPushButton>, public Speaks {
   Q_OBJECT
  public:
   PushButton(const QString& text, ButtonKind kind, QWidget* parent);
@@ -24,6 +25,7 @@ class PushButton : public Pressable<QPushButton> {
   ButtonKind kind() const { return kind_; }
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override { return sizeHint(); }
+  Spoken spoken() const override;
 
  protected:
   void paintEvent(QPaintEvent* event) override;

@@ -2,11 +2,18 @@
 
 #include <QAbstractButton>
 #include <QAccessibleWidget>
+#include <QRegularExpression>
 #include <QWidget>
 #include <cmath>
 
 namespace tarnby {
 namespace {
+
+/// "&Remove" as it is drawn; "&&" is a real one.
+QString without_mnemonic(QString text) {
+  static const QRegularExpression marked(QStringLiteral("&(.)"));
+  return text.replace(marked, QStringLiteral("\\1"));
+}
 
 class SpokenWidget : public QAccessibleWidget, public QAccessibleValueInterface {
  public:
@@ -32,7 +39,7 @@ class SpokenWidget : public QAccessibleWidget, public QAccessibleValueInterface 
     if (kind == QAccessible::Value) return spoken().text;
     const QString own = QAccessibleWidget::text(kind);
     if (!own.isEmpty()) return own;
-    if (kind == QAccessible::Name && button() != nullptr) return button()->text();
+    if (kind == QAccessible::Name && button() != nullptr) return without_mnemonic(button()->text());
     // Readers that never ask for the value hear it as the description.
     return kind == QAccessible::Description ? spoken().text : QString();
   }
@@ -52,7 +59,8 @@ class SpokenWidget : public QAccessibleWidget, public QAccessibleValueInterface 
 
   void doAction(const QString& name) override {
     if (name != pressAction()) return QAccessibleWidget::doAction(name);
-    if (button() != nullptr) button()->click();
+    // Answers the reader before the click is done, which may open a dialog and wait there.
+    if (button() != nullptr) button()->animateClick();
   }
 
   QVariant currentValue() const override { return static_cast<int>(std::lround(spoken().part.value_or(0) * 100)); }

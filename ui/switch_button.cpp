@@ -54,7 +54,7 @@ void SwitchButton::paintEvent(QPaintEvent*) {
   painter.setPen(Qt::NoPen);
   painter.setBrush(theme::text);
   painter.drawEllipse(QRectF(left, track.top() + inset, knob, knob));
-  if (shows_focus(this)) draw_focus_ring(painter, rounded_path(track.adjusted(-2, -2, 2, 2), track_height));
+  if (shows_focus()) draw_focus_ring(painter, rounded_path(track.adjusted(-2, -2, 2, 2), track_height));
 }
 
 }  // namespace tarnby
