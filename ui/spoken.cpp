@@ -37,7 +37,7 @@ class SpokenWidget : public QAccessibleWidget, public QAccessibleValueInterface 
 
   QString text(QAccessible::Text kind) const override {
     if (kind == QAccessible::Value) return spoken().text;
-    const QString own = QAccessibleWidget::text(kind);
+    QString own = QAccessibleWidget::text(kind);
     if (!own.isEmpty()) return own;
     if (kind == QAccessible::Name && button() != nullptr) return without_mnemonic(button()->text());
     // Readers that never ask for the value hear it as the description.
