@@ -38,7 +38,7 @@ const Curves removing = {Curve{moved(back, -0.2), theme::rgb(0x565C68)},
 
 const Curves cleaned = {Curve{moved(back, -0.156), theme::rgb(0x4E6A70)},
                         Curve{moved(middle, -0.11), theme::rgb(0x4B7A7A)},
-                        Curve{moved(front, -0.05), theme::rgb(0x488984)}};
+                        Curve{moved(front, -0.05), theme::rgb(0x41807B)}};
 
 Curve between(const Curve& from, const Curve& to, double part) {
   Curve result{from.heights, theme::blend(from.color, to.color, part)};

@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <QPen>
 #include <algorithm>
+#include <cmath>
 
 #include "ui/paths.h"
 #include "ui/theme.h"
@@ -11,7 +12,7 @@
 namespace tarnby {
 namespace {
 
-constexpr double side = check_box_side;
+constexpr double usual_side = 18;
 constexpr double radius = 4.5;
 constexpr int text_gap = theme::grid;
 constexpr int margin = 4;  // room for the focus ring
@@ -25,6 +26,10 @@ void draw_mark(QPainter& painter, const QRectF& box, Qt::CheckState state) {
 }
 
 }  // namespace
+
+double check_box_side() {
+  return std::round(usual_side * std::max(1.0, theme::text_scale()));
+}
 
 void draw_check_box(QPainter& painter, const QRectF& box, Qt::CheckState state) {
   if (state == Qt::Unchecked) {
@@ -44,7 +49,7 @@ CheckButton::CheckButton(QWidget* parent, const QString& text) : Pressable(paren
 
 QSize CheckButton::sizeHint() const {
   const QFontMetrics metrics(font());
-  const int box = static_cast<int>(side) + 2 * margin;
+  const int box = static_cast<int>(check_box_side()) + 2 * margin;
   const int beside = text().isEmpty() ? 0 : text_gap + metrics.horizontalAdvance(text()) + margin;
   return {box + beside, std::max(box, metrics.height() + margin)};
 }
@@ -65,6 +70,7 @@ void CheckButton::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
   if (!isEnabled()) painter.setOpacity(disabled_opacity);
+  const double side = check_box_side();
   const QRectF box(margin, (height() - side) / 2, side, side);
   draw_check_box(painter, box, checkState());
   shade_state(painter, this, rounded_path(box, radius));

@@ -27,7 +27,7 @@ class CheckButton : public Pressable<QCheckBox>, public Speaks {
 /// The box alone, for lists that draw their rows themselves. `box` is its outer edge.
 void draw_check_box(QPainter& painter, const QRectF& box, Qt::CheckState state);
 
-/// The side of a check box.
-inline constexpr double check_box_side = 18;
+/// The side of a check box, which grows with the texts.
+double check_box_side();
 
 }  // namespace tarnby

@@ -53,12 +53,13 @@ void SpaceView::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
   draw_bar(painter, QRectF(0, 0, width(), thickness), filled());
-  const QFontMetricsF metrics(lettering());
+  const QFont font = fitted(lettering(), used_text_ + QStringLiteral("    ") + free_text_, width());
+  const QFontMetricsF metrics(font);
   const double baseline = thickness + theme::grid + metrics.ascent();
   painter.setPen(theme::text);
-  draw_figures(painter, lettering(), {0, baseline}, used_text_);
+  draw_figures(painter, font, {0, baseline}, used_text_);
   painter.setPen(theme::secondary);
-  draw_figures(painter, lettering(), {width() - figures_width(lettering(), free_text_), baseline}, free_text_);
+  draw_figures(painter, font, {width() - figures_width(font, free_text_), baseline}, free_text_);
 }
 
 }  // namespace tarnby

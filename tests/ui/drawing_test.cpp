@@ -8,6 +8,7 @@
 #include "ui/pulse_view.h"
 #include "ui/scan_views.h"
 #include "ui/space_view.h"
+#include "ui/theme.h"
 
 namespace tarnby {
 namespace {
@@ -93,6 +94,9 @@ TEST_F(DrawingTest, the_background_stands_elsewhere_for_each_kind_of_screen) {
     clock_.pass(600);
     EXPECT_TRUE(clock_.idle()) << "the glide takes 0.6 s";
     for (const auto& other : places) EXPECT_NE(background->curves(), other);
+    for (const auto& curve : background->curves()) {
+      EXPECT_GE(theme::contrast(theme::text, curve.color), theme::readable_contrast) << "texts stand on it";
+    }
     places.push_back(background->curves());
   }
   EXPECT_EQ(places[1], unseen.curves());
