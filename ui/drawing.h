@@ -5,7 +5,6 @@
 
 #include "ui/spoken.h"
 
-class QGradient;
 class QLinearGradient;
 class QPen;
 

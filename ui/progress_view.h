@@ -3,8 +3,6 @@
 #include "ui/animation.h"
 #include "ui/drawing.h"
 
-class QPainterPath;
-
 namespace tarnby {
 
 /// A slim bar that fills from the left.

@@ -3,7 +3,6 @@
 #include <QColor>
 #include <QFont>
 #include <QString>
-#include <array>
 #include <optional>
 
 /// The colours, sizes and fonts that every widget draws with, so that two screens never differ by a shade.
