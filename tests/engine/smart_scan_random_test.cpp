@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <map>
 #include <random>
+#include <span>
 
 #include "tests/engine/test_engine.h"
 
@@ -15,276 +16,130 @@ namespace {
 
 namespace fs = std::filesystem;
 
-using test::Engine;
-using test::TestPlatform;
-
 using Paths = std::vector<std::string>;
 
-/// All that a home holds: "%" stands for an identifier.
-constexpr const char* file_places[] = {
-    "ada/Library/Caches/%/x",
-    "ada/Library/Caches/%/deep/.y",
-    "ada/Library/Caches/%.file",
-    "ada/Library/Containers/%/Data/Library/Caches/x",
-    "ada/Library/Containers/%/Data/x",
-    "ada/Library/Saved Application State/%.savedState/x",
-    "ada/Library/Saved Application State/%/x",
-    "ada/Library/Application Scripts/%/x",
-    "ada/Library/Preferences/%.plist",
-    "ada/Library/Logs/%.log",
-    "ada/Library/Logs/%/x",
-    "ada/Library/Logs/.%",
-    "ada/.Trash/%",
-    "ada/.Trash/.%/x",
-    "ada/Downloads/%.dmg",
-    "ada/Desktop/%.apk",
-    "ada/Desktop/%.DMG",
-    "ada/Documents/%.pkg/x",
-    "ada/Library/Application Support/%.apk",
-    "ada/Library/Application Support/%.ipa",
-};
+const std::string library = "ada/Library/";
 
-constexpr const char* link_places[] = {"ada/Library/Caches/%.link", "ada/.Trash/%.link", "ada/Desktop/%.link.dmg",
-                                       "ada/Applications/%.link.app"};
+/// A home holds any of these entries in any of these folders; "%" stands for an identifier.
+constexpr const char* entries[] = {"%/x", ".%/x", "%.plist", "%.savedState/x", "%/Data/Library/Caches/x"};
+constexpr const char* folders[] = {
+    "Caches", "Containers", "Saved Application State", "Application Scripts", "Preferences", "Logs", "../.Trash"};
+constexpr const char* links[] = {"Caches/%.link", "Logs/%.link", "../.Trash/%.link", "../Applications/%.link.app"};
+constexpr const char* bundles[] = {"Applications/V/W", "Applications/V/W/X", "Applications/Utilities",
+                                   "ada/Documents/d/Host.app"};
+constexpr const char* identifiers[] = {"com.gone.tool", "com.gone.tool.kit", "org.here.editor", "com.apple.tool",
+                                       "Editor"};
 
-constexpr const char* application_places[] = {
-    "Applications/%.app",       "Applications/V/%.app",         "Applications/V/W/%.app",
-    "Applications/V/W/X/%.app", "Applications/Utilities/%.app", "ada/Downloads/%.app",
-    "ada/Downloads/d/%.app",    "ada/Documents/d/%.app",        "ada/Documents/d/Host.app/Helpers/%.app",
-    "ada/Desktop/d/e/%.app",    "ada/Applications/%.app",
-};
+struct Reading {
+  using Rows = std::vector<std::pair<std::string, Paths>>;
 
-constexpr const char* identifiers[] = {
-    "com.gone.tool", "com.gone.toolkit", "com.Gone.TOOL", "org.here.editor.helper", "org.here.editor", "com.apple.tool",
-    "two.parts",     "Editor",           "a..b"};
-
-std::string lower(std::string text) {
-  std::transform(text.begin(), text.end(), text.begin(),
-                 [](char c) { return c >= 'A' && c <= 'Z' ? char(c + 32) : c; });
-  return text;
-}
-
-/// The rules, read one after another.
-class Reading {
- public:
-  /// @param owners the identifier of each application bundle, by path.
-  Reading(const TestPlatform& ada, const std::map<std::string, std::string>& owners) : ada_(ada), owners_(owners) {}
-
-  std::string text() {
-    find_applications();
-    caches();
-    entries("logs", library + "Logs", false);
-    leftovers();
-    installers();
-    entries("trash", "ada/.Trash", true);
-    return text_ + "total " + std::to_string(total_);
-  }
-
- private:
-  struct Row {
-    std::string label;
-    std::int64_t size;
-    Paths paths;
-  };
-  using Rows = std::vector<Row>;
-
-  inline static const std::string library = "ada/Library/";
-
-  fs::file_status status(const std::string& path) const { return fs::symlink_status(ada_.tree.path(path)); }
-  bool is_folder(const std::string& path) const { return fs::is_directory(status(path)); }
+  const test::Engine& of;
+  const test::TestPlatform& ada;
+  /// The identifier of each application bundle, by path.
+  const std::map<std::string, std::string>& owners;
+  std::map<std::string, std::string> labels = {};
+  std::string text = {};
 
   Paths list(const std::string& folder, bool hidden = false) const {
     Paths paths;
-    if (!is_folder(folder)) return paths;
-    for (const auto& entry : fs::directory_iterator(ada_.tree.path(folder))) {
-      const std::string path = (folder + "/").append(entry.path().filename());
-      if (hidden || path[folder.size() + 1] != '.') paths.push_back(path);
+    if (!fs::is_directory(fs::symlink_status(ada.tree.path(folder)))) return paths;
+    for (const auto& entry : fs::directory_iterator(ada.tree.path(folder))) {
+      const std::string name = entry.path().filename();
+      if (hidden || name[0] != '.') paths.push_back(folder + "/" + name);
     }
     std::sort(paths.begin(), paths.end());
     return paths;
   }
 
-  std::int64_t own_size(const std::string& path) const {
-    if (fs::is_symlink(status(path))) return std::ssize(fs::read_symlink(ada_.tree.path(path)).native());
-    return fs::is_regular_file(status(path)) ? static_cast<std::int64_t>(fs::file_size(ada_.tree.path(path))) : 0;
-  }
-
   std::int64_t size(const std::string& path) const {
-    std::int64_t bytes = own_size(path);
+    const fs::path full = ada.tree.path(path);
+    if (fs::is_symlink(full)) return std::ssize(fs::read_symlink(full).native());
+    std::int64_t bytes = fs::is_regular_file(full) ? static_cast<std::int64_t>(fs::file_size(full)) : 0;
     for (const std::string& entry : list(path, true)) bytes += size(entry);
     return bytes;
   }
 
-  std::int64_t size(const Paths& paths) const {
-    std::int64_t bytes = 0;
-    for (const std::string& path : paths) bytes += size(path);
-    return bytes;
-  }
-
-  static std::string name_of(const std::string& path) { return fs::path(path).filename(); }
-
-  void group(const std::string& type, const Rows& rows) {
-    std::int64_t bytes = 0;
-    std::string lines;
-    for (const Row& row : rows) {
-      lines += "  " + test::row_text(row.label, row.size, row.paths) + "\n";
-      bytes += row.size;
+  void group(Rows rows, bool sorted, bool also_empty) {
+    const auto before = [&](const auto& a, const auto& b) { return ada.platform.text.compare(a.first, b.first) < 0; };
+    if (sorted) std::stable_sort(rows.begin(), rows.end(), before);
+    for (const auto& [label, paths] : rows) {
+      std::int64_t bytes = 0;
+      for (const std::string& path : paths) bytes += size(path);
+      if (bytes > 0 || also_empty) text += test::row_text(label, bytes, paths) + "\n";
     }
-    text_ += type + " " + std::to_string(bytes) + "\n" + lines;
-    total_ += bytes;
   }
 
-  Rows sorted(Rows rows) const {
-    std::stable_sort(rows.begin(), rows.end(),
-                     [&](const Row& a, const Row& b) { return ada_.platform.text.compare(a.label, b.label) < 0; });
-    return rows;
-  }
-
-  void applications_in(const std::string& folder, int levels) {
+  void find_applications(const std::string& folder, int levels, bool also_in_bundles = false) {
     for (const std::string& entry : list(folder)) {
-      if (entry.ends_with(".app")) {
-        applications_.push_back(entry);
-      } else if (levels > 1 && entry != "Applications/Utilities") {
-        applications_in(entry, levels - 1);
-      }
+      if (owners.count(entry) > 0) labels[owners.at(entry)] = fs::path(entry).stem();
+      if (levels == 1 || entry == "Applications/Utilities" || (entry.ends_with(".app") && !also_in_bundles)) continue;
+      find_applications(entry, levels - 1, also_in_bundles);
     }
   }
 
-  void walk(const std::string& folder) {
-    for (const std::string& entry : list(folder)) {
-      if (entry.ends_with(".app")) applications_.push_back(entry);
-      walk(entry);
-    }
-  }
-
-  void find_applications() {
-    applications_in("Applications", 3);
-    applications_in("ada/Downloads", 1);
-    walk("ada/Documents");
-    walk("ada/Desktop");
-    applications_in("ada/Applications", 1);
-    for (const std::string& path : applications_) {
-      const auto owner = owners_.find(path);
-      if (owner == owners_.end()) continue;
-      const std::string name = name_of(path);
-      labels_by_identifier_[owner->second] = name.substr(0, name.size() - 4);
-    }
-  }
-
-  void caches() {
-    Rows rows;
-    const auto add = [&](const std::string& named, const std::string& cache) {
-      if (!is_folder(named) || size(cache) == 0 || !is_folder(cache)) return;
-      const auto known = labels_by_identifier_.find(name_of(named));
-      // An application known by its label has just that label, so only the identifier changes what is shown.
-      rows.push_back({known == labels_by_identifier_.end() ? name_of(named) : known->second, size(cache), {cache}});
-    };
-    for (const std::string& entry : list(library + "Caches")) add(entry, entry);
-    for (const std::string& entry : list(library + "Containers")) add(entry, entry + "/Data/Library/Caches");
-    group("caches", sorted(rows));
-  }
-
-  void entries(const std::string& type, const std::string& folder, bool trash) {
-    Rows rows;
-    for (const std::string& entry : list(folder, trash)) rows.push_back({name_of(entry), size(entry), {entry}});
-    group(type, trash ? rows : sorted(rows));
-  }
-
-  void leftovers() {
-    Paths all;
-    Paths orphans;
-    for (const std::string place :
-         {"Caches", "Containers", "Saved Application State", "Application Scripts", "Preferences"}) {
+  std::string read() {
+    find_applications("Applications", 3);
+    find_applications("ada/Documents", 99, true);
+    Rows caches, logs, leftovers, trash;
+    Paths all, orphans;
+    for (const std::string place : std::span(folders).first(5)) {
       for (const std::string& entry : list(library + place)) {
         all.push_back(entry);
-        std::string name = name_of(entry);
-        if (place == "Saved Application State") {
-          name = name.ends_with(".savedState") ? name.substr(0, name.size() - 11) : "";
-        }
-        if (place == "Preferences") name.resize(name.rfind('.'));
-        if (std::count(name.begin(), name.end(), '.') < 2 || name.find("apple") != std::string::npos) continue;
-        if (labels_by_identifier_.count(name) > 0 || std::count(orphans.begin(), orphans.end(), name) > 0) continue;
-        orphans.push_back(name);
+        const fs::path name = fs::path(entry).filename();
+        // An application known by its label has just that label, so only the identifier changes what is shown.
+        const std::string label = labels.count(name) > 0 ? labels.at(name) : name.string();
+        if (place == "Caches" && !list(entry, true).empty()) caches.push_back({label, {entry}});
+        if (place == "Containers") caches.push_back({label, {entry + "/Data/Library/Caches"}});
+        std::string orphan = place == "Preferences" ? name.stem() : name;
+        if (place == "Saved Application State") orphan = name.extension() == ".savedState" ? name.stem() : "";
+        if (std::count(orphan.begin(), orphan.end(), '.') < 2 || orphan.find("apple") != std::string::npos) continue;
+        if (labels.count(orphan) > 0 || std::count(orphans.begin(), orphans.end(), orphan) > 0) continue;
+        orphans.push_back(orphan);
       }
     }
-    Rows rows;
     for (const std::string& orphan : orphans) {
-      Paths files;
-      std::copy_if(all.begin(), all.end(), std::back_inserter(files), [&](const std::string& path) {
-        return lower(ada_.tree.path(path)).find(lower(orphan)) != std::string::npos;
-      });
-      if (size(files) > 0) rows.push_back({label_of_identifier(orphan), size(files), files});
-    }
-    group("remainders", sorted(rows));
-  }
-
-  static std::string label_of_identifier(const std::string& identifier) {
-    const auto capital = [](std::string text) {
-      if (!text.empty() && text[0] >= 'a' && text[0] <= 'z') text[0] = char(text[0] - 32);
-      return text;
-    };
-    const auto first = identifier.find('.') + 1;
-    return capital(identifier.substr(identifier.rfind('.') + 1)) + " by " +
-           capital(lower(identifier.substr(first, identifier.find('.', first) - first)));
-  }
-
-  void installers() {
-    Rows rows;
-    for (const std::string place :
-         {"ada/Downloads", "ada/Desktop", "ada/Documents", "ada/Library/Application Support"}) {
-      for (const std::string& entry : list(place)) {
-        const auto ends = [&](const char* extension) { return entry.ends_with(extension); };
-        const bool apk = ends(".apk") && place != "ada/Library/Application Support";
-        if (ends(".dmg") || ends(".pkg") || ends(".ipa") || apk)
-          rows.push_back({name_of(entry), own_size(entry), {entry}});
+      leftovers.push_back({of.remainders.setLabel(orphan), {}});
+      for (const std::string& path : all) {
+        if (path.find(orphan) != std::string::npos) leftovers.back().second.push_back(path);
       }
     }
-    group("installs", sorted(rows));
+    for (const auto& entry : list(library + "Logs")) logs.push_back({fs::path(entry).filename(), {entry}});
+    for (const auto& entry : list("ada/.Trash", true)) trash.push_back({fs::path(entry).filename(), {entry}});
+    group(caches, true, false);
+    group(logs, true, true);
+    group(leftovers, true, false);
+    group(trash, false, true);
+    return text;
   }
-
-  const TestPlatform& ada_;
-  const std::map<std::string, std::string>& owners_;
-  Paths applications_;
-  std::map<std::string, std::string> labels_by_identifier_;
-  std::string text_;
-  std::int64_t total_ = 0;
 };
-
-std::string scanned(const TestPlatform& ada, const Cleaner& cleaner) {
-  std::string text;
-  for (const SmartCategory& category : smart_categories()) {
-    if (category.type == "browsers" || category.type == "mails") continue;
-    text += std::string(category.type) + " " + std::to_string((cleaner.*category.outline)->size) + "\n";
-    for (const std::string& row : test::row_texts(ada, *(cleaner.*category.item))) text += "  " + row + "\n";
-  }
-  return text + "total " + std::to_string(cleaner.total_smart_size);
-}
 
 TEST(SmartScan, of_any_home_tells_what_a_plain_reading_of_the_rules_tells) {
   const auto seed = std::random_device{}();
-  SCOPED_TRACE("seed " + std::to_string(seed));
-  RecordProperty("seed", std::to_string(seed));
   std::mt19937 random(seed);
   const auto any_of = [&](const auto& list) { return std::string(list[random() % std::size(list)]); };
-  const auto place_of = [&](const auto& places) {
-    std::string path = any_of(places);
-    return path.replace(path.find('%'), 1, any_of(identifiers));
-  };
-  for (int home = 0; home < 40 && !testing::Test::HasFailure(); ++home) {
-    TestPlatform ada;
+  const auto named = [&](std::string path) { return path.replace(path.find('%'), 1, any_of(identifiers)); };
+  test::TestPlatform ada;  // one for all homes, because it stores its grants with a flush to the disk
+  for (int home = 0; home < 12 && !testing::Test::HasFailure(); ++home) {
+    for (const char* top : {"ada", "Applications"}) {
+      for (const auto& entry : fs::directory_iterator(ada.tree.path(top))) fs::remove_all(entry);
+    }
     std::map<std::string, std::string> owners;
     for (auto count = random() % 60; count > 0; --count) {
-      ada.tree.file(place_of(file_places), static_cast<std::int64_t>(random() % 4));
+      ada.tree.file(library + any_of(folders) + "/" + named(any_of(entries)), static_cast<int>(random() % 4));
     }
     for (auto count = random() % 8; count > 0; --count) {
-      const std::string path = place_of(application_places);
-      owners[path] = any_of(identifiers);
-      ada.application(path, owners[path]);
+      const std::string path = named(any_of(bundles) + "/%.app");
+      ada.application(path, owners[path] = any_of(identifiers));
     }
-    if (const std::string path = place_of(link_places); random() % 2 == 0) ada.tree.link(path, "../Downloads");
-    Engine of(ada);
+    ada.tree.link(library + named(any_of(links)), "../Downloads");
+    test::Engine of(ada);
     of.scan();
-    EXPECT_EQ(scanned(ada, of.cleaner), Reading(ada, owners).text()) << "home " << home;
+    std::string scanned;
+    for (const auto item :
+         {&Cleaner::apps_caches_item, &Cleaner::apps_logs_item, &Cleaner::apps_remainders_item, &Cleaner::trash_item}) {
+      for (const std::string& row : test::row_texts(ada, *(of.cleaner.*item))) scanned += row + "\n";
+    }
+    EXPECT_EQ(scanned, (Reading{of, ada, owners}.read())) << "seed " << seed;
   }
 }
 
