@@ -52,6 +52,7 @@ TEST(Bundle, is_not_read_through_links) {
     ASSERT_TRUE(!granted || files.granted().add(Grant::applications, tree.url()));
     EXPECT_EQ(Bundle(files, tree.url("A.app")).identifier(), "a.b");
     EXPECT_EQ(Bundle(files, tree.url("A.app")).image_resource("i"), tree.url("A.app/Contents/Resources/i.png"));
+    EXPECT_TRUE(Bundle(files, tree.url("A.app")).image_resource("../Info.plist").empty()) << "climbs out";
     for (const char* name : {"link.app", "B.app", "C.app", "D.app", "E.app", "F.app", "G.app", "none.app"}) {
       const Bundle bundle(files, tree.url(name));
       EXPECT_EQ(bundle.identifier(), std::nullopt) << name;

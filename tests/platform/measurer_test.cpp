@@ -101,6 +101,7 @@ TEST(Measurer, a_session_measures_each_folder_once) {
     TempTree tree;
     tree.file("t/a/x/1", 1).file("t/a/y/2", 20).file("t/a-/3", 300).file("t/b/4", 4000).file("t/b/c/5", 50'000);
     Measuring in(team);
+    ASSERT_TRUE(in.files.granted().add(Grant::home, tree.url()));
     {
       const Measurer::Session session(in.measurer);
       EXPECT_EQ(in.size(tree.url("t/a/x")), 1);
@@ -113,6 +114,15 @@ TEST(Measurer, a_session_measures_each_folder_once) {
     }
     EXPECT_EQ(in.size(tree.url("t")), read_plainly(tree.path("t"))) << "forgotten";
   }
+}
+
+TEST(Measurer, a_folder_behind_a_link_is_no_part_of_the_one_that_holds_the_link) {
+  TempTree tree;
+  tree.file("t/own", 1).file("elsewhere/sub/big", 4000).link("t/link", "../elsewhere");
+  Measuring in(teams[0]);
+  const Measurer::Session session(in.measurer);
+  EXPECT_EQ(in.size(tree.url("t/link/sub")), 4000) << "outside the grants a typed path may lead through a link";
+  EXPECT_EQ(in.size(tree.url("t")), read_plainly(tree.path("t")));
 }
 
 TEST(Measurer, sums_do_not_depend_on_what_threads_planned_and_asked_before) {

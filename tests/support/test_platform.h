@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "platform/platform.h"
-#include "tools/bundle_files.h"
 #include "tests/support/temp_tree.h"
+#include "tools/bundle_files.h"
 
 namespace tarnby::test {
 
