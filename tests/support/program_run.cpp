@@ -1,17 +1,15 @@
 #include "tests/support/program_run.h"
 
 #include <fcntl.h>
-#include <poll.h>
 #include <pty.h>
-#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
 #include <csignal>
-#include <cstdlib>
 #include <system_error>
+#include <utility>
 
 namespace tarnby::test {
 
@@ -21,50 +19,23 @@ void must(bool worked, const char* what) {
   if (!worked) throw std::system_error(errno, std::generic_category(), what);
 }
 
-/// The words and the environment as execve(2) wants them.
-class ExecLists {
- public:
-  explicit ExecLists(const ProgramRun& run) : words_(run.words) {
-    for (const auto& [name, value] : run.environment) variables_.emplace_back(name).append("=").append(value);
-    for (char** variable = environ; *variable != nullptr; ++variable) {
-      if (std::string_view(*variable).find("SAN_OPTIONS=") != std::string_view::npos) {
-        variables_.emplace_back(*variable);
-      }
-    }
-    for (auto [strings, pointers] : {std::pair(&words_, &argv_), std::pair(&variables_, &envp_)}) {
-      for (std::string& text : *strings) pointers->push_back(text.data());
-      pointers->push_back(nullptr);
-    }
-  }
-
-  [[noreturn]] void exec() {
-    execve(argv_.front(), argv_.data(), envp_.data());
-    _exit(127);
-  }
-
- private:
-  std::vector<std::string> words_;
-  std::vector<std::string> variables_;
-  std::vector<char*> argv_;
-  std::vector<char*> envp_;
-};
-
-/// In the child, between fork(2) and execve(2).
-void prepare_child(const ProgramRun& run) {
-  (void)std::signal(SIGPIPE, SIG_DFL);
+/// In the child, after fork(2).
+[[noreturn]] void become(const ProgramRun& run) {
   if (!run.folder.empty() && chdir(run.folder.c_str()) != 0) _exit(126);
-  if (run.largest_file) {
-    const rlimit limit = {*run.largest_file, *run.largest_file};
-    if (setrlimit(RLIMIT_FSIZE, &limit) != 0) _exit(126);
+  std::vector<std::string> words = run.words;
+  std::vector<std::string> variables;
+  for (const auto& [name, value] : run.environment) variables.emplace_back(name).append("=").append(value);
+  for (char** variable = environ; *variable != nullptr; ++variable) {
+    if (std::string_view(*variable).find("SAN_OPTIONS=") != std::string_view::npos) variables.emplace_back(*variable);
   }
-}
-
-void place_output(const ProgramRun& run, int pipe_end) {
-  if (run.output == ProgramRun::Output::closed) {
-    close(STDOUT_FILENO);
-  } else {
-    dup2(run.output == ProgramRun::Output::full ? open("/dev/full", O_WRONLY | O_CLOEXEC) : pipe_end, STDOUT_FILENO);
-  }
+  std::vector<char*> argv;
+  std::vector<char*> envp;
+  for (std::string& word : words) argv.push_back(word.data());
+  for (std::string& variable : variables) envp.push_back(variable.data());
+  argv.push_back(nullptr);
+  envp.push_back(nullptr);
+  execve(argv.front(), argv.data(), envp.data());
+  _exit(127);
 }
 
 int status_of_ended(pid_t child) {
@@ -73,74 +44,49 @@ int status_of_ended(pid_t child) {
   return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
 }
 
-struct Pipe {
-  Descriptor read_end;
-  Descriptor write_end;
-
-  Pipe() {
-    int ends[2] = {-1, -1};
-    must(pipe2(ends, O_CLOEXEC) == 0, "pipe");
-    read_end = Descriptor(ends[0]);
-    write_end = Descriptor(ends[1]);
-  }
-};
-
-/// Reads both until both have ended.
-void read_to_end(int out, int err, ProgramResult& result) {
-  std::array<pollfd, 2> ends = {pollfd{out, POLLIN, 0}, pollfd{err, POLLIN, 0}};
-  const std::array<std::string*, 2> texts = {&result.out, &result.err};
-  while (ends[0].fd >= 0 || ends[1].fd >= 0) {
-    if (poll(ends.data(), ends.size(), -1) < 0) must(errno == EINTR, "poll");
-    for (std::size_t at = 0; at < ends.size(); ++at) {
-      if (ends[at].fd < 0 || ends[at].revents == 0) continue;
-      std::array<char, 65536> buffer = {};
-      const ssize_t count = read(ends[at].fd, buffer.data(), buffer.size());
-      if (count > 0) texts[at]->append(buffer.data(), static_cast<std::size_t>(count));
-      if (count == 0) ends[at].fd = -1;
-    }
-  }
+/// Appends what comes next; false at the end, and when the last one who had a terminal open has closed it.
+bool read_some(const Descriptor& from, std::string& text) {
+  std::array<char, 65536> buffer = {};
+  const ssize_t count = read(from.get(), buffer.data(), buffer.size());
+  if (count > 0) text.append(buffer.data(), static_cast<std::size_t>(count));
+  return count > 0 || (count < 0 && errno == EINTR);
 }
 
 }  // namespace
 
 ProgramResult run_program(const ProgramRun& run) {
-  (void)std::signal(SIGPIPE, SIG_IGN);  // a program may end without having read its input
-  ExecLists lists(run);
-  Pipe in;
-  Pipe out;
-  Pipe err;
+  std::array<int, 2> out = {};
+  std::array<int, 2> err = {};
+  must(pipe2(out.data(), O_CLOEXEC) == 0 && pipe2(err.data(), O_CLOEXEC) == 0, "pipe");
   const pid_t child = fork();
   must(child >= 0, "fork");
   if (child == 0) {
-    prepare_child(run);
-    dup2(err.write_end.get(), STDERR_FILENO);
-    place_output(run, out.write_end.get());
-    if (run.input_is_closed) {
-      close(STDIN_FILENO);
-    } else {
-      dup2(in.read_end.get(), STDIN_FILENO);
-    }
-    lists.exec();
+    dup2(open("/dev/null", O_RDONLY | O_CLOEXEC), STDIN_FILENO);
+    dup2(out[1], STDOUT_FILENO);
+    dup2(err[1], STDERR_FILENO);
+    become(run);
   }
-  for (Descriptor* end : {&in.read_end, &out.write_end, &err.write_end}) end->reset();
-  (void)!write(in.write_end.get(), run.input.data(), run.input.size());
-  in.write_end.reset();
+  for (const int end : {out[1], err[1]}) close(end);
+  const Descriptor out_end(out[0]);
+  const Descriptor err_end(err[0]);
   ProgramResult result;
-  read_to_end(out.read_end.get(), err.read_end.get(), result);
+  while (read_some(out_end, result.out)) continue;
+  while (read_some(err_end, result.err)) continue;  // short enough to have waited in the pipe
   result.status = status_of_ended(child);
   return result;
 }
 
+ProgramRun after_shell(const std::string& script, ProgramRun run) {
+  run.words.insert(run.words.begin(), {"/bin/sh", "-c", script + R"( exec "$0" "$@")"});
+  return run;
+}
+
 TerminalProgram::TerminalProgram(const ProgramRun& run, unsigned short columns) {
-  ExecLists lists(run);
   const winsize size = {24, columns, 0, 0};
   int terminal = -1;
   child_ = forkpty(&terminal, nullptr, nullptr, &size);
   must(child_ >= 0, "forkpty");
-  if (child_ == 0) {
-    prepare_child(run);
-    lists.exec();
-  }
+  if (child_ == 0) become(run);
   terminal_ = Descriptor(terminal);
 }
 
@@ -151,15 +97,9 @@ TerminalProgram::~TerminalProgram() {
 }
 
 bool TerminalProgram::read_more() {
-  std::array<char, 4096> buffer = {};
-  const ssize_t count = read(terminal_.get(), buffer.data(), buffer.size());
-  if (count < 0 && errno == EINTR) return true;
-  if (count <= 0) return false;  // the last one who had the terminal open has closed it
-  for (const char c : std::string_view(buffer.data(), static_cast<std::size_t>(count))) {
-    if (c == '\n' && shown_.ends_with('\r')) shown_.pop_back();
-    shown_ += c;
-  }
-  return true;
+  const bool is_open = read_some(terminal_, shown_);
+  std::erase(shown_, '\r');
+  return is_open;
 }
 
 bool TerminalProgram::shows(std::string_view text) {
@@ -175,10 +115,7 @@ void TerminalProgram::type(std::string_view keys) {
 
 ProgramResult TerminalProgram::finish() {
   while (read_more()) continue;
-  ProgramResult result;
-  result.status = status_of_ended(std::exchange(child_, -1));
-  result.out = shown_;
-  return result;
+  return {status_of_ended(std::exchange(child_, -1)), shown_, {}};
 }
 
 }  // namespace tarnby::test

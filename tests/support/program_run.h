@@ -2,9 +2,7 @@
 
 #include <sys/types.h>
 
-#include <cstdint>
 #include <map>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,20 +11,11 @@
 
 namespace tarnby::test {
 
-/// One run of a program, without a shell in between.
+/// One run of a program, without a shell in between and without anything to read.
 struct ProgramRun {
-  enum class Output : std::uint8_t { kept, closed, full };
-
-  /// Its path, then its arguments.
   std::vector<std::string> words;
   /// The whole environment; only the options of sanitizers are added.
   std::map<std::string, std::string> environment;
-  std::string input = {};
-  /// Where its standard output goes.
-  Output output = Output::kept;
-  bool input_is_closed = false;
-  /// No file that it writes may grow beyond that many bytes (setrlimit(2)).
-  std::optional<std::uint64_t> largest_file = {};
   /// Its working folder; empty: this one's.
   std::string folder = {};
 };
@@ -40,6 +29,9 @@ struct ProgramResult {
 
 /// Runs it to its end.
 ProgramResult run_program(const ProgramRun& run);
+
+/// The same run after the shell has done what the script says, such as "ulimit -f 0;" or "exec >/dev/full;".
+ProgramRun after_shell(const std::string& script, ProgramRun run);
 
 /// A program that runs in a terminal window of its own: what it writes, to whichever handle, is what the window shows.
 class TerminalProgram {

@@ -6,7 +6,7 @@
 
 namespace tarnby::test {
 
-/// Everything below a folder by its relative path: kind, size, modification time, permissions, and where a link points.
+/// Everything below a folder by its path: kind, size, modification time, permissions, and where a link points.
 using Snapshot = std::map<std::string, std::string>;
 
 Snapshot snapshot_of(const std::string& folder);
