@@ -5,6 +5,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
@@ -19,6 +20,13 @@ void must(bool worked, const char* what) {
   if (!worked) throw std::system_error(errno, std::generic_category(), what);
 }
 
+/// As execve(2) wants them.
+std::vector<char*> pointers_to(std::vector<std::string>& texts) {
+  std::vector<char*> pointers(texts.size() + 1);
+  std::ranges::transform(texts, pointers.begin(), [](std::string& text) { return text.data(); });
+  return pointers;
+}
+
 /// In the child, after fork(2).
 [[noreturn]] void become(const ProgramRun& run) {
   if (!run.folder.empty() && chdir(run.folder.c_str()) != 0) _exit(126);
@@ -28,13 +36,7 @@ void must(bool worked, const char* what) {
   for (char** variable = environ; *variable != nullptr; ++variable) {
     if (std::string_view(*variable).find("SAN_OPTIONS=") != std::string_view::npos) variables.emplace_back(*variable);
   }
-  std::vector<char*> argv;
-  std::vector<char*> envp;
-  for (std::string& word : words) argv.push_back(word.data());
-  for (std::string& variable : variables) envp.push_back(variable.data());
-  argv.push_back(nullptr);
-  envp.push_back(nullptr);
-  execve(argv.front(), argv.data(), envp.data());
+  execve(words.front().c_str(), pointers_to(words).data(), pointers_to(variables).data());
   _exit(127);
 }
 

@@ -37,7 +37,6 @@ ProgramRun after_shell(const std::string& script, ProgramRun run);
 class TerminalProgram {
  public:
   explicit TerminalProgram(const ProgramRun& run, unsigned short columns = 80);
-  /// Ends it when it still runs.
   ~TerminalProgram();
   TerminalProgram(const TerminalProgram&) = delete;
   TerminalProgram& operator=(const TerminalProgram&) = delete;
