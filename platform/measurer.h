@@ -25,9 +25,9 @@ struct MeasuredEntry {
 /// saturate. Memory does not grow with the number of files.
 ///
 /// Within a Session every folder whose size is asked for is measured once and remembered, also when it lies inside
-/// another one that is asked for later, and so are the entries of a folder, apart from those. What is known to be wanted
-/// can be planned ahead: the workers then measure while the caller does other work. Any thread may call; one session at
-/// a time.
+/// another one that is asked for later, and so are the entries of a folder, apart from those. What is known to be
+/// wanted can be planned ahead: the workers then measure while the caller does other work. Any thread may call; one
+/// session at a time.
 class Measurer {
  public:
   explicit Measurer(FileManager& files) : files_(files) {}

@@ -130,7 +130,8 @@ struct TraversalStart {
 class Traversal {
  public:
   /// @param workers how many folders are read at once; 0 chooses for this machine.
-  /// @param handles how many handles it may keep open; 0 takes a third of what this process is allowed. Past that number
+  /// @param handles how many handles it may keep open; 0 takes a third of what this process is allowed. Past that
+  /// number
   ///   it gives handles up and opens folders again on the way back, recognising them by their identity.
   explicit Traversal(unsigned workers = 0, std::size_t handles = 0);
   /// Cancels what is running and waits for it to end.
