@@ -15,6 +15,9 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 
 TEST(Terminal, removes_only_after_a_yes) {
+#ifdef __SANITIZE_THREAD__
+  GTEST_SKIP() << "the thread sanitizer holds a signal back while the program waits for an answer";
+#endif
   struct Case {
     const char* why;
     const char* keys;
