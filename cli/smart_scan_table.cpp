@@ -4,6 +4,7 @@
 #include <map>
 
 #include "cli/table.h"
+#include "engine/entry_text.h"
 #include "engine/smart_selection.h"
 #include "platform/bytes.h"
 
@@ -13,49 +14,12 @@ namespace {
 
 constexpr std::size_t rows_in_window = 12;
 
-/// How people call a client; the engine knows it by its type.
-struct ClientName {
-  std::string_view type;
-  std::string_view name;
-};
-
-constexpr ClientName client_names[] = {{"chrome", "Google Chrome"}, {"mozilla", "Firefox"}, {"safari", "Safari"},
-                                       {"apple-mail", "Mail"},      {"airmail", "Airmail"}, {"spark", "Spark"}};
-
-struct ReadableLabel {
-  std::string operator()(const std::shared_ptr<CacheItem>& item) const { return item->label; }
-  std::string operator()(const std::shared_ptr<LargeFile>& file) const { return file->name; }
-  std::string operator()(const std::shared_ptr<RemainderItem>& item) const { return item->label; }
-  std::string operator()(const std::shared_ptr<CleanerItem>& item) const {
-    const auto* row = std::find_if(std::begin(client_names), std::end(client_names),
-                                   [&](const ClientName& client) { return client.type == item->type; });
-    return row == std::end(client_names) ? item->type : std::string(row->name);
-  }
-};
-
-std::string label_of(const CleanerEntry& entry) {
-  return one_line(std::visit(ReadableLabel{}, entry));
-}
-
-/// Roughly where an entry lies, as it is told to people: "~/Library/Caches", "~/Library/Containers/…".
-std::string place_of(const CleanerEntry& entry, const Url& home) {
-  const auto urls = locations_of(entry);
-  if (urls.empty()) return {};
-  const Url folder = urls.front().parent();
-  std::string place = folder.path();
-  if (folder.is_within(home)) place.replace(0, home.path().size(), "~");
-  std::size_t end = 0;
-  for (int components = 0; components < 3 && end != std::string::npos; ++components) end = place.find('/', end + 1);
-  if (end != std::string::npos) place = place.substr(0, end) + "/…";
-  return one_line(place);
-}
-
 /// One group on its way into the table.
 class GroupLines {
  public:
   GroupLines(const Text& text, const Url& home, const CleanerItem& item, Table& table)
       : text_(text), home_(home), items_(item.items), table_(table) {
-    for (const CleanerEntry& entry : items_) ++times_[label_of(entry)];
+    for (const CleanerEntry& entry : items_) ++times_[one_line(label_of(entry))];
   }
 
   void add(std::size_t most) {
@@ -73,8 +37,8 @@ class GroupLines {
 
   /// Where it lies tells entries of the same name apart.
   std::string label(const CleanerEntry& entry) const {
-    std::string label = label_of(entry);
-    if (times_.at(label) > 1) label += "  in " + place_of(entry, home_);
+    std::string label = one_line(label_of(entry));
+    if (times_.at(label) > 1) label += "  in " + one_line(place_of(entry, home_));
     return label;
   }
 

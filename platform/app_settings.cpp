@@ -81,7 +81,6 @@ void AppSettings::count_launch() {
   initialize_applications_settings();
   add_integer("appLaunchCount", 1);
   if (!boolean("Uninstaller Orvane")) add_integer("UOLaunchCount", 1);
-  (void)synchronize();  // what could not be written now goes with the next change that is
 }
 
 }  // namespace tarnby

@@ -49,7 +49,7 @@ class AppSettings {
   void initialize_applications_settings();
 
   /// The settings side of a launch, in order: the category flags, "appLaunchCount" + 1, "UOLaunchCount" + 1 unless
-  /// "Uninstaller Orvane" is true, and all of it to the disk.
+  /// "Uninstaller Orvane" is true. The caller brings it to the disk.
   void count_launch();
 
  private:

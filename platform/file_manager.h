@@ -63,6 +63,11 @@ class FileManager {
   /// The workers, for jobs of this layer.
   Traversal& traversal() { return traversal_; }
 
+  /// Ends every walk and measurement that runs, and each one begun from now on, at once and with what it has, until
+  /// `look_again`; removals go on. For when nobody waits for the result any more.
+  void stop_looking() { traversal_.stop_looking(); }
+  void look_again() { traversal_.look_again(); }
+
   /// The immediate entries of a folder in byte order of their names; empty when it is no folder or cannot be read.
   std::vector<Entry> list(const Url& folder, Hidden hidden = Hidden::skip) const;
   /// The same, their locations only.

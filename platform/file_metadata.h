@@ -23,6 +23,9 @@ class FileMetadata {
 
   /// When its content last changed; none when there is no such folder. On Linux the bundle folder's modification time.
   virtual std::optional<Moment> content_change_date(const Url& application) const = 0;
+
+  /// When any entry itself last changed; none when there is no such entry.
+  virtual std::optional<Moment> modification_date(const Url& entry) const = 0;
 };
 
 /// The number of whole 24-hour periods from one moment to another; below 0 when the first is later.

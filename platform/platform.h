@@ -8,6 +8,7 @@
 #include "platform/bookmarks.h"
 #include "platform/file_manager.h"
 #include "platform/file_metadata.h"
+#include "platform/localization.h"
 #include "platform/measurer.h"
 #include "platform/notification_center.h"
 #include "platform/queues.h"
@@ -48,6 +49,7 @@ class Platform {
  public:
   const Session session;
   const Text text;
+  const Localization localization;
   AppSettings app_settings;
   FileManager files;
   Measurer measurer;
@@ -59,6 +61,8 @@ class Platform {
   ApplicationDelegate* application_delegate = nullptr;
   /// The present moment, in whole seconds.
   std::function<Moment()> now;
+  /// Writes a line into the system's log: syslog(3).
+  std::function<void(std::string_view line)> system_log;
 };
 
 }  // namespace tarnby

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <chrono>
 #include <condition_variable>
 #include <deque>
 #include <functional>
+#include <map>
 #include <mutex>
 #include <optional>
 #include <thread>
@@ -18,12 +20,17 @@ class MainQueue {
 
   /// Hands work over and returns at once. Any thread may call.
   virtual void async(Work work) = 0;
+
+  /// Hands work over that is to run once this much time has passed; what is due at the same moment runs in the order in
+  /// which it was handed over. Main thread only.
+  virtual void after(std::chrono::milliseconds delay, Work work) = 0;
 };
 
 /// A main queue of our own, for programs without an event loop: the thread that calls `run` is the main thread.
 class PlainMainQueue final : public MainQueue {
  public:
   void async(Work work) override;
+  void after(std::chrono::milliseconds delay, Work work) override;
 
   /// Runs what is handed over, waiting for more, until `quit`.
   void run();
@@ -33,15 +40,19 @@ class PlainMainQueue final : public MainQueue {
   void quit();
 
  private:
+  using Clock = std::chrono::steady_clock;
+
   std::optional<Work> take(bool wait);
+  void take_due();
 
   std::mutex mutex_;
   std::condition_variable arrived_;
   std::deque<Work> waiting_;
+  std::multimap<Clock::time_point, Work> later_;
   bool quitting_ = false;
 };
 
-/// Runs work on a thread of its own, one after the other. Its end waits for what was handed over.
+/// Runs work on a thread of its own, one after the other. Its end finishes it.
 class BackgroundQueue {
  public:
   using Work = std::function<void()>;
@@ -53,6 +64,9 @@ class BackgroundQueue {
 
   /// Hands work over and returns at once. Any thread may call.
   void async(Work work) { queue_.async(std::move(work)); }
+
+  /// Waits for what was handed over before; nothing is taken any more afterwards.
+  void finish();
 
  private:
   PlainMainQueue queue_;

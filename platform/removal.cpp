@@ -118,6 +118,7 @@ class RemovalJob final : public TraversalJob {
   }
 
   bool keeps_handles() const override { return true; }
+  bool only_looks() const override { return false; }
 
   void visit(const TraversedFolder& folder, int handle, std::span<const RawEntry> entries,
              FoldersToEnter& enter) override {

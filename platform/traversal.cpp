@@ -59,6 +59,7 @@ void Traversal::start(TraversalJob& job, std::span<const TraversalStart> starts,
   if (starts.empty()) return;
   const std::lock_guard lock(mutex_);
   if (job.unfinished_ == 0) running_.push_back(&job);
+  if (stopped_ && job.only_looks()) job.cancel();
   job.unfinished_ += starts.size();
   for (const TraversalStart& start : starts) {
     // Owned by its users from here on; done_with deletes it when the last one goes.
@@ -81,6 +82,19 @@ void Traversal::wait(TraversalJob& job) {
 void Traversal::run(TraversalJob& job, std::span<const TraversalStart> starts) {
   start(job, starts, Turn::now);
   wait(job);
+}
+
+void Traversal::stop_looking() {
+  const std::lock_guard lock(mutex_);
+  stopped_ = true;
+  for (TraversalJob* job : running_) {
+    if (job->only_looks()) job->cancel();
+  }
+}
+
+void Traversal::look_again() {
+  const std::lock_guard lock(mutex_);
+  stopped_ = false;
 }
 
 /// Wakes idle workers, or makes new ones, for so many new tasks. Under the mutex.

@@ -110,6 +110,9 @@ class TraversalJob {
   /// True when a folder's handle must stay open until its children have been left, not only opened.
   virtual bool keeps_handles() const { return false; }
 
+  /// True when nothing is lost by ending it before its time: a job that only looks.
+  virtual bool only_looks() const { return true; }
+
   /// Visits nothing more. Any thread may call, at any time.
   void cancel() { cancelled_.store(true, std::memory_order_relaxed); }
   bool cancelled() const { return cancelled_.load(std::memory_order_relaxed); }
@@ -151,6 +154,10 @@ class Traversal {
   /// start and wait.
   void run(TraversalJob& job, std::span<const TraversalStart> starts);
 
+  /// Ends the jobs that only look, and each that is started from now on, at once, until `look_again`.
+  void stop_looking();
+  void look_again();
+
  private:
   struct Task {
     TraversedFolder* folder;
@@ -183,6 +190,7 @@ class Traversal {
   std::vector<TraversalJob*> running_;
   std::vector<std::thread> workers_;
   std::size_t idle_ = 0;
+  bool stopped_ = false;
   bool ending_ = false;
 };
 

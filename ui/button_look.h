@@ -20,25 +20,30 @@ class Pressable : public Base {
     this->setCursor(Qt::PointingHandCursor);
   }
 
-  /// True when the keyboard is on this button, unless it only came with a click: a ring after every click would
-  /// distract.
-  bool shows_focus() const { return this->hasFocus() && !clicked_; }
+  /// True when the keyboard is on this button and is being used: a ring after every click, or on a screen that has just
+  /// appeared, would distract.
+  bool shows_focus() const { return this->hasFocus() && by_keyboard_; }
 
  protected:
   void keyPressEvent(QKeyEvent* event) override {
-    clicked_ = false;
+    by_keyboard_ = true;
     this->update();
     if (event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter) return Base::keyPressEvent(event);
     if (!event->isAutoRepeat()) this->click();
   }
   void focusInEvent(QFocusEvent* event) override {
-    if (event->reason() != Qt::ActiveWindowFocusReason) clicked_ = event->reason() == Qt::MouseFocusReason;
+    const Qt::FocusReason reason = event->reason();
+    const bool back_again = reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason;
+    if (!back_again) {
+      by_keyboard_ =
+          reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason || reason == Qt::ShortcutFocusReason;
+    }
     Base::focusInEvent(event);
   }
   bool hitButton(const QPoint& at) const override { return this->rect().contains(at); }
 
  private:
-  bool clicked_ = false;  // the focus came with a click, and no key has been used since
+  bool by_keyboard_ = false;  // the focus came with a key, or a key has been used since
 };
 
 /// Lays the pointer's and the finger's shade over what `button` has drawn within `shape`.

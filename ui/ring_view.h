@@ -21,6 +21,7 @@ class RingView : public Drawing {
 
   void show_number(const QString& number);
   void show_caption(const QString& caption);
+  NumberLabel* number() const { return number_; }
 
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override;

@@ -16,6 +16,7 @@ constexpr QColor rgb(unsigned value) {
 inline constexpr QColor background = rgb(0x515360);
 inline constexpr QColor wave_ground = rgb(0x5E6070);             // the brightest curve that lines of text stand on
 inline constexpr QColor panel = QColor(0x1E, 0x1F, 0x26, 71);    // 28 % over the background
+inline constexpr QColor sheet = rgb(0x454752);                   // a card that lies over the window
 inline constexpr QColor card = QColor(0xFF, 0xFF, 0xFF, 18);     // 7 %: a card lifted off the background
 inline constexpr QColor hover = QColor(0xFF, 0xFF, 0xFF, 15);    // 6 %: a row under the pointer
 inline constexpr QColor pointed = QColor(0xFF, 0xFF, 0xFF, 18);  // a button under the pointer

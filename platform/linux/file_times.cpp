@@ -31,6 +31,12 @@ class FileTimes final : public FileMetadata {
     return Moment(std::chrono::seconds(info.st_mtim.tv_sec));
   }
 
+  std::optional<Moment> modification_date(const Url& entry) const override {
+    struct stat info = {};
+    if (!look(entry, info)) return {};
+    return Moment(std::chrono::seconds(info.st_mtim.tv_sec));
+  }
+
  private:
   bool look(const Url& url, struct stat& info) const {
     PlaceCursor cursor(files_.granted());

@@ -1,5 +1,7 @@
 #include "platform/platform.h"
 
+#include <syslog.h>
+
 #include "platform/linux/file_times.h"
 
 namespace tarnby {
@@ -27,7 +29,8 @@ Platform::Platform(Session user, std::unique_ptr<SettingsStore> settings, MainQu
       bookmarks(*settings_, files.granted()),
       metadata(*metadata_),
       main_queue(queue),
-      now([] { return std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now()); }) {}
+      now([] { return std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now()); }),
+      system_log([](std::string_view line) { syslog(LOG_INFO, "%.*s", static_cast<int>(line.size()), line.data()); }) {}
 
 Platform& Platform::shared() {
   static PlainMainQueue main_queue;

@@ -1,0 +1,31 @@
+#include "app/app_context.h"
+
+#include <QLocale>
+
+#include "platform/text.h"
+
+namespace tarnby {
+
+QString AppContext::text(const char* english) const {
+  return QString::fromStdString(platform.localization.text(english));
+}
+
+QString AppContext::text(const char* english, std::initializer_list<QString> values) const {
+  std::vector<std::string> owned;
+  for (const QString& value : values) owned.push_back(value.toStdString());
+  return QString::fromStdString(platform.localization.text(english, owned));
+}
+
+QString AppContext::byte_count(std::int64_t bytes) const {
+  return QString::fromStdString(platform.text.byte_count(bytes));
+}
+
+QString AppContext::number(std::int64_t number) const {
+  return QLocale().toString(static_cast<qlonglong>(number));
+}
+
+void AppContext::flush_settings() {
+  errands.async([&settings = platform.app_settings] { (void)settings.synchronize(); });
+}
+
+}  // namespace tarnby

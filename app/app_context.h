@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QString>
+#include <atomic>
+#include <functional>
+#include <initializer_list>
+
+#include "app/app_delegate.h"
+#include "app/folder_chooser.h"
+#include "app/removal_run.h"
+#include "engine/cleaner.h"
+#include "platform/platform.h"
+#include "platform/workspace.h"
+#include "ui/animation_clock.h"
+
+namespace tarnby {
+
+/// What every screen needs, in one place. Outlives the screens. Main thread only, but for what says otherwise.
+struct AppContext {
+  Platform& platform;
+  AnimationClock& clock;
+  AppDelegate& appDelegate;
+  /// Scans and removals, one after the other.
+  BackgroundQueue& background;
+  /// Short looks and writes that a scan must not hold up.
+  BackgroundQueue& errands;
+  Workspace& workspace;
+  FolderChooser& folder_chooser;
+  /// The engine; made when it is first asked for, since it takes the grants as they are then.
+  std::function<Cleaner&()> sharedCleaner;
+  RemovalRun removal = {};
+  /// Set when the program is to end: a removal finishes the entry in hand and leaves the rest. Any thread.
+  std::atomic<bool> ending{false};
+
+  /// The text in the user's language; `values` take the places of its "%@".
+  QString text(const char* english) const;
+  QString text(const char* english, std::initializer_list<QString> values) const;
+  QString byte_count(std::int64_t bytes) const;
+  /// A whole number in the user's locale.
+  QString number(std::int64_t number) const;
+
+  /// Brings the settings to the disk soon, without waiting for it.
+  void flush_settings();
+};
+
+}  // namespace tarnby

@@ -1,0 +1,101 @@
+#include "app/desktop/desktop_look.h"
+
+#include <QApplication>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QDBusVariant>
+#include <QPalette>
+#include <QSettings>
+#include <QStandardPaths>
+#include <array>
+
+#include "ui/motion.h"
+#include "ui/theme.h"
+
+namespace tarnby {
+
+namespace {
+
+QPalette dark_palette() {
+  QPalette colors;
+  const QColor deep = theme::rgb(0x33353E);
+  colors.setColor(QPalette::Window, theme::sheet);
+  colors.setColor(QPalette::WindowText, theme::text);
+  colors.setColor(QPalette::Base, deep);
+  colors.setColor(QPalette::AlternateBase, theme::sheet);
+  colors.setColor(QPalette::Text, theme::text);
+  colors.setColor(QPalette::PlaceholderText, theme::faint);
+  colors.setColor(QPalette::Button, theme::background);
+  colors.setColor(QPalette::ButtonText, theme::text);
+  colors.setColor(QPalette::BrightText, theme::text);
+  colors.setColor(QPalette::Highlight, theme::accent);
+  colors.setColor(QPalette::HighlightedText, theme::on_accent);
+  colors.setColor(QPalette::Link, theme::gradient_start);
+  colors.setColor(QPalette::ToolTipBase, deep);
+  colors.setColor(QPalette::ToolTipText, theme::text);
+  for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+    colors.setColor(QPalette::Disabled, role, theme::faint);
+  }
+  return colors;
+}
+
+/// One desktop's file in which a person asks for less motion.
+struct MotionFile {
+  const char* path;  // below the configuration folder
+  const char* key;
+  const char* still;  // the value that means no motion
+};
+
+// GTK: settings.ini; KDE: kdeglobals, a factor on every duration.
+constexpr std::array motion_files = {
+    MotionFile{"gtk-4.0/settings.ini", "Settings/gtk-enable-animations", "false"},
+    MotionFile{"gtk-3.0/settings.ini", "Settings/gtk-enable-animations", "false"},
+    MotionFile{"gtk-4.0/settings.ini", "Settings/gtk-enable-animations", "0"},
+    MotionFile{"gtk-3.0/settings.ini", "Settings/gtk-enable-animations", "0"},
+    MotionFile{"kdeglobals", "KDE/AnimationDurationFactor", "0"},
+};
+
+bool files_ask_for_stillness() {
+  for (const MotionFile& row : motion_files) {
+    const QString path = QStandardPaths::locate(QStandardPaths::GenericConfigLocation, QString::fromLatin1(row.path));
+    if (path.isEmpty()) continue;
+    const QVariant value = QSettings(path, QSettings::IniFormat).value(QLatin1String(row.key));
+    if (value.toString() == QLatin1String(row.still)) return true;
+  }
+  return false;
+}
+
+/// Asks the desktop portal, which answers later; where there is none, nothing happens.
+void ask_portal_for_stillness(QApplication& application) {
+  const QDBusConnection bus = QDBusConnection::sessionBus();
+  if (!bus.isConnected()) return;
+  QDBusMessage call = QDBusMessage::createMethodCall(
+      QStringLiteral("org.freedesktop.portal.Desktop"), QStringLiteral("/org/freedesktop/portal/desktop"),
+      QStringLiteral("org.freedesktop.portal.Settings"), QStringLiteral("Read"));
+  call.setAutoStartService(false);
+  call << QStringLiteral("org.gnome.desktop.interface") << QStringLiteral("enable-animations");
+  auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(call), &application);
+  QObject::connect(watcher, &QDBusPendingCallWatcher::finished, watcher, [watcher] {
+    const QDBusPendingReply<QDBusVariant> reply = *watcher;
+    watcher->deleteLater();
+    if (reply.isError()) return;
+    QVariant value = reply.value().variant();
+    // Older portals wrap the value twice.
+    if (value.canConvert<QDBusVariant>()) value = value.value<QDBusVariant>().variant();
+    if (value.isValid() && !value.toBool()) motion::set_reduced(true);
+  });
+}
+
+}  // namespace
+
+void take_desktop_look(QApplication& application) {
+  QApplication::setStyle(QStringLiteral("Fusion"));
+  QApplication::setPalette(dark_palette());
+  QApplication::setFont(theme::font(theme::Type::detail));
+  motion::set_reduced(files_ask_for_stillness());
+  ask_portal_for_stillness(application);
+}
+
+}  // namespace tarnby

@@ -1,0 +1,72 @@
+#include "app/desktop/desktop_workspace.h"
+
+#include <QCoreApplication>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QDesktopServices>
+#include <QDir>
+#include <QFileInfo>
+#include <QWidget>
+
+#include "app/desktop/information_window.h"
+#include "app/desktop/preview_panel.h"
+
+namespace tarnby {
+
+namespace {
+
+/// Where the program's resources are: beside an installed program, or in the folder that it was built from.
+QString resource_path(std::string_view name) {
+  const QString file = QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()));
+  const QString installed = QCoreApplication::applicationDirPath() + QStringLiteral("/../share/tarnby-cleaner/") + file;
+  if (QFileInfo::exists(installed)) return QDir::cleanPath(installed);
+  return QStringLiteral(TARNBY_RESOURCES "/") + file;
+}
+
+}  // namespace
+
+QUrl DesktopWorkspace::file_url(const Url& entry) {
+  const QByteArray path = QByteArray::fromStdString(entry.path());
+  return QUrl::fromEncoded("file://" + path.toPercentEncoding("/"), QUrl::StrictMode);
+}
+
+void DesktopWorkspace::reveal(const Url& entry) {
+  const auto open_folder = [folder = file_url(entry.parent())] { QDesktopServices::openUrl(folder); };
+  const QDBusConnection bus = QDBusConnection::sessionBus();
+  if (!bus.isConnected()) return open_folder();
+  QDBusMessage call = QDBusMessage::createMethodCall(
+      QStringLiteral("org.freedesktop.FileManager1"), QStringLiteral("/org/freedesktop/FileManager1"),
+      QStringLiteral("org.freedesktop.FileManager1"), QStringLiteral("ShowItems"));
+  call << QStringList{QString::fromLatin1(file_url(entry).toEncoded())} << QString();
+  auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(call), window_);
+  QObject::connect(watcher, &QDBusPendingCallWatcher::finished, watcher, [watcher, open_folder] {
+    if (QDBusPendingReply<>(*watcher).isError()) open_folder();
+    watcher->deleteLater();
+  });
+}
+
+void DesktopWorkspace::preview(const Url& entry) {
+  if (!preview_) {
+    preview_ = new PreviewPanel(platform_, errands_, window_);
+    preview_->setAttribute(Qt::WA_DeleteOnClose);
+  }
+  preview_->show_entry(entry);
+  preview_->show();
+  preview_->raise();
+  preview_->activateWindow();
+}
+
+void DesktopWorkspace::show_information(const Url& entry) {
+  auto* information = new InformationWindow(platform_, errands_, entry, window_);
+  information->setAttribute(Qt::WA_DeleteOnClose);
+  information->show();
+}
+
+void DesktopWorkspace::open_link(std::string_view address) {
+  const QString text = QString::fromUtf8(address.data(), static_cast<qsizetype>(address.size()));
+  QDesktopServices::openUrl(text.contains(u':') ? QUrl(text) : QUrl::fromLocalFile(resource_path(address)));
+}
+
+}  // namespace tarnby

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QPointer>
+#include <QUrl>
+
+#include "platform/platform.h"
+#include "platform/queues.h"
+#include "platform/workspace.h"
+
+class QWidget;
+
+namespace tarnby {
+
+class InformationWindow;
+class PreviewPanel;
+
+/// The workspace of a freedesktop.org desktop: a file manager that answers on the session bus, the desktop's openers,
+/// and a preview panel and an information window of our own.
+class DesktopWorkspace final : public Workspace {
+ public:
+  /// @param errands reads what the panels show.
+  DesktopWorkspace(Platform& platform, BackgroundQueue& errands) : platform_(platform), errands_(errands) {}
+
+  /// The window that panels belong to.
+  void set_window(QWidget* window) { window_ = window; }
+
+  /// org.freedesktop.FileManager1.ShowItems; where no file manager answers, the folder is opened.
+  void reveal(const Url& entry) override;
+  void preview(const Url& entry) override;
+  void show_information(const Url& entry) override;
+  /// An address without a scheme is a file among the program's own resources.
+  void open_link(std::string_view address) override;
+
+  /// The file URL with every byte that needs it escaped, also those that are no UTF-8.
+  static QUrl file_url(const Url& entry);
+
+ private:
+  Platform& platform_;
+  BackgroundQueue& errands_;
+  QPointer<QWidget> window_;
+  QPointer<PreviewPanel> preview_;
+};
+
+}  // namespace tarnby

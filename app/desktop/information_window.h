@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QDialog>
+#include <memory>
+
+#include "platform/platform.h"
+
+class QFormLayout;
+class QLabel;
+
+namespace tarnby {
+
+/// Tells what is known of one entry: kind, size, place, when it changed. The size of a folder is measured in the
+/// background.
+class InformationWindow : public QDialog {
+  Q_OBJECT
+ public:
+  InformationWindow(Platform& platform, BackgroundQueue& errands, const Url& entry, QWidget* parent);
+
+ private:
+  struct Facts {
+    QString kind;
+    QString size;
+    QString changed;
+  };
+  static Facts look_at(Platform& platform, const Url& entry);
+  QLabel* add_line(QFormLayout* form, const char* name, const QString& value);
+  QString text(const char* english) const;
+
+  Platform& platform_;
+  std::shared_ptr<int> here_ = std::make_shared<int>();
+};
+
+}  // namespace tarnby

@@ -1,0 +1,141 @@
+#include "app/desktop/preview_panel.h"
+
+#include <QBuffer>
+#include <QImageReader>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QStackedLayout>
+#include <algorithm>
+
+#include "ui/scroller.h"
+#include "ui/text_label.h"
+
+namespace tarnby {
+
+namespace {
+
+constexpr QSize usual_size(640, 480);
+constexpr std::size_t most_bytes = 32U << 20U;
+constexpr std::size_t most_text = 256U << 10U;
+constexpr std::size_t most_entries = 500;
+constexpr int most_side = 4096;
+
+/// A picture that is decoded no larger than it can be shown, however large it claims to be.
+QImage picture_of(const QByteArray& bytes) {
+  QBuffer buffer;
+  buffer.setData(bytes);
+  QImageReader reader(&buffer);
+  reader.setDecideFormatFromContent(true);
+  reader.setAutoTransform(true);
+  const QSize size = reader.size();
+  if (size.width() > most_side || size.height() > most_side) {
+    reader.setScaledSize(size.scaled(most_side, most_side, Qt::KeepAspectRatio));
+  }
+  return reader.read();
+}
+
+bool is_text(const QByteArray& bytes) {
+  return !bytes.isEmpty() && !bytes.first(std::min<qsizetype>(bytes.size(), 4096)).contains('\0');
+}
+
+QString listing_of(const FileManager& files, const Url& folder) {
+  const auto entries = files.list(folder, Hidden::take);
+  QStringList names;
+  for (std::size_t at = 0; at < std::min(entries.size(), most_entries); ++at) {
+    const std::string_view name = entries[at].url.last_path_component();
+    names << QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size())) +
+                 (entries[at].kind == EntryKind::folder ? QStringLiteral("/") : QString());
+  }
+  if (entries.size() > most_entries) names << QStringLiteral("…");
+  return names.join(u'\n');
+}
+
+}  // namespace
+
+PreviewPanel::PreviewPanel(Platform& platform, BackgroundQueue& errands, QWidget* parent)
+    : QDialog(parent), platform_(platform), errands_(errands) {
+  resize(usual_size);
+  QPalette colors = palette();
+  colors.setColor(QPalette::Window, theme::sheet);
+  setPalette(colors);
+  pages_ = new QStackedLayout(this);
+  picture_ = new QLabel(this);
+  picture_->setAlignment(Qt::AlignCenter);
+  picture_->setMinimumSize(1, 1);
+  text_ = new QPlainTextEdit(this);
+  text_->setReadOnly(true);
+  text_->setFont(theme::font(theme::Type::detail));
+  use_scrollers(text_);
+  facts_ = text_label({}, theme::Type::body, theme::text, this);
+  facts_->setWordWrap(true);
+  for (QWidget* page : {static_cast<QWidget*>(picture_), static_cast<QWidget*>(text_), static_cast<QWidget*>(facts_)}) {
+    pages_->addWidget(page);
+  }
+}
+
+void PreviewPanel::show_entry(const Url& entry) {
+  const std::string_view name = entry.last_path_component();
+  setWindowTitle(QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size())));
+  asked_ = std::make_shared<int>();
+  errands_.async([this, entry, asked = std::weak_ptr(asked_), &platform = platform_] {
+    if (asked.expired()) return;
+    auto found = std::make_shared<Found>(look_at(platform, entry));
+    platform.main_queue.async([this, asked, found] {
+      if (!asked.expired()) show_found(*found);
+    });
+  });
+}
+
+PreviewPanel::Found PreviewPanel::look_at(Platform& platform, const Url& entry) {
+  Found found;
+  const Status status = platform.files.status(entry);
+  found.facts = QString::fromStdString(platform.text.byte_count(status.size));
+  if (status.kind == EntryKind::folder) found.text = listing_of(platform.files, entry);
+  if (status.kind != EntryKind::file) return found;
+  const auto content = platform.files.read(entry, most_bytes);
+  if (!content) return found;
+  const QByteArray bytes = QByteArray::fromRawData(content->data(), static_cast<qsizetype>(content->size()));
+  found.picture = picture_of(bytes);
+  if (found.picture.isNull() && is_text(bytes)) {
+    found.text = QString::fromUtf8(bytes.first(std::min<qsizetype>(bytes.size(), most_text)));
+  }
+  return found;
+}
+
+void PreviewPanel::show_found(const Found& found) {
+  image_ = found.picture;
+  text_->setPlainText(found.text);
+  facts_->setText(windowTitle() + u'\n' + found.facts);
+  fit_picture();
+  pages_->setCurrentWidget(!image_.isNull()        ? static_cast<QWidget*>(picture_)
+                           : !found.text.isEmpty() ? static_cast<QWidget*>(text_)
+                                                   : static_cast<QWidget*>(facts_));
+}
+
+void PreviewPanel::fit_picture() {
+  if (image_.isNull()) return picture_->clear();
+  const double sharpness = devicePixelRatioF();
+  const QSize room = (QSizeF(contentsRect().size()) * sharpness).toSize();
+  const QSize shown = image_.width() > room.width() || image_.height() > room.height()
+                          ? image_.size().scaled(room, Qt::KeepAspectRatio)
+                          : image_.size();
+  QPixmap pixels = QPixmap::fromImage(image_.scaled(shown, Qt::KeepAspectRatio, Qt::SmoothTransformation));
+  pixels.setDevicePixelRatio(sharpness);
+  picture_->setPixmap(pixels);
+}
+
+void PreviewPanel::resizeEvent(QResizeEvent* event) {
+  QDialog::resizeEvent(event);
+  fit_picture();
+}
+
+void PreviewPanel::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Space) {
+    close();
+  } else {
+    QDialog::keyPressEvent(event);
+  }
+}
+
+}  // namespace tarnby

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QDialog>
+#include <QImage>
+#include <memory>
+
+#include "platform/platform.h"
+
+class QLabel;
+class QPlainTextEdit;
+class QStackedLayout;
+
+namespace tarnby {
+
+/// A quick look at one entry: a picture, the beginning of a text, what a folder holds, or what is known of anything
+/// else. Space and Escape close it. What it shows is read in the background.
+class PreviewPanel : public QDialog {
+  Q_OBJECT
+ public:
+  PreviewPanel(Platform& platform, BackgroundQueue& errands, QWidget* parent);
+
+  /// Shows another entry.
+  void show_entry(const Url& entry);
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+
+ private:
+  struct Found {
+    QImage picture;
+    QString text;
+    QString facts;
+  };
+  static Found look_at(Platform& platform, const Url& entry);
+  void show_found(const Found& found);
+  void fit_picture();
+
+  Platform& platform_;
+  BackgroundQueue& errands_;
+  QStackedLayout* pages_;
+  QLabel* picture_;
+  QPlainTextEdit* text_;
+  QLabel* facts_;
+  QImage image_;
+  /// What was asked for last; an answer for anything else is too late.
+  std::shared_ptr<int> asked_;
+};
+
+}  // namespace tarnby

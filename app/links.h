@@ -1,0 +1,13 @@
+#pragma once
+
+#include <string_view>
+
+/// The addresses that the window opens. Software centres open "appstream:" addresses at the page of that program.
+namespace tarnby::links {
+
+inline constexpr std::string_view store_page = "appstream://com.corvash.tarnby-cleaner";
+inline constexpr std::string_view companion_page = "appstream://com.corvash.uninstaller-orvane";
+/// Below the folder of the program's resources.
+inline constexpr std::string_view folder_access_page = "help/folder-access.html";
+
+}  // namespace tarnby::links

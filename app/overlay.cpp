@@ -1,0 +1,140 @@
+#include "app/overlay.h"
+
+#include <QKeyEvent>
+#include <QPainter>
+#include <algorithm>
+
+#include "ui/paths.h"
+#include "ui/theme.h"
+
+namespace tarnby {
+
+namespace {
+
+constexpr QColor dimming = QColor(0x1E, 0x1F, 0x26, 120);
+constexpr int pointer = 9;  // how far a popover's tip stands out
+
+void draw_card(QPainter& painter, const QPainterPath& shape) {
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.fillPath(shape, theme::sheet);
+  painter.strokePath(shape, QPen(theme::track, 1));
+}
+
+}  // namespace
+
+Overlay::Overlay(std::unique_ptr<Screen> content, QWidget* window) : QWidget(window), content_(content.release()) {
+  content_->setParent(this);
+  setFocusPolicy(Qt::StrongFocus);
+  setAccessibleName(content_->windowTitle().isEmpty() ? content_->accessibleName() : content_->windowTitle());
+  setAccessibleDescription(content_->accessibleDescription());
+  window->installEventFilter(this);
+  connect(content_, &Screen::dismissed, this, &Overlay::close_overlay);
+  setVisible(false);
+}
+
+Overlay::~Overlay() {
+  content_->retire();
+}
+
+void Overlay::open() {
+  focus_before_ = window()->focusWidget();
+  setGeometry(parentWidget()->rect());
+  content_->adjustSize();
+  place_content();
+  content_->view_will_appear();
+  show();
+  raise();
+  QWidget* first = content_->focusWidget();
+  (first == nullptr ? this : first)->setFocus();
+  content_->view_did_appear();
+}
+
+void Overlay::close_overlay() {
+  if (!isVisible()) return;
+  hide();
+  content_->retire();
+  if (focus_before_) focus_before_->setFocus();
+  deleteLater();  // one of its own buttons may be in the middle of its click
+}
+
+bool Overlay::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == parent() && event->type() == QEvent::Resize) {
+    setGeometry(parentWidget()->rect());
+    place_content();
+  }
+  return QWidget::eventFilter(watched, event);
+}
+
+void Overlay::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Escape) close_overlay();
+  event->accept();  // keys do not reach what lies below
+}
+
+void Overlay::mousePressEvent(QMouseEvent* event) {
+  if (!content_->geometry().contains(event->position().toPoint())) pressed_beside();
+  event->accept();
+}
+
+/// Round and round within the content.
+bool Overlay::focusNextPrevChild(bool next) {
+  QList<QWidget*> stops;
+  for (QWidget* widget : content_->findChildren<QWidget*>()) {
+    if ((widget->focusPolicy() & Qt::TabFocus) != 0 && widget->isVisible() && widget->isEnabled()) stops << widget;
+  }
+  if (stops.isEmpty()) return true;
+  const auto at = stops.indexOf(window()->focusWidget());
+  const auto to = at < 0 ? (next ? 0 : stops.size() - 1) : (at + (next ? 1 : stops.size() - 1)) % stops.size();
+  stops[to]->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+  return true;
+}
+
+Sheet* Sheet::present(std::unique_ptr<Screen> content, QWidget* window) {
+  auto* sheet = new Sheet(std::move(content), window);
+  sheet->open();
+  return sheet;
+}
+
+void Sheet::place_content() {
+  const QSize size = content().size();
+  content().move((width() - size.width()) / 2, std::max(0, (height() - size.height()) / 2));
+}
+
+void Sheet::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.fillRect(rect(), dimming);
+  draw_card(painter, rounded_path(QRectF(content().geometry()).adjusted(0.5, 0.5, -0.5, -0.5), theme::panel_radius));
+}
+
+Popover* Popover::present(std::unique_ptr<Screen> content, QWidget* window, const QRect& anchor) {
+  auto* popover = new Popover(std::move(content), window);
+  popover->anchor_ = anchor;
+  popover->open();
+  return popover;
+}
+
+/// Beside what it points to, on the side where there is room.
+void Popover::place_content() {
+  const QSize size = content().size();
+  const bool fits_right = anchor_.right() + 1 + pointer + size.width() <= width();
+  const int left = fits_right ? anchor_.right() + 1 + pointer : anchor_.left() - pointer - size.width();
+  const int wanted = anchor_.center().y() - 2 * theme::panel_radius;
+  content().move(std::max(0, left), std::clamp(wanted, 0, std::max(0, height() - size.height())));
+}
+
+void Popover::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  const QRectF card = QRectF(content().geometry()).adjusted(0.5, 0.5, -0.5, -0.5);
+  const bool points_left = content().x() > anchor_.x();
+  const double edge = points_left ? card.left() + 1 : card.right() - 1;
+  const double tip = points_left ? card.left() - pointer : card.right() + pointer;
+  const double least = card.top() + theme::panel_radius + pointer;
+  const double middle = std::clamp<double>(anchor_.center().y() + 0.5, least,
+                                           std::max(least, card.bottom() - theme::panel_radius - pointer));
+  QPainterPath point(QPointF(edge, middle - pointer));
+  point.lineTo(tip, middle);
+  point.lineTo(edge, middle + pointer);
+  point.closeSubpath();
+  draw_card(painter, rounded_path(card, theme::panel_radius).united(point));
+}
+
+}  // namespace tarnby

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "platform/url.h"
+
+namespace tarnby {
+
+/// How the last removal of this process stands. Written and read on the main thread; every change is told by the
+/// notification `removal_changed`.
+struct RemovalRun {
+  static constexpr const char* removal_changed = "removal_changed";
+
+  struct Left {
+    Url url;
+    /// Why it is still there, in words.
+    std::string reason;
+  };
+
+  bool running = false;
+  /// What could not be removed, in the order in which it was listed.
+  std::vector<Left> left;
+};
+
+}  // namespace tarnby

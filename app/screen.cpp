@@ -1,0 +1,38 @@
+#include "app/screen.h"
+
+#include "app/overlay.h"
+
+namespace tarnby {
+
+Screen::Screen(AppContext& context) : context_(context) {}
+
+Screen::~Screen() {
+  retire();
+}
+
+void Screen::retire() {
+  if (!here_) return;
+  will_retire();
+  here_.reset();
+  for (const auto token : observed_) context_.platform.notifications.remove_observer(token);
+}
+
+void Screen::observe(std::string notification, Work observer) {
+  observed_.push_back(context_.platform.notifications.add_observer(std::move(notification), std::move(observer)));
+}
+
+void Screen::after(std::chrono::milliseconds delay, Work work) {
+  context_.platform.main_queue.after(delay, while_here(std::move(work)));
+}
+
+Screen::Work Screen::while_here(Work work) {
+  return [here = std::weak_ptr(here_), work = std::move(work)] {
+    if (!here.expired()) work();
+  };
+}
+
+void Screen::present_sheet(std::unique_ptr<Screen> content) {
+  Sheet::present(std::move(content), window());
+}
+
+}  // namespace tarnby

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <QWidget>
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "app/app_context.h"
+
+namespace tarnby {
+
+/// What a catalogue makes: a screen of the window, a sheet's or a popover's content. It leaves by posting a
+/// notification, never by making another screen.
+///
+/// When it has been taken away (`retire`), nothing that it observed, delayed or waited for reaches it any more, even
+/// while it still exists.
+class Screen : public QWidget {
+  Q_OBJECT
+ public:
+  explicit Screen(AppContext& context);
+  ~Screen() override;
+
+  /// Called before and after it is put where it is seen.
+  virtual void view_will_appear() {}
+  virtual void view_did_appear() {}
+
+  /// It is about to be deleted; called once, by whoever showed it.
+  void retire();
+
+ Q_SIGNALS:
+  /// Asks whoever shows it as a sheet to close that.
+  void dismissed();
+
+ protected:
+  using Work = std::function<void()>;
+
+  /// Its last chance to stop what it started.
+  virtual void will_retire() {}
+
+  void post(std::string_view notification) { context_.platform.notifications.post(notification); }
+  void observe(std::string notification, Work observer);
+  /// Runs work on the main queue after that time, if this screen is still there.
+  void after(std::chrono::milliseconds delay, Work work);
+  /// Work that does nothing any more once this screen is gone. To be run on the main thread; may be kept anywhere.
+  Work while_here(Work work);
+  /// Shows what `identifier` of a catalogue makes as a sheet over the window.
+  void present_sheet(std::unique_ptr<Screen> content);
+
+  AppContext& context_;
+
+ private:
+  std::shared_ptr<const bool> here_ = std::make_shared<const bool>(true);
+  std::vector<NotificationCenter::Token> observed_;
+};
+
+}  // namespace tarnby

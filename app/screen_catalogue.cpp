@@ -1,0 +1,82 @@
+#include "app/screen_catalogue.h"
+
+#include <QtGlobal>
+#include <algorithm>
+
+#include "app/access/sandbox_view_controller.h"
+#include "app/cleaned/cleaned_view_controller.h"
+#include "app/cleaned/download_uninstaller_orvane.h"
+#include "app/cleaned/rate_on_app_store.h"
+#include "app/home/home_view_controller.h"
+#include "app/smart/about_panel.h"
+#include "app/smart/smart_clean_view_controller.h"
+#include "app/smart/smart_cleanup_view_controller.h"
+#include "app/smart/smart_scan_view_controller.h"
+#include "app/smart/warning_cleanup_view_controller.h"
+
+namespace tarnby {
+
+namespace {
+
+template <class Controller>
+std::unique_ptr<Screen> make(AppContext& context) {
+  return std::make_unique<Controller>(context);
+}
+
+/// The About panel of one category.
+template <const auto& type>
+std::unique_ptr<Screen> make_about(AppContext& context) {
+  return std::make_unique<AboutPanel>(context, type);
+}
+
+constexpr char caches[] = "caches";
+constexpr char logs[] = "logs";
+constexpr char remainders[] = "remainders";
+constexpr char browsers[] = "browsers";
+constexpr char mails[] = "mails";
+constexpr char installs[] = "installs";
+constexpr char trash[] = "trash";
+
+constexpr ScreenRow main_rows[] = {
+    {"Sandbox", make<SandboxViewController>}, {"Home", make<HomeViewController>},
+    {"Cleaned", make<CleanedViewController>}, {"DownloadUninstallerOrvane", make<UninstallerOrvaneViewcontroller>},
+    {"RateOnAppStore", make<RateOnAppStore>},
+};
+
+constexpr ScreenRow smart_clean_rows[] = {
+    {"AboutCaches", make_about<caches>},
+    {"AboutLogs", make_about<logs>},
+    {"AboutRemainders", make_about<remainders>},
+    {"AboutBrowsers", make_about<browsers>},
+    {"AboutMails", make_about<mails>},
+    {"AboutInstalls", make_about<installs>},
+    {"AboutTrash", make_about<trash>},
+    {"SmartScan", make<SmartScanViewController>},
+    {"SmartClean", make<SmartCleanViewController>},
+    {"SmartCleanup", make<SmartCleanupViewController>},
+    {"WarningCleanup", make<WarningCleanupViewController>},
+};
+
+}  // namespace
+
+const ScreenCatalogue& ScreenCatalogue::main() {
+  static const ScreenCatalogue catalogue("main", main_rows);
+  return catalogue;
+}
+
+const ScreenCatalogue& ScreenCatalogue::smart_clean() {
+  static const ScreenCatalogue catalogue("SmartClean", smart_clean_rows);
+  return catalogue;
+}
+
+std::unique_ptr<Screen> ScreenCatalogue::make(std::string_view identifier, AppContext& context) const {
+  const auto row = std::find_if(rows_.begin(), rows_.end(),
+                                [&](const ScreenRow& candidate) { return candidate.identifier == identifier; });
+  if (row == rows_.end()) {
+    qFatal("The catalogue %.*s has no screen %.*s.", static_cast<int>(name_.size()), name_.data(),
+           static_cast<int>(identifier.size()), identifier.data());
+  }
+  return row->make(context);
+}
+
+}  // namespace tarnby

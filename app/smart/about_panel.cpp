@@ -1,0 +1,51 @@
+#include "app/smart/about_panel.h"
+
+#include <QPainter>
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "app/smart/category_look.h"
+#include "ui/paths.h"
+#include "ui/text_label.h"
+
+namespace tarnby {
+
+namespace {
+
+constexpr int tag = 28;
+constexpr int edge = 20;
+constexpr int text_width = 280;
+
+const char* label_of_type(std::string_view type) {
+  const auto categories = smart_categories();
+  const auto row = std::find_if(categories.begin(), categories.end(),
+                                [&](const SmartCategory& category) { return category.type == type; });
+  return row == categories.end() ? "" : row->label.data();
+}
+
+}  // namespace
+
+AboutPanel::AboutPanel(AppContext& context, std::string_view type) : Screen(context), type_(type) {
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(edge, edge + tag + edge / 2, edge, edge);
+  layout->setSpacing(theme::grid);
+  QLabel* title =
+      text_label(context.text(label_of_type(type)), theme::Type::title, theme::text, this, theme::Weight::strong);
+  QLabel* words = paragraph(context.text(look_of(type).about_text), theme::Type::detail,
+                            theme::readable(theme::secondary, theme::sheet), text_width, this);
+  for (QLabel* label : {title, words}) {
+    label->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    layout->addWidget(label);
+  }
+  setAccessibleName(title->text());
+  setAccessibleDescription(words->text());
+}
+
+void AboutPanel::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  const int left = layoutDirection() == Qt::RightToLeft ? width() - edge - tag : edge;
+  painter.fillPath(rounded_path(QRectF(left, edge, tag, tag), 7), look_of(type_).color);
+}
+
+}  // namespace tarnby

@@ -1,0 +1,46 @@
+#include "app/smart/category_look.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "ui/theme.h"
+
+namespace tarnby {
+
+namespace {
+
+const CategoryLook looks[] = {
+    {"caches", theme::blue, "Caches", "AboutCaches",
+     "Copies of things that applications keep to be faster. They are made anew when they are needed, so an application "
+     "may start a little slower the next time."},
+    {"logs", theme::violet, "Logs", "AboutLogs",
+     "Diaries that applications write about their own work. They help when something went wrong; otherwise nobody "
+     "reads "
+     "them."},
+    {"remainders", theme::amber, "Remainders", "AboutRemainders",
+     "Settings and data of applications that are not installed any more. If you mean to install one of them again, "
+     "untick it: it will find its settings."},
+    {"browsers", theme::teal, "Browsers", "AboutBrowsers",
+     "What web sites have stored in your browsers. Without it some sites forget your settings or ask you to sign in "
+     "again. Quit the browser first. Bookmarks and passwords stay."},
+    {"mails", theme::pink, "Mails", "AboutMails",
+     "Attachments that your mail programs have saved on this disk. The messages stay, and attachments that are still "
+     "on "
+     "the mail server can be opened again."},
+    {"installs", theme::orange, "Installers", "AboutInstalls",
+     "Disk images and installer packages in Downloads, Desktop, Documents and Application Support. Once something is "
+     "installed its installer is not needed any more."},
+    {"trash", theme::silver, "Trash", "AboutTrash",
+     "Files you have already thrown away. They still take space until the Trash is emptied. Removing them here is "
+     "permanent."},
+};
+
+}  // namespace
+
+const CategoryLook& look_of(std::string_view type) {
+  const auto* found =
+      std::find_if(std::begin(looks), std::end(looks), [&](const CategoryLook& look) { return look.type == type; });
+  return found == std::end(looks) ? looks[0] : *found;
+}
+
+}  // namespace tarnby

@@ -1,0 +1,84 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+#include "engine/cleaner.h"
+#include "engine/smart_selection.h"
+
+namespace tarnby {
+
+/// What is ticked on the smart clean screen.
+///
+/// For each category there are three lists of one length: the store list has all entries in the engine's order, the
+/// selection list has at each place the entry when it is ticked and "Empty" when it is not, the empty list is "Empty"
+/// throughout. A category counts as ticked, wholly or in part, exactly when its selection list differs from its empty
+/// list; so one without entries never does.
+class SmartCleanLists {
+ public:
+  /// Stands in a selection list where an entry is not ticked.
+  struct Empty {
+    friend bool operator==(Empty, Empty) = default;
+  };
+  using Place = std::variant<Empty, CleanerEntry>;
+
+  enum class Ticked { none, some, all };
+
+  /// One category's lists.
+  struct Row {
+    std::string_view type;
+    std::vector<CleanerEntry> SmartCleanLists::*store;
+    std::vector<Place> SmartCleanLists::*selection;
+    std::vector<Place> SmartCleanLists::*empty;
+  };
+  /// In the order of the categories.
+  static std::span<const Row> rows();
+
+  std::vector<CleanerEntry> store_caches, store_logs, store_remainders, store_browsers, store_mails, store_installs,
+      store_trash;
+  std::vector<Place> caches, logs, remainders, browsers, mails, installs, trash;
+  std::vector<Place> empty_caches, empty_logs, empty_remainders, empty_browsers, empty_mails, empty_installs,
+      empty_trash;
+  /// The groups, shared with the engine; their sizes change with what is ticked.
+  std::vector<std::shared_ptr<SmartOutlineItem>> outlineItems;
+  /// Bytes ticked: the sizes of the groups that something is ticked in.
+  std::uint64_t smart_junk = 0;
+
+  /// Takes everything that a smart scan has found, all of it ticked.
+  void take(const Cleaner& cleaner);
+  /// Makes the empty lists as long as the selection lists.
+  void empty_items();
+
+  std::size_t count() const { return outlineItems.size(); }
+  const std::vector<CleanerEntry>& entries(std::size_t group) const { return this->*rows()[group].store; }
+  Ticked ticked(std::size_t group) const;
+  bool is_ticked(std::size_t group, std::size_t entry) const;
+
+  /// Ticks or unticks a whole group; either way it shows its whole size.
+  void select_group(std::size_t group);
+  void unselect_group(std::size_t group);
+  /// Ticks or unticks one entry. The group then shows the size of its ticked entries, but its whole size when none is
+  /// left: this asymmetry is meant.
+  void select_entry(std::size_t group, std::size_t entry);
+  void unselect_entry(std::size_t group, std::size_t entry);
+
+  void update_junk();
+  /// The locations of everything ticked, in the order of the categories and their entries.
+  std::vector<Url> ticked_locations() const;
+  std::size_t ticked_entries() const;
+
+ private:
+  std::vector<Place>& selection(std::size_t group) { return this->*rows()[group].selection; }
+  const std::vector<Place>& selection(std::size_t group) const { return this->*rows()[group].selection; }
+  const std::vector<Place>& empty(std::size_t group) const { return this->*rows()[group].empty; }
+  bool nothing_ticked(std::size_t group) const { return selection(group) == empty(group); }
+
+  /// Each category's own total, in the order of the rows.
+  std::vector<std::int64_t> totals_;
+};
+
+}  // namespace tarnby

@@ -1,0 +1,214 @@
+#include "app/smart/smart_clean_view_controller.h"
+
+#include <QHBoxLayout>
+#include <QItemSelectionModel>
+#include <QMenu>
+#include <QVBoxLayout>
+
+#include "app/overlay.h"
+#include "app/screen_catalogue.h"
+#include "app/smart/category_look.h"
+#include "app/smart/warning_cleanup_view_controller.h"
+#include "ui/panel.h"
+#include "ui/text_label.h"
+
+namespace tarnby {
+
+namespace {
+
+constexpr int chart_panel_width = 268;
+
+}  // namespace
+
+SmartCleanViewController::SmartCleanViewController(AppContext& context)
+    : Screen(context),
+      appDelegate(context.appDelegate),
+      app_settings(context.platform.app_settings),
+      sharedCleaner(context.sharedCleaner()) {
+  take(sharedCleaner);
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(0);
+  auto* panels = new QHBoxLayout;
+  panels->setContentsMargins(3 * theme::grid, 3 * theme::grid, 3 * theme::grid, 2 * theme::grid);
+  panels->setSpacing(20);
+  panels->addWidget(chart_panel());
+  panels->addWidget(outline_panel(), 1);
+  layout->addLayout(panels, 1);
+  layout->addWidget(bottom_bar());
+  make_menu();
+  update_ui();
+  size->show_text(context.byte_count(sharedCleaner.total_smart_size));
+  outlineview->setFocus();
+}
+
+QWidget* SmartCleanViewController::chart_panel() {
+  auto* panel = new Panel(this);
+  panel->setFixedWidth(chart_panel_width);
+  auto* layout = new QVBoxLayout(panel);
+  layout->setContentsMargins(3 * theme::grid, 28, 3 * theme::grid, 3 * theme::grid);
+  chart = new ChartView(context_.clock, panel);
+  chart->setAccessibleName(context_.text("Selected, by category"));
+  layout->addWidget(chart, 1);
+  return panel;
+}
+
+QWidget* SmartCleanViewController::outline_panel() {
+  auto* panel = new Panel(this);
+  auto* layout = new QVBoxLayout(panel);
+  layout->setContentsMargins(0, theme::grid, 0, theme::grid);
+  layout->setSpacing(0);
+  app_title = text_label(context_.text("There is nothing to remove. Everything is clean."), theme::Type::title,
+                         theme::text, panel, theme::Weight::strong);
+  app_title->setContentsMargins(theme::grid, 2 * theme::grid, theme::grid, theme::grid);
+  app_title->setVisible(ticked_entries() == 0);
+  layout->addWidget(app_title);
+  outlineview = new SmartOutlineView(panel);
+  outlineview->setAccessibleName(context_.text("What can be removed"));
+  model_ = new SmartOutlineModel(context_, *this, outlineview);
+  outlineview->setModel(model_);
+  layout->addWidget(outlineview, 1);
+
+  connect(model_, &SmartOutlineModel::tick_asked, this, [this](const QModelIndex& index, bool on) {
+    SmartOutlineModel::is_group(index) ? select_smart_outline_item(index, on) : select_item(index, on);
+  });
+  connect(outlineview, &SmartOutlineView::about_asked, this, &SmartCleanViewController::about_item);
+  connect(outlineview, &SmartOutlineView::disclosure_asked, this, &SmartCleanViewController::show_items);
+  connect(outlineview, &SmartOutlineView::menu_asked, this, &SmartCleanViewController::open_menu);
+  connect(outlineview, &SmartOutlineView::preview_asked, this, [this](const QModelIndex& entry) {
+    selectedRow = entry;
+    quick_look_item();
+  });
+  connect(outlineview->selectionModel(), &QItemSelectionModel::currentChanged, this, [this](const QModelIndex& index) {
+    if (!SmartOutlineModel::is_group(index)) return;
+    post("smart_clean_about_" + outlineItems[SmartOutlineModel::group_of(index)]->type);
+  });
+  return panel;
+}
+
+QWidget* SmartCleanViewController::bottom_bar() {
+  auto* bar = new Bar(this);
+  auto* layout = new QHBoxLayout(bar);
+  layout->setContentsMargins(3 * theme::grid, 2 * theme::grid, 3 * theme::grid, 2 * theme::grid);
+  layout->setSpacing(2 * theme::grid);
+  layout->addWidget(text_label(context_.text("Selected"), theme::Type::body,
+                               theme::readable(theme::secondary, theme::panel_ground()), bar));
+  size = new NumberLabel(context_.clock, bar);
+  size->setFont(theme::font(theme::Type::heading, theme::Weight::strong));
+  size->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+  size->setAccessibleName(context_.text("Selected"));
+  layout->addWidget(size, 1);
+  back_button = new PushButton(context_.text("Back"), ButtonKind::plain, bar);
+  remove_button = new PushButton(context_.text("Remove"), ButtonKind::destructive, bar);
+  layout->addWidget(back_button);
+  layout->addWidget(remove_button);
+  connect(back_button, &QAbstractButton::clicked, this, [this] { post("home_view_controller"); });
+  connect(remove_button, &QAbstractButton::clicked, this, &SmartCleanViewController::ask_and_remove);
+  return bar;
+}
+
+void SmartCleanViewController::make_menu() {
+  cleanItemMenu = new QMenu(this);
+  const auto add = [&](const char* text, auto operation) {
+    connect(cleanItemMenu->addAction(context_.text(text)), &QAction::triggered, this, operation);
+  };
+  add("Show in file viewer", &SmartCleanViewController::show_item_in_finder);
+  add("Preview", &SmartCleanViewController::quick_look_item);
+  cleanItemMenu->actions().last()->setShortcut(QKeySequence(Qt::SHIFT | Qt::Key_Space));
+  cleanItemMenu->actions().last()->setShortcutContext(Qt::WidgetShortcut);  // shown here, answered by the outline
+  add("Get info", &SmartCleanViewController::get_item_info);
+  connect(cleanItemMenu, &QMenu::aboutToHide, this, &SmartCleanViewController::menuDidClose);
+}
+
+void SmartCleanViewController::select_smart_outline_item(const QModelIndex& group, bool on) {
+  const std::size_t at = SmartOutlineModel::group_of(group);
+  on ? select_group(at) : unselect_group(at);
+  model_->group_changed(at);
+  update_ui();
+}
+
+void SmartCleanViewController::select_item(const QModelIndex& entry, bool on) {
+  const std::size_t group = SmartOutlineModel::group_of(entry);
+  const auto position = static_cast<std::size_t>(entry.row());
+  on ? select_entry(group, position) : unselect_entry(group, position);
+  model_->group_changed(group);
+  update_ui();
+}
+
+void SmartCleanViewController::update_ui() {
+  update_junk();
+  const QString ticked_size = context_.byte_count(static_cast<std::int64_t>(smart_junk));
+  size->show_text(ticked_size);
+  std::vector<ChartSegment> segments;
+  for (std::size_t group = 0; group < count(); ++group) {
+    if (ticked(group) == Ticked::none) continue;
+    const SmartOutlineItem& item = *outlineItems[group];
+    segments.push_back({context_.text(item.label.c_str()), look_of(item.type).color, static_cast<double>(item.size),
+                        context_.byte_count(item.size)});
+  }
+  chart->set_segments(std::move(segments));
+  chart->show_total(ticked_size, context_.text("selected"));
+  outlineview->viewport()->update();
+}
+
+void SmartCleanViewController::about_item(const QModelIndex& group) {
+  const auto& item = *outlineItems[SmartOutlineModel::group_of(group)];
+  const QRect mark = outlineview->info_place(group);
+  const QRect anchor(outlineview->viewport()->mapTo(window(), mark.topLeft()), mark.size());
+  appDelegate.activePopover =
+      Popover::present(ScreenCatalogue::smart_clean().make(look_of(item.type).about, context_), window(), anchor);
+}
+
+void SmartCleanViewController::show_items(const QModelIndex& group) {
+  outlineview->setExpanded(group, !outlineview->isExpanded(group));
+}
+
+void SmartCleanViewController::open_menu(const QModelIndex& entry, const QPoint& at) {
+  selectedRow = entry;
+  outlineview->mark_row(entry);
+  cleanItemMenu->popup(at);
+}
+
+void SmartCleanViewController::menuDidClose() {
+  outlineview->mark_row({});
+}
+
+Url SmartCleanViewController::location_of(const QModelIndex& entry) const {
+  const CleanerEntry* record = model_->entry_at(entry);
+  const auto urls = record == nullptr ? std::vector<Url>() : locations_of(*record);
+  return urls.empty() ? Url() : urls.front();
+}
+
+void SmartCleanViewController::show_item_in_finder() {
+  const Url url = location_of(selectedRow);
+  if (!url.empty()) context_.workspace.reveal(url);
+}
+
+void SmartCleanViewController::quick_look_item() {
+  preview_url = location_of(selectedRow);
+  if (!preview_url.empty()) context_.workspace.preview(preview_url);
+}
+
+void SmartCleanViewController::get_item_info() {
+  const Url url = location_of(selectedRow);
+  if (!url.empty()) context_.workspace.show_information(url);
+}
+
+void SmartCleanViewController::ask_and_remove() {
+  const std::size_t entries = ticked_entries();
+  if (entries == 0 || app_settings.boolean("SkipWarning")) return remove();
+  auto made = ScreenCatalogue::smart_clean().make("WarningCleanup", context_);
+  auto* warning = qobject_cast<WarningCleanupViewController*>(made.get());
+  warning->show_amount(context_.byte_count(static_cast<std::int64_t>(smart_junk)), entries);
+  connect(warning, &WarningCleanupViewController::confirmed, this, &SmartCleanViewController::remove);
+  sheet_view_controller = warning;
+  present_sheet(std::move(made));
+}
+
+void SmartCleanViewController::remove() {
+  sharedCleaner.files = ticked_locations();
+  sharedCleaner.wasCleaned = static_cast<std::int64_t>(smart_junk);
+  post("smart_cleanup_view_controller");
+}
+
+}  // namespace tarnby

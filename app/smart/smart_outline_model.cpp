@@ -1,0 +1,175 @@
+#include "app/smart/smart_outline_model.h"
+
+#include <QAccessible>
+
+#include "app/smart/category_look.h"
+#include "engine/entry_text.h"
+
+namespace tarnby {
+
+namespace {
+
+Qt::CheckState check_state(SmartCleanLists::Ticked ticked) {
+  switch (ticked) {
+    case SmartCleanLists::Ticked::none:
+      return Qt::Unchecked;
+    case SmartCleanLists::Ticked::some:
+      return Qt::PartiallyChecked;
+    case SmartCleanLists::Ticked::all:
+      return Qt::Checked;
+  }
+  return Qt::Unchecked;
+}
+
+/// Names may hold anything; a row is one line.
+QString one_line(const std::string& text) {
+  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())).replace(u'\n', u' ').replace(u'\t', u' ');
+}
+
+}  // namespace
+
+SmartOutlineModel::SmartOutlineModel(AppContext& context, SmartCleanLists& lists, QObject* parent)
+    : QAbstractItemModel(parent), context_(context), lists_(lists) {
+  find_headers();
+}
+
+void SmartOutlineModel::reload() {
+  beginResetModel();
+  find_headers();
+  endResetModel();
+}
+
+/// A header of the menu stands above the group that follows it there.
+void SmartOutlineModel::find_headers() {
+  headers_.assign(lists_.count(), {});
+  QString header;
+  for (const SmartMenuItem& item : context_.sharedCleaner().smart_menu_items) {
+    if (const auto* text = std::get_if<std::string>(&item)) {
+      header = context_.text(text->c_str());
+      continue;
+    }
+    const auto group = std::find(lists_.outlineItems.begin(), lists_.outlineItems.end(),
+                                 std::get<std::shared_ptr<SmartOutlineItem>>(item));
+    if (group == lists_.outlineItems.end()) continue;
+    headers_[static_cast<std::size_t>(group - lists_.outlineItems.begin())] = std::exchange(header, {});
+  }
+}
+
+/// Told as a change of the group's row alone: a view asks anew for the rows below it when it draws them, and walking
+/// over hundreds of thousands of them for one tick would be felt.
+void SmartOutlineModel::group_changed(std::size_t group) {
+  const QModelIndex row = index(static_cast<int>(group), 0);
+  Q_EMIT dataChanged(row, row);
+}
+
+std::size_t SmartOutlineModel::group_of(const QModelIndex& index) {
+  return is_group(index) ? static_cast<std::size_t>(index.row()) : static_cast<std::size_t>(index.internalId() - 1);
+}
+
+const CleanerEntry* SmartOutlineModel::entry_at(const QModelIndex& index) const {
+  if (!index.isValid() || is_group(index)) return nullptr;
+  return &lists_.entries(group_of(index))[static_cast<std::size_t>(index.row())];
+}
+
+// The internal number of an entry's index is its group's row and 1, that of a group's index 0.
+QModelIndex SmartOutlineModel::index(int row, int column, const QModelIndex& parent) const {
+  if (row < 0 || column != 0 || row >= rowCount(parent)) return {};
+  return createIndex(row, column, parent.isValid() ? static_cast<quintptr>(parent.row() + 1) : 0);
+}
+
+QModelIndex SmartOutlineModel::parent(const QModelIndex& child) const {
+  if (!child.isValid() || is_group(child)) return {};
+  return createIndex(static_cast<int>(child.internalId() - 1), 0, quintptr{0});
+}
+
+int SmartOutlineModel::rowCount(const QModelIndex& parent) const {
+  if (!parent.isValid()) return static_cast<int>(lists_.count());
+  if (!is_group(parent)) return 0;
+  return static_cast<int>(lists_.entries(group_of(parent)).size());
+}
+
+Qt::ItemFlags SmartOutlineModel::flags(const QModelIndex& index) const {
+  if (!index.isValid()) return Qt::NoItemFlags;
+  const Qt::ItemFlags both = Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable;
+  return is_group(index) ? both : both | Qt::ItemNeverHasChildren;
+}
+
+QVariant SmartOutlineModel::data(const QModelIndex& index, int role) const {
+  if (!index.isValid()) return {};
+  const std::size_t group = group_of(index);
+  return is_group(index) ? group_data(group, role) : entry_data(group, static_cast<std::size_t>(index.row()), role);
+}
+
+QVariant SmartOutlineModel::group_data(std::size_t group, int role) const {
+  const SmartOutlineItem& item = *lists_.outlineItems[group];
+  const auto label = [&] { return context_.text(item.label.c_str()); };
+  const auto state = [&] { return check_state(lists_.ticked(group)); };
+  switch (role) {
+    case Qt::DisplayRole:
+      return label();
+    case Qt::CheckStateRole:
+      return state();
+    case Qt::AccessibleTextRole:
+      return spoken(label(), item.size, state());
+    case size_text_role:
+      return context_.byte_count(item.size);
+    case color_role:
+      return look_of(item.type).color;
+    case header_role:
+      return headers_[group];
+    case note_role:
+      return lists_.entries(group).empty() ? context_.text("everything is clean") : QString();
+    default:
+      return {};
+  }
+}
+
+QVariant SmartOutlineModel::entry_data(std::size_t group, std::size_t entry, int role) const {
+  const CleanerEntry& record = lists_.entries(group)[entry];
+  const auto state = [&] { return lists_.is_ticked(group, entry) ? Qt::Checked : Qt::Unchecked; };
+  switch (role) {
+    case Qt::DisplayRole:
+      return label(record);
+    case Qt::CheckStateRole:
+      return state();
+    case Qt::AccessibleTextRole:
+      return spoken(label(record), size_of(record), state());
+    case Qt::ToolTipRole:
+    case Qt::AccessibleDescriptionRole: {
+      const auto urls = locations_of(record);
+      return urls.empty() ? QString() : one_line(urls.front().path());
+    }
+    case size_text_role:
+      return context_.byte_count(size_of(record));
+    case note_role:
+      return place(record);
+    default:
+      return {};
+  }
+}
+
+QString SmartOutlineModel::label(const CleanerEntry& entry) const {
+  return one_line(label_of(entry));
+}
+
+/// Caches often carry one name in several places, and what removing takes should be known before; the others lie where
+/// their group says.
+QString SmartOutlineModel::place(const CleanerEntry& entry) const {
+  if (!std::holds_alternative<std::shared_ptr<CacheItem>>(entry)) return {};
+  return one_line(place_of(entry, context_.sharedCleaner().url_home));
+}
+
+QString SmartOutlineModel::spoken(const QString& label, std::int64_t size, Qt::CheckState state) const {
+  const char* said = state == Qt::Checked            ? "%@, %@, ticked"
+                     : state == Qt::PartiallyChecked ? "%@, %@, partly ticked"
+                                                     : "%@, %@, not ticked";
+  return context_.text(said, {label, context_.byte_count(size)});
+}
+
+bool SmartOutlineModel::setData(const QModelIndex& index, const QVariant& value, int role) {
+  if (!index.isValid() || role != Qt::CheckStateRole) return false;
+  Q_EMIT tick_asked(index, value.toInt() == Qt::Checked);
+  return true;
+}
+
+}  // namespace tarnby

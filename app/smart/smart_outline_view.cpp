@@ -1,0 +1,127 @@
+#include "app/smart/smart_outline_view.h"
+
+#include <QHeaderView>
+#include <QMouseEvent>
+
+#include "ui/motion.h"
+#include "ui/scroller.h"
+#include "ui/theme.h"
+
+namespace tarnby {
+
+SmartOutlineView::SmartOutlineView(QWidget* parent) : QTreeView(parent), rows_(new SmartOutlineRows(this)) {
+  setItemDelegate(rows_);
+  setHeaderHidden(true);
+  header()->setStretchLastSection(true);
+  setIndentation(0);
+  setRootIsDecorated(false);
+  setMouseTracking(true);
+  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+  setSelectionMode(QAbstractItemView::SingleSelection);
+  setEditTriggers(QAbstractItemView::NoEditTriggers);
+  setAnimated(!motion::reduced());
+  use_scrollers(this);
+  verticalScrollBar()->setSingleStep(theme::file_row_height);
+}
+
+/// A cell reaches from one side of the view to the other.
+QRect SmartOutlineView::whole_row(const QModelIndex& index) const {
+  const QRect cell = visualRect(index);
+  return {0, cell.top(), viewport()->width(), cell.height()};
+}
+
+QRect SmartOutlineView::info_place(const QModelIndex& group) const {
+  return OutlineRow(group, whole_row(group), layoutDirection()).info;
+}
+
+void SmartOutlineView::mark_row(const QModelIndex& index) {
+  rows_->marked_row = index;
+  viewport()->update();
+}
+
+SmartOutlineView::Hit SmartOutlineView::hit_at(const QPoint& point) const {
+  const QModelIndex index = indexAt(point);
+  if (!index.isValid()) return {};
+  return {index, OutlineRow(index, whole_row(index), layoutDirection()).part_at(point)};
+}
+
+void SmartOutlineView::tick(const QModelIndex& index) {
+  if (!index.isValid()) return;
+  // A box that is on in part turns fully on first.
+  const bool on = index.data(Qt::CheckStateRole).value<Qt::CheckState>() == Qt::Checked;
+  model()->setData(index, on ? Qt::Unchecked : Qt::Checked, Qt::CheckStateRole);
+}
+
+void SmartOutlineView::press(const Hit& hit) {
+  const QModelIndex index = hit.index;
+  switch (hit.part) {
+    case OutlineRow::Part::check:
+      return tick(index);
+    case OutlineRow::Part::disclosure:
+      Q_EMIT disclosure_asked(index);
+      return;
+    case OutlineRow::Part::info:
+      Q_EMIT about_asked(index);
+      return;
+    case OutlineRow::Part::none:
+      return;
+  }
+}
+
+void SmartOutlineView::mousePressEvent(QMouseEvent* event) {
+  by_keyboard_ = false;
+  pressed_ = event->button() == Qt::LeftButton ? hit_at(event->position().toPoint()) : Hit();
+  QTreeView::mousePressEvent(event);
+}
+
+/// A control is pressed when the button goes down and up over it.
+void SmartOutlineView::mouseReleaseEvent(QMouseEvent* event) {
+  const Hit hit = event->button() == Qt::LeftButton ? hit_at(event->position().toPoint()) : Hit();
+  QTreeView::mouseReleaseEvent(event);
+  if (hit.index.isValid() && hit == pressed_) press(hit);
+  pressed_ = {};
+}
+
+void SmartOutlineView::keyPressEvent(QKeyEvent* event) {
+  by_keyboard_ = true;
+  const QModelIndex index = currentIndex();
+  const bool group = SmartOutlineModel::is_group(index);
+  switch (event->key()) {
+    case Qt::Key_Space:
+      if (!index.isValid()) break;
+      if ((event->modifiers() & Qt::ShiftModifier) == 0) return tick(index);
+      if (!group) Q_EMIT preview_asked(index);
+      return;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+      if (group) Q_EMIT disclosure_asked(index);
+      return;
+    case Qt::Key_F1:
+      if (group) Q_EMIT about_asked(index);
+      return;
+    default:
+      break;
+  }
+  QTreeView::keyPressEvent(event);
+}
+
+void SmartOutlineView::contextMenuEvent(QContextMenuEvent* event) {
+  const bool keyboard = event->reason() == QContextMenuEvent::Keyboard;
+  const QModelIndex index = keyboard ? currentIndex() : indexAt(event->pos());
+  if (!index.isValid() || SmartOutlineModel::is_group(index)) return;
+  Q_EMIT menu_asked(index, keyboard ? viewport()->mapToGlobal(visualRect(index).center()) : event->globalPos());
+}
+
+void SmartOutlineView::focusInEvent(QFocusEvent* event) {
+  by_keyboard_ = event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;
+  if (!currentIndex().isValid()) setCurrentIndex(model()->index(0, 0));
+  QTreeView::focusInEvent(event);
+}
+
+void SmartOutlineView::initViewItemOption(QStyleOptionViewItem* option) const {
+  QTreeView::initViewItemOption(option);
+  option->state.setFlag(QStyle::State_KeyboardFocusChange, by_keyboard_);
+}
+
+}  // namespace tarnby

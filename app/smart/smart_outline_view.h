@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QTreeView>
+
+#include "app/smart/smart_outline_model.h"
+#include "app/smart/smart_outline_rows.h"
+
+namespace tarnby {
+
+/// The outline of a smart scan. Space ticks the row that the keyboard is on, Shift and Space previews it, Return opens
+/// a group, F1 tells about it, typing finds a row.
+class SmartOutlineView : public QTreeView {
+  Q_OBJECT
+ public:
+  explicit SmartOutlineView(QWidget* parent);
+
+  /// Where the info mark of a group is, in the viewport.
+  QRect info_place(const QModelIndex& group) const;
+  /// Lets a row stand out while its menu is open; an invalid index ends that.
+  void mark_row(const QModelIndex& index);
+
+ Q_SIGNALS:
+  void about_asked(const QModelIndex& group);
+  void disclosure_asked(const QModelIndex& group);
+  void preview_asked(const QModelIndex& entry);
+  void menu_asked(const QModelIndex& entry, const QPoint& at);
+
+ protected:
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void contextMenuEvent(QContextMenuEvent* event) override;
+  void focusInEvent(QFocusEvent* event) override;
+  void drawBranches(QPainter*, const QRect&, const QModelIndex&) const override {}
+  void initViewItemOption(QStyleOptionViewItem* option) const override;
+
+ private:
+  struct Hit {
+    QPersistentModelIndex index;
+    OutlineRow::Part part = OutlineRow::Part::none;
+    friend bool operator==(const Hit& a, const Hit& b) { return a.index == b.index && a.part == b.part; }
+  };
+  Hit hit_at(const QPoint& point) const;
+  void press(const Hit& hit);
+  void tick(const QModelIndex& index);
+  QRect whole_row(const QModelIndex& index) const;
+
+  SmartOutlineRows* rows_;
+  Hit pressed_;
+  bool by_keyboard_ = false;
+};
+
+}  // namespace tarnby

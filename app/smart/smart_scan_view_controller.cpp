@@ -1,0 +1,106 @@
+#include "app/smart/smart_scan_view_controller.h"
+
+#include <QVBoxLayout>
+
+#include "app/smart/category_look.h"
+#include "platform/bytes.h"
+#include "ui/text_label.h"
+
+namespace tarnby {
+
+namespace {
+
+constexpr double first_stroke_end = 0.5;
+constexpr int first_stroke_ms = 3000;
+
+/// How full the ring is once a category begins; the notification that tells of it is named after its type.
+struct StepRow {
+  const char* notification;
+  std::size_t category;
+  double stroke_end;
+};
+
+constexpr StepRow step_rows[] = {
+    {"smart_scan_logs", 1, 0.5},  {"smart_scan_remainders", 2, 0.6}, {"smart_scan_browsers", 3, 0.7},
+    {"smart_scan_mails", 4, 0.8}, {"smart_scan_installs", 5, 0.9},   {"smart_scan_trash", 6, 1.0},
+};
+
+}  // namespace
+
+SmartScanViewController::SmartScanViewController(AppContext& context)
+    : Screen(context),
+      appDelegate(context.appDelegate),
+      app_settings(context.platform.app_settings),
+      sharedCleaner(context.sharedCleaner()) {
+  progressView = new ScanView(context.clock, this);
+  progressView->setAccessibleName(context.text("Scan"));
+  smart_size = progressView->number();
+  smart_item = new FadingLabel(context.clock, this);
+  steps = new DashView(this);
+  steps->setAccessibleName(context.text("Categories"));
+  QStringList names;
+  for (const SmartCategory& category : smart_categories()) names << context.text(look_of(category.type).short_name);
+  steps->set_steps(names);
+  steps->set_current(0);
+  transitionSize(context.byte_count(0));
+  progressView->show_caption(context.text("found so far"));
+
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(2 * theme::grid, 2 * theme::grid, 2 * theme::grid, 2 * theme::grid);
+  layout->addStretch(10);
+  layout->addWidget(progressView, 0, Qt::AlignHCenter);
+  layout->addSpacing(4 * theme::grid);
+  layout->addWidget(smart_item);
+  layout->addSpacing(2 * theme::grid);
+  layout->addWidget(steps);
+  layout->addStretch(7);
+
+  for (const StepRow& row : step_rows) {
+    observe(row.notification, [this, &row] { begin_category(row.category, row.stroke_end); });
+  }
+  start();
+  progressView->animate_stroke_end(first_stroke_end, first_stroke_ms);
+}
+
+void SmartScanViewController::start() {
+  const auto complete = while_here([this] {
+    scanning_ = false;
+    post("smart_clean_view_controller");
+  });
+  context_.background.async([&cleaner = sharedCleaner, &platform = context_.platform, complete] {
+    platform.files.look_again();  // a scan that nobody waited for any more may have been stopped
+    cleaner.smart_clean_with_complete_handler([&] { platform.main_queue.async(complete); });
+  });
+}
+
+void SmartScanViewController::will_retire() {
+  if (scanning_) context_.platform.files.stop_looking();
+}
+
+void SmartScanViewController::view_will_appear() {
+  smart_item->show_text(context_.text("Scan in \"%@\"", {context_.text(smart_categories()[0].label.data())}));
+}
+
+/// Category `at` begins, the one before it is done. Only finished categories are read: the scan goes on meanwhile and
+/// writes the others and their total.
+void SmartScanViewController::begin_category(std::size_t at, double stroke_end) {
+  const SmartCategory& category = smart_categories()[at];
+  const SmartCategory& finished = smart_categories()[at - 1];
+  found_ = add_bytes(found_, (sharedCleaner.*finished.outline)->size);
+  transitionItem(context_.text("Scan in \"%@\"", {context_.text(category.label.data())}));
+  transitionSize(context_.byte_count(found_));
+  progressView->set_stroke_end(stroke_end);
+  steps->set_current(static_cast<int>(at));
+}
+
+/// Fades, over 0.1 seconds.
+void SmartScanViewController::transitionItem(const QString& text) {
+  smart_item->show_text(text);
+}
+
+/// Pushes, over 0.3 seconds.
+void SmartScanViewController::transitionSize(const QString& text) {
+  progressView->show_number(text);
+}
+
+}  // namespace tarnby

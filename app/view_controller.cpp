@@ -1,0 +1,130 @@
+#include "app/view_controller.h"
+
+#include <algorithm>
+#include <chrono>
+
+namespace tarnby {
+
+namespace {
+
+using Navigation = ViewController::Navigation;
+using Layer = ViewController::Layer;
+constexpr auto main_catalogue = &ScreenCatalogue::main;
+constexpr auto smart_catalogue = &ScreenCatalogue::smart_clean;
+
+constexpr int swap_ms = 100;
+
+constexpr Navigation rows[] = {
+    {"sandbox_view_controller", main_catalogue, "Sandbox", Layer::overlay, nullptr, {}},
+    {"home_view_controller_for_launch", main_catalogue, "Home", Layer::content, nullptr, {}},
+    {"home_view_controller", main_catalogue, "Home", Layer::content, &BackgroundView::animation_for_home_view, {}},
+    {"cleaned_view_controller",
+     main_catalogue,
+     "Cleaned",
+     Layer::content,
+     &BackgroundView::animation_for_cleaned_view,
+     {}},
+    {"smart_scan_view_controller", smart_catalogue, "SmartScan", Layer::overlay,
+     &BackgroundView::animation_for_scan_view, "home_end_anim_complete", swap_ms, true},
+    {"smart_clean_view_controller", smart_catalogue, "SmartClean", Layer::content,
+     &BackgroundView::animation_for_page_view, "scan_end_anim_complete"},
+    {"smart_cleanup_view_controller",
+     smart_catalogue,
+     "SmartCleanup",
+     Layer::content,
+     &BackgroundView::animation_for_delete_view,
+     {}},
+};
+
+const Navigation& row_of(std::string_view notification) {
+  return *std::find_if(std::begin(rows), std::end(rows),
+                       [&](const Navigation& row) { return row.notification == notification; });
+}
+
+QWidget* new_layer(QWidget* parent) {
+  auto* layer = new QWidget(parent);
+  layer->setVisible(false);
+  return layer;
+}
+
+}  // namespace
+
+std::span<const Navigation> ViewController::navigation() {
+  return rows;
+}
+
+ViewController::ViewController(AppContext& context, QWidget* parent)
+    : QWidget(parent),
+      app_settings(context.platform.app_settings),
+      smart_storyboard(ScreenCatalogue::smart_clean()),
+      animationView(new BackgroundView(context.clock, this)),
+      context_(context) {
+  containerView = new_layer(this);
+  popview = new_layer(this);
+  for (const Navigation& row : rows) observe(row.notification, [this, &row] { answer(row); });
+
+  Bookmarks& bookmarks = context.platform.bookmarks;
+  const Url home = bookmarks.resolve_and_access(Grant::home);
+  const Url applications = bookmarks.resolve_and_access(Grant::applications);
+  const bool both = !home.empty() && !applications.empty();
+  show(row_of(both ? "home_view_controller_for_launch" : "sandbox_view_controller"));
+
+  observe("sandbox_end_anim_complete", [this] { sandbox_end_anim_complete(); });
+  observe("home_end_anim_complete", [this] { home_end_anim_complete(); });
+  observe("scan_end_anim_complete", [this] { scan_end_anim_complete(); });
+}
+
+ViewController::~ViewController() {
+  for (const auto token : observed_) context_.platform.notifications.remove_observer(token);
+}
+
+void ViewController::observe(std::string_view notification, std::function<void()> observer) {
+  observed_.push_back(context_.platform.notifications.add_observer(std::string(notification), std::move(observer)));
+}
+
+void ViewController::answer(const Navigation& row) {
+  if (!row.first.empty()) context_.platform.notifications.post(row.first);
+  if (row.delay_ms == 0) return show(row);
+  context_.platform.main_queue.after(std::chrono::milliseconds(row.delay_ms),
+                                     [this, &row, here = std::weak_ptr(here_)] {
+                                       if (!here.expired()) show(row);
+                                     });
+}
+
+void ViewController::show(const Navigation& row) {
+  std::unique_ptr<Screen> made = row.catalogue().make(row.identifier, context_);
+  std::unique_ptr<Screen>& place = screen_of(row.layer);
+  if (place && row.logs_removal) context_.platform.system_log("remove");
+  take_away(place);
+  place = std::move(made);
+  QWidget* layer = view_of(row.layer);
+  place->setParent(layer);
+  place->setGeometry(layer->rect());
+  place->view_will_appear();
+  layer->show();
+  place->show();
+  if (row.background != nullptr) (animationView->*row.background)();
+  place->view_did_appear();
+}
+
+void ViewController::clear(Layer layer) {
+  take_away(screen_of(layer));
+  view_of(layer)->hide();
+}
+
+/// The screen is often in the middle of a click on one of its own buttons, so it is deleted later.
+void ViewController::take_away(std::unique_ptr<Screen>& screen) {
+  if (!screen) return;
+  screen->retire();
+  screen->hide();
+  screen.release()->deleteLater();
+}
+
+void ViewController::resizeEvent(QResizeEvent*) {
+  for (QWidget* part : {static_cast<QWidget*>(animationView), containerView, popview}) part->setGeometry(rect());
+  for (Screen* screen : {viewcontrollerC.get(), viewcontrollerA.get()}) {
+    if (screen != nullptr) screen->setGeometry(rect());
+  }
+}
+
+}  // namespace tarnby

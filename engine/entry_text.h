@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+
+#include "engine/cleaner_item.h"
+#include "platform/url.h"
+
+namespace tarnby {
+
+/// What people call a row of a smart scan: an application's name, a file's, that of a browser or mail program. The
+/// bytes of file names are as the file system has them.
+std::string label_of(const CleanerEntry& entry);
+
+/// Roughly where the first location of a row lies: "~/Library/Caches", "~/Library/Containers/…". Tells rows of the same
+/// label apart. Empty for a row without locations.
+std::string place_of(const CleanerEntry& entry, const Url& home);
+
+}  // namespace tarnby

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QLabel>
+
+#include "ui/theme.h"
+
+namespace tarnby {
+
+/// A line or paragraph of plain text in one of the theme's sizes and colours, centred.
+QLabel* text_label(const QString& text, theme::Type type, const QColor& color, QWidget* parent,
+                   theme::Weight weight = theme::Weight::regular);
+
+/// A paragraph: wraps, and is at most this many pixels wide at text scale 1.
+QLabel* paragraph(const QString& text, theme::Type type, const QColor& color, int most_width, QWidget* parent);
+
+}  // namespace tarnby
