@@ -3,6 +3,7 @@
 #include <QAbstractButton>
 #include <QPainter>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "ui/paths.h"
 #include "ui/text_label.h"
@@ -49,7 +50,7 @@ QPainterPath tiles_path(const QRectF& box) {
 FolderCard::FolderCard(Picture picture, const QString& title, const QString& why, QAbstractButton* button,
                        QWidget* parent)
     : QWidget(parent), picture_(picture) {
-  setFixedWidth(card_width);
+  setFixedWidth(static_cast<int>(card_width * std::max(1.0, theme::text_scale())));
   const QColor ground = theme::over(theme::card, theme::background);
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(3 * theme::grid, picture_top + picture_side + 2 * theme::grid, 3 * theme::grid,

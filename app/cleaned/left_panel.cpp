@@ -15,6 +15,11 @@ constexpr QSize list_size(560, 260);
 /// More than anybody reads; the rest is counted.
 constexpr std::size_t most_shown = 1000;
 
+QString short_path(const Url& url, const Url& home) {
+  const bool below_home = !home.empty() && url.is_within(home);
+  return QString::fromStdString(below_home ? "~" + url.path().substr(home.path().size()) : url.path());
+}
+
 }  // namespace
 
 LeftPanel::LeftPanel(AppContext& context) : Screen(context) {
@@ -31,10 +36,11 @@ LeftPanel::LeftPanel(AppContext& context) : Screen(context) {
   list->setFont(theme::font(theme::Type::detail));
   list->setTextElideMode(Qt::ElideMiddle);
   const auto& left = context.removal.left;
+  const Url& home = context.sharedCleaner().url_home;
   for (std::size_t at = 0; at < std::min(left.size(), most_shown); ++at) {
-    const QString path = QString::fromStdString(left[at].url.path());
-    auto* item = new QListWidgetItem(context.text("%@: %@", {path, context.text(left[at].reason.c_str())}), list);
-    item->setToolTip(path);
+    const QString reason = context.text(left[at].reason.c_str());
+    auto* item = new QListWidgetItem(context.text("%@: %@", {short_path(left[at].url, home), reason}), list);
+    item->setToolTip(QString::fromStdString(left[at].url.path()));
   }
   if (left.size() > most_shown) {
     list->addItem(context.text("and %@ more", {context.number(static_cast<std::int64_t>(left.size() - most_shown))}));
