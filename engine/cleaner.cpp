@@ -3,28 +3,10 @@
 #include <algorithm>
 
 #include "engine/file_types.h"
-#include "platform/bytes.h"
 
 namespace tarnby {
 
 namespace {
-
-/// The categories that a removal run can free, with the setting that switches each.
-struct CleanableRow {
-  std::shared_ptr<CleanerItem> Cleaner::*item;
-  std::string_view setting;
-};
-
-constexpr CleanableRow cleanable_rows[] = {
-    {&Cleaner::apps_caches_item, "Caches"},
-    {&Cleaner::apps_logs_item, "Logs"},
-    {&Cleaner::apps_remainders_item, "Remainders"},
-    {&Cleaner::browser_item, "Browsers"},
-    {&Cleaner::mails_item, "Mails"},
-    {&Cleaner::trash_item, "Trash"},
-    {&Cleaner::downloads_item, "Downloads"},
-    {&Cleaner::large_files_item, "LargeFiles"},
-};
 
 bool contains(const std::vector<std::string>& list, std::string_view item) {
   return std::find(list.begin(), list.end(), item) != list.end();
@@ -77,15 +59,6 @@ std::string Cleaner::type_at_url_file(const Url& file) const {
 std::string Cleaner::package_extension_at_url(const Url& url) const {
   const std::string_view name = url.last_path_component();
   return std::string(name.substr(name.rfind('.') + 1));
-}
-
-std::int64_t Cleaner::beCleaned() const {
-  std::int64_t bytes = 0;
-  for (const CleanableRow& row : cleanable_rows) {
-    const auto& item = this->*row.item;
-    if (item && item->size > 0 && app_settings->boolean(row.setting)) bytes = add_bytes(bytes, item->size);
-  }
-  return bytes;
 }
 
 std::vector<Removal> Cleaner::remove_files(const std::atomic<bool>* stop) {

@@ -9,9 +9,9 @@
 #include <vector>
 
 #include "engine/cleaner_item.h"
+#include "engine/cleanup.h"
 #include "engine/clients.h"
-#include "engine/large_file.h"
-#include "engine/outline_item.h"
+#include "engine/large_files.h"
 #include "engine/smart_outline_item.h"
 #include "leftovers/cache.h"
 #include "leftovers/remainders.h"
@@ -43,6 +43,7 @@ class Cleaner {
   std::int64_t wasCleaned = 0;
   std::int64_t apps_junk_size = 0;
   std::int64_t media_junk_size = 0;
+  /// What a removal run could not remove and what is still there, while the run goes on; empty before and after.
   std::vector<Url> remainder_urls;
   Url url_home;
   Url url_library;
@@ -66,6 +67,8 @@ class Cleaner {
   std::shared_ptr<CleanerItem> browser_chrome_item;
   std::shared_ptr<CleanerItem> browser_mozilla_item;
   std::shared_ptr<CleanerItem> browser_safari_item;
+  /// The last application or package that a search for large files took, and its extension, a slash behind each. They
+  /// keep their values, so that the next search begins with them.
   std::string original_package_path;
   std::string original_package_extension;
   std::vector<std::string> archive_formats;
@@ -73,8 +76,8 @@ class Cleaner {
   std::vector<std::string> document_formats;
   std::vector<std::string> movie_formats;
   std::vector<std::string> picture_formats;
-  std::vector<std::shared_ptr<OutlineItem>> outlineItems;
-  std::vector<std::shared_ptr<LargeFile>> largeFiles;
+  LargeFileRows outlineItems;
+  LargeFileList largeFiles;
   std::int64_t totalLargeFilesSize = 0;
   // Bytes found by the smart scan, in all and by category.
   std::int64_t total_smart_size = 0;
@@ -99,6 +102,9 @@ class Cleaner {
   /// What the user kept ticked, for `remove_files`.
   std::vector<Url> files;
 
+  /// The record of a client by its type ("chrome"); null until a scan has found it. It stays when the client goes.
+  std::shared_ptr<CleanerItem> client_record(std::string_view type) const;
+
   /// Bytes in a list: what is no file URL or is missing counts 0, a folder all that is below it.
   std::int64_t overall_size_of_files(std::span<const Url> urls);
   /// Bytes below a folder; 0 when it is missing or unreadable.
@@ -111,8 +117,27 @@ class Cleaner {
   /// What follows the last dot of the last component; the whole component when it has no dot.
   std::string package_extension_at_url(const Url& url) const;
 
-  /// Bytes that a removal run with the current settings would free.
+  /// Bytes in the categories that are switched on, Downloads included, which no removal run takes.
   std::int64_t beCleaned() const;
+
+  /// The junk scan: six categories, each with its files and its size, the clients among them, and the two sums. Writes
+  /// that all three browsers are chosen. `apps_junk_search_complete` is set when the first sum is there,
+  /// `media_search_coomplete` and `search_is_complete` at the end.
+  void clean_with_complete_handler(const std::function<void()>& handler);
+
+  /// Looks through the whole home folder for applications, packages and files of at least 10,000,000 bytes that belong
+  /// to no other category. Empties `large_files_item`, which takes what a user chooses from the result.
+  void search_large_files_with_complete_handler(const LargeFilesHandler& handler);
+
+  /// Removes for good what the categories hold that are switched on and not empty, one after the other, adds the size
+  /// of each to `wasCleaned`, which is never reset, and writes the date of the run for the scheduler.
+  /// @param report what the run did; may be null.
+  void cleanup_with_complete_handler(const std::function<void()>& handler, CleanupReport* report = nullptr);
+
+  /// The locations that such a run would be told to remove, in its order.
+  std::vector<Url> cleanup_files() const;
+  /// True when the category holds something and its setting is true.
+  bool is_switched_on(const CleanupCategory& category) const;
 
   /// The smart scan: seven categories in a fixed order, with a total each and a group each for the outline. After each
   /// but the last a notification is posted on the main queue, named after the one that comes next: "smart_scan_logs",
@@ -131,6 +156,7 @@ class Cleaner {
   };
 
   void plan_smart_scan();
+  void plan_clients();
   void scan_caches();
   void scan_logs();
   void scan_remainders();
@@ -139,7 +165,14 @@ class Cleaner {
   void scan_installs();
   void scan_trash();
 
+  std::vector<Url> cache_locations() const;
+  std::shared_ptr<CleanerItem> measured_item(std::vector<Url> locations);
+  void scan_junk_browsers();
+  void scan_junk_mails();
+  void clean_category(const CleanupCategory& category, CleanupReport& report);
+
   std::shared_ptr<CleanerItem> client_item(const ClientRow& row);
+  std::shared_ptr<CleanerItem> all_clients(std::span<const ClientRow> rows);
   std::shared_ptr<CleanerItem> clients_category(std::span<const ClientRow> rows);
   void keep_client(std::string_view type, const std::shared_ptr<CleanerItem>& item);
   Found measured_entries(const Url& folder, Hidden hidden);

@@ -25,18 +25,6 @@ constexpr SmartCategory categories[] = {
      ""},
 };
 
-/// Where the engine keeps the record of each client.
-struct ClientPlace {
-  std::string_view type;
-  std::shared_ptr<CleanerItem> Cleaner::*item;
-};
-
-constexpr ClientPlace client_places[] = {
-    {"chrome", &Cleaner::browser_chrome_item}, {"mozilla", &Cleaner::browser_mozilla_item},
-    {"safari", &Cleaner::browser_safari_item}, {"apple-mail", &Cleaner::apple_mail_item},
-    {"airmail", &Cleaner::airmail_item},       {"spark", &Cleaner::spark_mail_item},
-};
-
 /// Where installers lie, and which extensions count there, exactly as written. Applications keep files of their own
 /// named "apk" in Application Support, so those are not collected there.
 struct InstallerPlace {
@@ -100,14 +88,7 @@ void Cleaner::smart_clean_with_complete_handler(const std::function<void()>& han
 void Cleaner::plan_smart_scan() {
   cache_.plan_sizes();
   platform_.measurer.plan_entries(url_logs, Hidden::skip);
-  for (const auto rows : {browser_rows(), mail_rows()}) {
-    for (const ClientRow& row : rows) {
-      const auto found = client_files(row, platform_.files, url_library);
-      if (!found) continue;
-      platform_.measurer.plan(found->files);
-      platform_.measurer.plan_entries(found->listed, Hidden::skip);
-    }
-  }
+  plan_clients();
   platform_.measurer.plan_entries(url_trash, Hidden::take);
 }
 
@@ -165,32 +146,6 @@ void Cleaner::scan_remainders() {
   item->items = entries_of(remainders_.smart_remianders());
   // The sum of every scan of this process so far: the leftovers' own total is never reset.
   finish_category("remainders", std::move(item), remainders_.totalRemaidersSize);
-}
-
-/// The record of one client with its files and their size; null when the client is not present.
-std::shared_ptr<CleanerItem> Cleaner::client_item(const ClientRow& row) {
-  auto found = client_files(row, platform_.files, url_library);
-  if (!found) return nullptr;
-  auto item = std::make_shared<CleanerItem>();
-  item->type = row.type;
-  item->group = row.group;
-  if (!found->listed.empty()) {
-    for (MeasuredEntry& entry : platform_.measurer.entries(found->listed, Hidden::skip)) {
-      item->files.push_back(std::move(entry.url));
-      item->size = add_bytes(item->size, entry.size);
-    }
-    return item;
-  }
-  item->files = std::move(found->files);
-  item->size =
-      row.measured_as_folder ? overall_size_of_direcory(item->files.front()) : overall_size_of_files(item->files);
-  return item;
-}
-
-void Cleaner::keep_client(std::string_view type, const std::shared_ptr<CleanerItem>& item) {
-  for (const ClientPlace& place : client_places) {
-    if (place.type == type) this->*place.item = item;
-  }
 }
 
 std::shared_ptr<CleanerItem> Cleaner::clients_category(std::span<const ClientRow> rows) {

@@ -44,6 +44,7 @@ class Platform {
 
  private:
   std::unique_ptr<SettingsStore> settings_;
+  std::unique_ptr<SettingsStore> group_;
   std::unique_ptr<FileMetadata> metadata_;
 
  public:
@@ -51,6 +52,8 @@ class Platform {
   const Text text;
   const Localization localization;
   AppSettings app_settings;
+  /// What this program shares with its scheduler: the key "Date", the moment of the last removal run.
+  SettingsStore& group_settings;
   FileManager files;
   Measurer measurer;
   Bookmarks bookmarks;

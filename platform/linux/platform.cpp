@@ -17,14 +17,20 @@ std::unique_ptr<SettingsStore> standard_settings(const Session& session) {
   return open_settings_file(session.settings_folder.appending("settings.plist"));
 }
 
+std::unique_ptr<SettingsStore> shared_settings(const Session& session) {
+  return open_settings_file(session.settings_folder.appending("QJ4RW7NX2P.com.corvash.tarnby-cleaner.plist"));
+}
+
 }  // namespace
 
 Platform::Platform(Session user, std::unique_ptr<SettingsStore> settings, MainQueue& queue)
     : settings_(settings ? std::move(settings) : standard_settings(user)),
+      group_(shared_settings(user)),
       metadata_(file_times(files)),
       session(std::move(user)),
       text(session.collation_locale, session.number_locale),
       app_settings(*settings_),
+      group_settings(*group_),
       measurer(files),
       bookmarks(*settings_, files.granted()),
       metadata(*metadata_),

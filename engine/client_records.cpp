@@ -1,0 +1,68 @@
+#include "engine/cleaner.h"
+#include "platform/bytes.h"
+
+namespace tarnby {
+
+// What both scans do with browsers and mail programs.
+
+namespace {
+
+/// Where the engine keeps the record of each client.
+struct ClientPlace {
+  std::string_view type;
+  std::shared_ptr<CleanerItem> Cleaner::*item;
+};
+
+constexpr ClientPlace client_places[] = {
+    {"chrome", &Cleaner::browser_chrome_item}, {"mozilla", &Cleaner::browser_mozilla_item},
+    {"safari", &Cleaner::browser_safari_item}, {"apple-mail", &Cleaner::apple_mail_item},
+    {"airmail", &Cleaner::airmail_item},       {"spark", &Cleaner::spark_mail_item},
+};
+
+}  // namespace
+
+void Cleaner::plan_clients() {
+  for (const auto rows : {browser_rows(), mail_rows()}) {
+    for (const ClientRow& row : rows) {
+      const auto found = client_files(row, platform_.files, url_library);
+      if (!found) continue;
+      platform_.measurer.plan(found->files);
+      platform_.measurer.plan_entries(found->listed, Hidden::skip);
+    }
+  }
+}
+
+/// The record of one client with its files and their size; null when the client is not present.
+std::shared_ptr<CleanerItem> Cleaner::client_item(const ClientRow& row) {
+  auto found = client_files(row, platform_.files, url_library);
+  if (!found) return nullptr;
+  auto item = std::make_shared<CleanerItem>();
+  item->type = row.type;
+  item->group = row.group;
+  if (!found->listed.empty()) {
+    for (MeasuredEntry& entry : platform_.measurer.entries(found->listed, Hidden::skip)) {
+      item->files.push_back(std::move(entry.url));
+      item->size = add_bytes(item->size, entry.size);
+    }
+    return item;
+  }
+  item->files = std::move(found->files);
+  item->size =
+      row.measured_as_folder ? overall_size_of_direcory(item->files.front()) : overall_size_of_files(item->files);
+  return item;
+}
+
+void Cleaner::keep_client(std::string_view type, const std::shared_ptr<CleanerItem>& item) {
+  for (const ClientPlace& place : client_places) {
+    if (place.type == type) this->*place.item = item;
+  }
+}
+
+std::shared_ptr<CleanerItem> Cleaner::client_record(std::string_view type) const {
+  for (const ClientPlace& place : client_places) {
+    if (place.type == type) return this->*place.item;
+  }
+  return nullptr;
+}
+
+}  // namespace tarnby

@@ -1,0 +1,90 @@
+#include <algorithm>
+
+#include "engine/cleaner.h"
+#include "platform/bytes.h"
+
+namespace tarnby {
+
+// The second scan beside the smart one: whole categories, each with one list of files and one size. It measures every
+// folder once, ahead of the moment when its size is asked for, as the smart scan does.
+//
+// A record of a client is replaced only when the client is there. One left from an earlier scan of either kind stays
+// and counts again, and that is meant.
+
+namespace {
+
+/// Adds the files and the size of a client to those of all clients of its kind.
+void add_client(CleanerItem& all, const CleanerItem& client) {
+  all.files.insert(all.files.end(), client.files.begin(), client.files.end());
+  all.size = add_bytes(all.size, client.size);
+}
+
+}  // namespace
+
+void Cleaner::clean_with_complete_handler(const std::function<void()>& handler) {
+  {
+    const Measurer::Session session(platform_.measurer);
+    const std::vector<Url> caches = cache_locations();
+    const std::vector<Url> logs = platform_.files.list_urls(url_logs);
+    const std::vector<Url> trash = platform_.files.list_urls(url_trash, Hidden::take);
+    platform_.measurer.plan(caches);
+    platform_.measurer.plan(logs);
+    plan_clients();
+    platform_.measurer.plan(trash);
+    apps_caches_item = measured_item(caches);
+    apps_logs_item = measured_item(logs);
+    apps_remainders_item = measured_item(remainders_.remianders());
+    scan_junk_browsers();
+    scan_junk_mails();
+    trash_item = measured_item(trash);
+    media_junk_size = add_bytes(trash_item->size, mails_item->size);
+    media_search_coomplete = true;
+    search_is_complete = true;
+  }
+  handler();
+}
+
+/// What stands in Caches, and the caches folder of each container, whether there is one or not.
+std::vector<Url> Cleaner::cache_locations() const {
+  std::vector<Url> locations = platform_.files.list_urls(url_caches);
+  for (const Entry& entry : platform_.files.list(url_library.appending("Containers"))) {
+    if (entry.kind == EntryKind::folder) locations.push_back(entry.url.appending("Data/Library/Caches"));
+  }
+  return locations;
+}
+
+std::shared_ptr<CleanerItem> Cleaner::measured_item(std::vector<Url> locations) {
+  auto item = std::make_shared<CleanerItem>();
+  item->size = overall_size_of_files(locations);
+  item->string_size = platform_.text.byte_count(item->size);
+  item->files = std::move(locations);
+  return item;
+}
+
+/// Replaces the records of the clients that are there, and puts those of all of them together.
+std::shared_ptr<CleanerItem> Cleaner::all_clients(std::span<const ClientRow> rows) {
+  auto all = std::make_shared<CleanerItem>();
+  for (const ClientRow& row : rows) {
+    if (const auto client = client_item(row)) keep_client(row.type, client);
+    if (const auto& kept = client_record(row.type)) add_client(*all, *kept);
+  }
+  all->string_size = platform_.text.byte_count(all->size);
+  return all;
+}
+
+void Cleaner::scan_junk_browsers() {
+  browser_item = all_clients(browser_rows());
+  for (const std::string_view browser : {"GoogleChrome", "Mozilla", "Safari"}) app_settings->set_boolean(browser, true);
+  (void)app_settings->synchronize();  // what could not be written now goes with the next change that is
+  apps_junk_size = 0;
+  for (const auto& item : {apps_caches_item, apps_logs_item, apps_remainders_item, browser_item}) {
+    apps_junk_size = add_bytes(apps_junk_size, item->size);
+  }
+  apps_junk_search_complete = true;
+}
+
+void Cleaner::scan_junk_mails() {
+  mails_item = all_clients(mail_rows());
+}
+
+}  // namespace tarnby

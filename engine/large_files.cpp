@@ -1,0 +1,118 @@
+#include "engine/large_files.h"
+
+#include "engine/cleaner.h"
+#include "engine/large_file_walk.h"
+#include "platform/bytes.h"
+
+namespace tarnby {
+
+namespace {
+
+struct GroupRow {
+  std::string_view type;
+  std::string_view label;
+};
+
+constexpr GroupRow groups[] = {
+    {"app", "Applications"}, {"archive", "Archives"}, {"audio", "Audios"},     {"document", "Documents"},
+    {"movie", "Movies"},     {"picture", "Pictures"}, {"package", "Packages"}, {"other", "Other"},
+};
+
+/// What other categories clean, or what belongs to tools that look after it themselves. Below the Library.
+constexpr std::string_view excluded_library_folders[] = {"Developer/Xcode/DocumentationCache",
+                                                         "Developer/CoreSimulator", "iTunes"};
+
+/// The rules of the search, one candidate after the other in walking order.
+class LargeFileRules {
+ public:
+  LargeFileRules(Cleaner& cleaner, std::span<const Url> excluded) : cleaner_(cleaner) {
+    for (const Url& url : excluded) excluded_.emplace_back(url.path());
+    remember_package(FoldedText(cleaner.original_package_path), FoldedText(cleaner.original_package_extension));
+  }
+
+  void ask(const LargeFileCandidate& candidate) {
+    if (candidate.is_package) {
+      ask_package(candidate);
+    } else {
+      ask_file(candidate);
+    }
+  }
+
+  LargeFileList& found() { return found_; }
+
+ private:
+  void ask_file(const LargeFileCandidate& file) {
+    const FoldedText path(file.path);
+    if (path.contains(package_path_)) return;
+    for (const FoldedText& excluded : excluded_) {
+      if (path.contains(excluded)) return;
+    }
+    take(file, {});
+  }
+
+  /// The extension is looked for anywhere in the path, so that once an application was found, a bundle in any folder
+  /// whose name ends in "app" is passed over, and what is in it counts by itself. That is meant.
+  void ask_package(const LargeFileCandidate& package) {
+    if (FoldedText(package.path).contains(package_extension_)) return;
+    cleaner_.original_package_path = package.path + "/";
+    cleaner_.original_package_extension = cleaner_.package_extension_at_url(Url::file(package.path)) + "/";
+    remember_package(FoldedText(cleaner_.original_package_path), FoldedText(cleaner_.original_package_extension));
+    take(package, is_application_name(last_component_of(package.path)) ? "app" : "package");
+  }
+
+  void remember_package(FoldedText path, FoldedText extension) {
+    package_path_ = std::move(path);
+    package_extension_ = std::move(extension);
+  }
+
+  void take(const LargeFileCandidate& candidate, std::string type) {
+    if (candidate.size < large_file_bytes) return;
+    const Url url = Url::file(candidate.path);
+    if (type.empty()) type = cleaner_.type_at_url_file(url);
+    found_.push_back(LargeFile::init_with_file_url(url, std::string(url.last_path_component()), candidate.size, type));
+  }
+
+  Cleaner& cleaner_;
+  std::vector<FoldedText> excluded_;
+  FoldedText package_path_;
+  FoldedText package_extension_;
+  LargeFileList found_;
+};
+
+}  // namespace
+
+LargeFileSelection large_files_of_at_least(std::int64_t bytes, std::span<const std::shared_ptr<LargeFile>> files) {
+  LargeFileSelection selection;
+  for (const auto& file : files) {
+    if (file->size < bytes) continue;
+    selection.files.push_back(file);
+    selection.total = add_bytes(selection.total, file->size);
+  }
+  for (const GroupRow& group : groups) {
+    LargeFileList members;
+    for (const auto& file : selection.files) {
+      if (file->type == group.type) members.push_back(file);
+    }
+    if (members.empty()) continue;
+    selection.rows.push_back(OutlineItem::init_with_label(std::string(group.label), std::move(members)));
+  }
+  return selection;
+}
+
+void Cleaner::search_large_files_with_complete_handler(const LargeFilesHandler& handler) {
+  large_files_item = std::make_shared<CleanerItem>();
+  std::vector<Url> excluded = {url_downloads, url_caches, url_logs};
+  for (const std::string_view folder : excluded_library_folders) excluded.push_back(url_library.appending(folder));
+  LargeFileRules rules(*this, excluded);
+  for (const LargeFileCandidate& candidate : walk_for_large_files(platform_.files, url_home, excluded)) {
+    rules.ask(candidate);
+  }
+  sort_by_name(rules.found());
+  LargeFileSelection selection = large_files_of_at_least(large_file_bytes, rules.found());
+  outlineItems = std::move(selection.rows);
+  largeFiles = std::move(selection.files);
+  totalLargeFilesSize = selection.total;
+  handler(outlineItems, largeFiles, totalLargeFilesSize);
+}
+
+}  // namespace tarnby
