@@ -36,6 +36,38 @@ Example:
   tarnby-cleaner-cli clean caches logs     remove these two groups, after asking
   tarnby-cleaner-cli clean trash --yes     empty the Trash without asking
 )"},
+    {"junk", "", 0, 0, false, run_junk, "Look for junk by category, as the settings switch them",
+     R"(Nothing is removed. "cleanup --help" tells what each category is.
+
+Example:
+  tarnby-cleaner-cli junk
+  tarnby-cleaner-cli junk --json > found.json
+)"},
+    {"cleanup", "[CATEGORY...]", 0, any_number, true, run_cleanup, "Look for junk, then remove the named categories",
+     R"(What is removed does not go to the Trash: it is gone. You are asked first.
+
+Categories:
+  Caches      what applications put aside to be faster, and make again
+  Logs        what applications wrote down about their work
+  Remainders  files of applications that are no longer installed
+  Browsers    caches and stored site data of Chrome, Firefox and Safari
+  Mails       attachments that mail programs have saved
+  Trash       what is in the Trash
+Without a category: those that the settings of these names switch on.
+
+Example:
+  tarnby-cleaner-cli cleanup --dry-run       see what would go
+  tarnby-cleaner-cli cleanup Caches Logs     remove these two, after asking
+  tarnby-cleaner-cli settings Browsers true  from now on with browsers
+)"},
+    {"large", "", 0, 0, false, run_large, "List applications, packages and files of 10 MB and more",
+     R"(Files of other categories are left out: Downloads, caches, logs, iTunes, and what
+the developer tools keep. What is in an application or a package counts with it.
+Only the home folder is looked at. Nothing is removed.
+
+Example:
+  tarnby-cleaner-cli large --at-least 1GB
+)"},
     {"apps", "", 0, 0, false, run_apps, "List the installed applications",
      R"(One line each: name, version and path.
 
@@ -78,6 +110,7 @@ constexpr OptionRow options[] = {
     {"--disk", "DIR", &Invocation::disk, false, "startup disk for this run; all of it is searched"},
     {"--set", "KEY=VALUE", &Invocation::settings, false, "a setting for this run; may be repeated"},
     {"--languages", "LIST", &Invocation::languages, false, "preferred languages for this run: de,en-GB"},
+    {"--at-least", "SIZE", &Invocation::at_least, false, "only files of that size: 500MB, 1.5GB", "large"},
     {"--json", "", &Invocation::json, false, "one JSON object on standard output"},
     {"--quiet", "", &Invocation::quiet, false, "no progress on the terminal"},
     {"--dry-run", "", &Invocation::dry_run, true, "list what would be removed; change nothing"},

@@ -38,6 +38,8 @@ struct OptionRow {
       place;
   bool only_when_removing;
   std::string_view help;
+  /// The one command that it means something to; empty when there are more.
+  std::string_view only_with = {};
 };
 
 /// In the order in which they are listed.

@@ -9,6 +9,9 @@ namespace tarnby::cli {
 
 ExitStatus run_scan(Context& context);
 ExitStatus run_clean(Context& context);
+ExitStatus run_junk(Context& context);
+ExitStatus run_cleanup(Context& context);
+ExitStatus run_large(Context& context);
 ExitStatus run_apps(Context& context);
 ExitStatus run_app(Context& context);
 ExitStatus run_grant(Context& context);

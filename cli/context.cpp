@@ -115,9 +115,19 @@ std::unique_ptr<Platform> platform_for(const Invocation& asked, MainQueue& main_
 }
 
 void need_folders(Context& context) {
-  need_folder(context, folder_rows[0]);
+  need_home(context);
   need_folder(context, folder_rows[1]);
   if (context.asked.disk) need_folder(context, folder_rows[2]);
+}
+
+void need_home(Context& context) {
+  need_folder(context, folder_rows[0]);
+}
+
+void set_for_this_run(Context& context, std::string_view key, PropertyList value) {
+  // platform_for has made it so.
+  auto& settings = dynamic_cast<RunSettings&>(context.platform.app_settings.store());
+  settings.set_for_this_run(key, std::move(value));
 }
 
 bool given_for_this_run(const Invocation& asked, std::string_view key) {

@@ -34,6 +34,11 @@ bool given_for_this_run(const Invocation& asked, std::string_view key);
 /// Begins to access the home and the Applications folder (and the disk, when it was given); throws CommandError with
 /// `no_access` when one was not granted, is missing or cannot be read.
 void need_folders(Context& context);
+/// The same for the home folder alone.
+void need_home(Context& context);
+
+/// Gives a setting a value for this run, which is not stored.
+void set_for_this_run(Context& context, std::string_view key, PropertyList value);
 
 /// The text as it may be shown in one line: valid UTF-8, and escapes instead of what breaks the line, drives the
 /// terminal, or turns the order of what is read.

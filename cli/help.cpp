@@ -1,5 +1,7 @@
 #include "cli/help.h"
 
+#include <utility>
+
 namespace tarnby::cli {
 
 namespace {
@@ -36,9 +38,23 @@ void add_line(std::string& text, const std::string& left, std::string_view right
   text += '\n';
 }
 
+void add_option(std::string& text, const OptionRow& row) {
+  add_line(text, with_words(row.name, row.value), row.help);
+}
+
 void add_options(std::string& text, bool only_when_removing) {
   for (const OptionRow& row : option_rows()) {
-    if (row.only_when_removing == only_when_removing) add_line(text, with_words(row.name, row.value), row.help);
+    if (row.only_when_removing == only_when_removing && row.only_with.empty()) add_option(text, row);
+  }
+}
+
+/// The options of one command alone, below a title of their own.
+void add_own_options(std::string& text, const CommandRow& command) {
+  bool is_first = true;
+  for (const OptionRow& row : option_rows()) {
+    if (row.only_with != command.name) continue;
+    if (std::exchange(is_first, false)) text += "\nOptions of " + std::string(command.name) + ":\n";
+    add_option(text, row);
   }
 }
 
@@ -52,6 +68,7 @@ std::string program_help() {
   add_options(text, false);
   text += "\nOptions of commands that remove:\n";
   add_options(text, true);
+  for (const CommandRow& row : command_rows()) add_own_options(text, row);
   text += ending;
   return text;
 }
@@ -61,6 +78,7 @@ std::string command_help(const CommandRow& row) {
   text += row.summary;
   text += ".\n";
   text += row.details;
+  add_own_options(text, row);
   if (row.removes) {
     text += "\nOptions of commands that remove:\n";
     add_options(text, true);

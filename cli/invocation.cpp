@@ -110,6 +110,11 @@ void check(const Invocation& asked) {
   if (!row.removes && (asked.dry_run || asked.yes)) {
     refuse(name + " removes nothing; leave --dry-run and --yes out", "");
   }
+  for (const OptionRow& option : option_rows()) {
+    const auto* place = std::get_if<std::optional<std::string> Invocation::*>(&option.place);
+    if (option.only_with.empty() || option.only_with == row.name || !place || !(asked.**place)) continue;
+    refuse(std::string(option.name) + " is for " + std::string(option.only_with) + " only; leave it out", "");
+  }
 }
 
 }  // namespace

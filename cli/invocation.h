@@ -41,6 +41,8 @@ struct Invocation {
   std::optional<std::string> languages;
   /// KEY=VALUE, as typed.
   std::vector<std::string> settings;
+  /// A size, as typed.
+  std::optional<std::string> at_least;
   bool json = false;
   bool dry_run = false;
   bool yes = false;

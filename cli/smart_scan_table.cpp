@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <map>
 
+#include "cli/labels.h"
 #include "cli/table.h"
 #include "engine/entry_text.h"
 #include "engine/smart_selection.h"
@@ -12,8 +13,6 @@ namespace tarnby::cli {
 
 namespace {
 
-constexpr std::size_t rows_in_window = 12;
-
 /// One group on its way into the table.
 class GroupLines {
  public:
@@ -22,14 +21,12 @@ class GroupLines {
     for (const CleanerEntry& entry : items_) ++times_[one_line(label_of(entry))];
   }
 
-  void add(std::size_t most) {
-    // A rest of one takes no more room than telling of it.
-    const std::size_t shown = items_.size() > most + 1 ? most : items_.size();
+  void add(std::size_t shown) {
     for (std::size_t at = 0; at < shown; ++at) line(label(items_[at]), size_of(items_[at]));
     if (shown == items_.size()) return;
     std::int64_t rest = 0;
     for (std::size_t at = shown; at < items_.size(); ++at) rest = add_bytes(rest, size_of(items_[at]));
-    line("… and " + std::to_string(items_.size() - shown) + " more (--json lists all of them)", rest);
+    line(more_rows_text(items_.size() - shown), rest);
   }
 
  private:
@@ -63,7 +60,6 @@ std::vector<std::string_view> all_groups() {
 
 void print_smart_scan(Context& context, const Cleaner& cleaner, std::span<const std::string_view> groups) {
   const Text& text = context.platform.text;
-  const std::size_t most = context.out_is_terminal ? rows_in_window : SIZE_MAX - 1;
   Table table({Table::Align::left, Table::Align::right}, window_columns());
   std::string_view header;
   bool is_first = true;
@@ -79,7 +75,7 @@ void print_smart_scan(Context& context, const Cleaner& cleaner, std::span<const 
     const CleanerItem& item = *(cleaner.*category.item);
     table.heading({"  " + group.label + "  [" + group.type + "]", text.byte_count(group.size)});
     if (item.items.empty()) table.line({"    everything is clean"});
-    GroupLines(text, cleaner.url_home, item, table).add(most);
+    GroupLines(text, cleaner.url_home, item, table).add(rows_shown(context, item.items.size()));
   }
   table.blank();
   const std::int64_t bytes = select_groups(cleaner, groups).bytes;

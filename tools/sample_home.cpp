@@ -330,7 +330,13 @@ void print_summary(const SampleTree& tree, const Text& text) {
             << "Applications:  " << tree.applications().string() << "\n"
             << "Holds:         " << tree.entries() << " entries, " << text.byte_count(tree.bytes())
             << ", nearly all of it holes that take no room\n\nTry:\n";
-  const std::string commands[] = {"scan", "clean --dry-run", "clean", "apps",
+  const std::string commands[] = {"scan",
+                                  "clean --dry-run",
+                                  "clean",
+                                  "junk",
+                                  "cleanup --dry-run",
+                                  "large",
+                                  "apps",
                                   "app " + quoted(tree.applications() / "Firefox.app")};
   for (const std::string& command : commands) std::cout << "  tarnby-cleaner-cli " << command << folders;
 }

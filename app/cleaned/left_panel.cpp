@@ -3,6 +3,7 @@
 #include <QListWidget>
 #include <QVBoxLayout>
 
+#include "engine/entry_text.h"
 #include "ui/push_button.h"
 #include "ui/scroller.h"
 #include "ui/text_label.h"
@@ -14,11 +15,6 @@ namespace {
 constexpr QSize list_size(560, 260);
 /// More than anybody reads; the rest is counted.
 constexpr std::size_t most_shown = 1000;
-
-QString short_path(const Url& url, const Url& home) {
-  const bool below_home = !home.empty() && url.is_within(home);
-  return QString::fromStdString(below_home ? "~" + url.path().substr(home.path().size()) : url.path());
-}
 
 }  // namespace
 
@@ -39,7 +35,7 @@ LeftPanel::LeftPanel(AppContext& context) : Screen(context) {
   const Url& home = context.sharedCleaner().url_home;
   for (std::size_t at = 0; at < std::min(left.size(), most_shown); ++at) {
     const QString reason = context.text(left[at].reason.c_str());
-    auto* item = new QListWidgetItem(context.text("%@: %@", {short_path(left[at].url, home), reason}), list);
+    auto* item = new QListWidgetItem(context.text("%@: %@", {QString::fromStdString(short_path(left[at].url, home)), reason}), list);
     item->setToolTip(QString::fromStdString(left[at].url.path()));
   }
   if (left.size() > most_shown) {

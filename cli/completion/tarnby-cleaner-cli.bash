@@ -17,15 +17,19 @@ _tarnby_cleaner_cli_folders() {
 }
 
 _tarnby_cleaner_cli_commands() {
-  printf '%s\n' scan clean apps app grant settings
+  printf '%s\n' scan clean junk cleanup large apps app grant settings
 }
 
 _tarnby_cleaner_cli_options() {
-  printf '%s\n' --home --applications --disk --set --languages --json --quiet --dry-run --yes --help --version
+  printf '%s\n' --home --applications --disk --set --languages --at-least --json --quiet --dry-run --yes --help --version
 }
 
 _tarnby_cleaner_cli_groups() {
   printf '%s\n' caches logs remainders browsers mails installs trash
+}
+
+_tarnby_cleaner_cli_categories() {
+  printf '%s\n' Caches Logs Remainders Browsers Mails Trash
 }
 
 _tarnby_cleaner_cli_grants() {
@@ -48,7 +52,7 @@ _tarnby_cleaner_cli() {
   for ((at = 1; at < COMP_CWORD; at++)); do
     word=${COMP_WORDS[at]}
     case $before in
-      --home | --applications | --disk | --set | --languages)
+      --home | --applications | --disk | --set | --languages | --at-least)
         [[ $word == '=' ]] && continue
         before=''
         continue
@@ -65,7 +69,7 @@ _tarnby_cleaner_cli() {
 
   case $option in
     --home | --applications | --disk) _tarnby_cleaner_cli_folders "$current" && return ;;
-    --languages) return ;;
+    --languages | --at-least) return ;;
     --set)
       compopt -o nospace 2>/dev/null
       _tarnby_cleaner_cli_words "$current" < <(_tarnby_cleaner_cli_settings | sed 's/$/=/')
@@ -79,6 +83,7 @@ _tarnby_cleaner_cli() {
   case $command:$arguments in
     :*) _tarnby_cleaner_cli_words "$current" < <(_tarnby_cleaner_cli_commands) ;;
     clean:*) _tarnby_cleaner_cli_words "$current" < <(_tarnby_cleaner_cli_groups) ;;
+    cleanup:*) _tarnby_cleaner_cli_words "$current" < <(_tarnby_cleaner_cli_categories) ;;
     grant:0) _tarnby_cleaner_cli_words "$current" < <(_tarnby_cleaner_cli_grants) ;;
     grant:1 | app:0) _tarnby_cleaner_cli_folders "$current" ;;
     settings:0) _tarnby_cleaner_cli_words "$current" < <(_tarnby_cleaner_cli_settings; printf '%s\n' home Applications macOS) ;;

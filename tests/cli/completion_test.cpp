@@ -44,6 +44,7 @@ TEST(Completion, offers_what_the_help_lists) {
       {{""}, listed(help, "Commands:")},
       {{"scan", "-"}, listed(help, "Options")},
       {{"clean", "logs", ""}, listed(home.run_bare({"clean", "--help"}), "Groups:")},
+      {{"cleanup", ""}, listed(home.run_bare({"cleanup", "--help"}), "Categories:")},
       {{"grant", ""}, listed(home.run_bare({"grant", "--help"}), "Names:")},
       {{"--home", "scan", "--quiet", "ap"}, {"app", "apps"}},
       {{"settings", "Caches", ""}, {"false", "true"}},

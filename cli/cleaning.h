@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "cli/removal_report.h"
+#include "engine/cleaner.h"
+
+namespace tarnby::cli {
+
+/// Some of what is to be cleaned, measured as one.
+struct CleaningPart {
+  std::vector<Url> files;
+  std::int64_t bytes = 0;
+};
+
+/// A scan that is over and what is to go of what it found.
+struct Cleaning {
+  /// In the order of the removal.
+  std::vector<Url> files;
+  /// The same in parts, so that the bytes of what stays can be told.
+  std::vector<CleaningPart> parts;
+  /// What the engine counts for it.
+  std::int64_t bytes = 0;
+  /// Shows it to people who are asked.
+  std::function<void()> print;
+  /// Removes `files`; `wasCleaned` of the engine is set afterwards.
+  RemoveListed remove;
+  /// The removal leaves its date in the settings that the scheduler reads, and the result tells it.
+  bool is_dated = false;
+};
+
+/// Which of these names the arguments name, in the order of `all`, each once; throws CommandError when one is none.
+/// @param noun what the names are called: "group".
+std::vector<std::string_view> named_among(const Context& context, std::span<const std::string_view> all,
+                                          std::string_view noun);
+
+/// Shows what would go, or asks, removes, counts and reports: the second half of each command that cleans.
+ExitStatus carry_out(Context& context, const Cleaner& cleaner, const Cleaning& cleaning);
+
+}  // namespace tarnby::cli

@@ -1,0 +1,119 @@
+#include <algorithm>
+
+#include "cli/cleaning.h"
+#include "cli/commands.h"
+#include "cli/json.h"
+#include "cli/junk_scan_table.h"
+#include "cli/progress.h"
+#include "platform/bytes.h"
+
+namespace tarnby::cli {
+
+namespace {
+
+void run_junk_scan(Context& context, Cleaner& cleaner) {
+  Progress progress(context);
+  progress.show("Scan in progress…");
+  cleaner.clean_with_complete_handler([] {});
+}
+
+Json json_categories(const Cleaner& cleaner) {
+  Json categories = Json::array();
+  for (const CleanupCategory& category : junk_categories()) {
+    const CleanerItem& item = *(cleaner.*category.item);
+    categories.push_back({{"key", category.setting},
+                          {"size", item.size},
+                          {"string_size", json_text(item.string_size)},
+                          {"paths", json_paths(item.files)}});
+  }
+  return categories;
+}
+
+Json json_clients(const Cleaner& cleaner) {
+  Json clients = Json::array();
+  for (const CleanupCategory& category : junk_categories()) {
+    for (const std::string_view type : client_types(category)) {
+      const auto client = cleaner.client_record(type);
+      if (!client) continue;
+      clients.push_back({{"type", type}, {"size", client->size}, {"paths", json_paths(client->files)}});
+    }
+  }
+  return clients;
+}
+
+std::vector<std::string_view> all_category_names() {
+  std::vector<std::string_view> names;
+  for (const CleanupCategory& category : junk_categories()) names.push_back(category.setting);
+  return names;
+}
+
+/// With categories named, exactly those are on for this run; otherwise the settings decide.
+void switch_categories(Context& context, std::span<const std::string_view> named) {
+  if (named.empty()) return;
+  for (const CleanupCategory& category : cleanup_categories()) {
+    const bool is_named = std::find(named.begin(), named.end(), category.setting) != named.end();
+    set_for_this_run(context, category.setting, is_named);
+  }
+}
+
+std::vector<CleanupCategory> switched_on(const Context& context) {
+  std::vector<CleanupCategory> categories;
+  for (const CleanupCategory& category : junk_categories()) {
+    if (context.platform.app_settings.boolean(category.setting)) categories.push_back(category);
+  }
+  return categories;
+}
+
+}  // namespace
+
+ExitStatus run_junk(Context& context) {
+  need_folders(context);
+  Cleaner& cleaner = Cleaner::sharedCleaner();
+  run_junk_scan(context, cleaner);
+  if (context.asked.json) {
+    const Json result = {{"apps_junk_size", cleaner.apps_junk_size},
+                         {"media_junk_size", cleaner.media_junk_size},
+                         {"be_cleaned", cleaner.beCleaned()},
+                         {"categories", json_categories(cleaner)},
+                         {"clients", json_clients(cleaner)}};
+    context.out << result.dump() << '\n';
+    return done;
+  }
+  print_junk_scan(context, cleaner, junk_categories());
+  if (!context.out_is_terminal) return done;
+  context.out << "\nRemove what the settings say:  tarnby-cleaner-cli cleanup  ("
+              << context.platform.text.byte_count(cleaner.beCleaned())
+              << ")\n"
+                 "Remove some categories:        tarnby-cleaner-cli cleanup Caches Logs\n"
+                 "List what would go:            tarnby-cleaner-cli cleanup --dry-run\n";
+  return done;
+}
+
+ExitStatus run_cleanup(Context& context) {
+  const auto named = named_among(context, all_category_names(), "category");
+  need_folders(context);
+  need_somebody_to_ask(context);
+  switch_categories(context, named);
+  Cleaner& cleaner = Cleaner::sharedCleaner();
+  run_junk_scan(context, cleaner);
+  const std::vector<CleanupCategory> categories = switched_on(context);
+  Cleaning cleaning;
+  cleaning.files = cleaner.cleanup_files();
+  for (const CleanupCategory& category : categories) {
+    if (!cleaner.is_switched_on(category)) continue;
+    const CleanerItem& item = *(cleaner.*category.item);
+    cleaning.parts.push_back({item.files, item.size});
+    cleaning.bytes = add_bytes(cleaning.bytes, item.size);
+  }
+  cleaning.print = [&] { print_junk_scan(context, cleaner, categories); };
+  cleaning.remove = [&](const std::atomic<bool>* stop) {
+    CleanupReport report;
+    report.stop = stop;
+    cleaner.cleanup_with_complete_handler([] {}, &report);
+    return std::move(report.removals);
+  };
+  cleaning.is_dated = true;
+  return carry_out(context, cleaner, cleaning);
+}
+
+}  // namespace tarnby::cli

@@ -1,0 +1,69 @@
+#include "cli/junk_scan_table.h"
+
+#include "cli/labels.h"
+#include "engine/entry_text.h"
+#include "cli/table.h"
+#include "platform/bytes.h"
+
+namespace tarnby::cli {
+
+namespace {
+
+struct ClientsRow {
+  std::shared_ptr<CleanerItem> Cleaner::*item;
+  std::span<const ClientRow> (*clients)();
+};
+
+constexpr ClientsRow clients_rows[] = {{&Cleaner::browser_item, browser_rows}, {&Cleaner::mails_item, mail_rows}};
+
+using Rows = std::vector<std::vector<std::string>>;
+
+Rows rows_of_clients(const Text& text, const Cleaner& cleaner, std::span<const std::string_view> types) {
+  Rows rows;
+  for (const std::string_view type : types) {
+    if (const auto client = cleaner.client_record(type)) {
+      rows.push_back({"    " + client_name(type), text.byte_count(client->size)});
+    }
+  }
+  return rows;
+}
+
+Rows rows_of_files(const Context& context, const Cleaner& cleaner, const CleanerItem& item) {
+  Rows rows;
+  const std::size_t shown = rows_shown(context, item.files.size());
+  for (std::size_t at = 0; at < shown; ++at) rows.push_back({"    " + one_line(short_path(item.files[at], cleaner.url_home))});
+  if (shown < item.files.size()) rows.push_back({"    " + more_rows_text(item.files.size() - shown)});
+  return rows;
+}
+
+}  // namespace
+
+std::vector<std::string_view> client_types(const CleanupCategory& category) {
+  std::vector<std::string_view> types;
+  for (const ClientsRow& row : clients_rows) {
+    if (row.item != category.item) continue;
+    for (const ClientRow& client : row.clients()) types.push_back(client.type);
+  }
+  return types;
+}
+
+void print_junk_scan(Context& context, const Cleaner& cleaner, std::span<const CleanupCategory> categories) {
+  const Text& text = context.platform.text;
+  Table table({Table::Align::left, Table::Align::right}, window_columns());
+  std::int64_t bytes = 0;
+  for (const CleanupCategory& category : categories) {
+    const CleanerItem& item = *(cleaner.*category.item);
+    bytes = add_bytes(bytes, item.size);
+    table.heading({"  " + std::string(category.label) + "  [" + std::string(category.setting) + "]", item.string_size});
+    const auto clients = client_types(category);
+    const Rows rows = clients.empty() ? rows_of_files(context, cleaner, item) : rows_of_clients(text, cleaner, clients);
+    for (const auto& row : rows) table.line(row);
+    if (rows.empty()) table.line({"    everything is clean"});
+  }
+  table.blank();
+  const bool is_all = categories.size() == junk_categories().size();
+  table.heading({is_all ? "Found in all" : "Found in these categories", text.byte_count(bytes)});
+  table.print(context.out);
+}
+
+}  // namespace tarnby::cli
