@@ -95,8 +95,8 @@ Example:
   tarnby-cleaner-cli grant Applications /Applications
 )"},
     {"settings", "[KEY [VALUE]]", 0, 2, false, run_settings, "Show all settings or one, or write one",
-     R"(VALUE is true, false or a whole number. Folders (home, Applications, macOS) are
-given with "grant".
+     R"(VALUE is true, false or a whole number, or the path that a setting takes whose
+name ends in "_url". Folders (home, Applications, macOS) are given with "grant".
 
 Example:
   tarnby-cleaner-cli settings

@@ -38,6 +38,11 @@ PropertyList setting_value(std::string_view key, const std::string& typed) {
                                         "\" takes no typed value; a folder is given with: tarnby-cleaner-cli grant " +
                                         std::string(key) + " DIR");
   }
+  if (row.type == SettingType::location) {
+    const Url place = typed_path(typed);
+    if (place.empty()) throw CommandError(wrong_usage, "\"" + std::string(key) + "\" takes a path");
+    return place.path();
+  }
   const auto number = typed_number(typed);
   if (!number) {
     throw CommandError(wrong_usage, "\"" + std::string(key) + "\" takes true, false or a whole number, not \"" +

@@ -40,6 +40,8 @@ constexpr SettingRow rows[] = {
     {"includeUtilities", integer, {}},
     {"AllowAny", integer, {}},
     {"macOS", data, {}},
+    {"helper_url", location, {}},
+    {"application_support_url", location, {}},
 };
 
 /// The value as a whole number, when it is one or a flag.
@@ -69,6 +71,12 @@ bool AppSettings::boolean(std::string_view key) const {
 
 std::int64_t AppSettings::integer(std::string_view key) const {
   return number_of(store_.value(key)).value_or(0);
+}
+
+Url AppSettings::location(std::string_view key) const {
+  const auto value = store_.value(key);
+  const auto* path = value ? value->as<std::string>() : nullptr;
+  return path ? Url::file(*path) : Url();
 }
 
 void AppSettings::initialize_applications_settings() {

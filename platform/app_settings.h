@@ -6,10 +6,12 @@
 #include <string_view>
 
 #include "platform/settings_store.h"
+#include "platform/url.h"
 
 namespace tarnby {
 
-enum class SettingType { boolean, integer, date, data };
+/// A location is kept as the text of its path.
+enum class SettingType { boolean, integer, date, data, location };
 
 /// One row of the table of settings.
 struct SettingRow {
@@ -36,6 +38,9 @@ class AppSettings {
   bool boolean(std::string_view key) const;
   /// 0 when never written or of another kind; true counts as 1.
   std::int64_t integer(std::string_view key) const;
+
+  /// Nowhere when never written or no absolute path.
+  Url location(std::string_view key) const;
 
   void set_boolean(std::string_view key, bool value) { store_.set(key, value); }
   void set_integer(std::string_view key, std::int64_t value) { store_.set(key, value); }

@@ -74,6 +74,12 @@ Descriptor open_folder_on_same_mount(int parent, const char* name);
 /// A handle for reading a plain file. Links are not followed; a FIFO or a device never makes it wait.
 Descriptor open_file_at(int parent, const char* name);
 
+/// A handle for writing a plain file, which is made, for this user alone, when there is none. Likewise.
+Descriptor open_file_for_writing_at(int parent, const char* name);
+
+/// Makes a folder for this user alone; false when something stands there that is no folder, or it cannot be made.
+bool make_folder_at(int parent, const char* name);
+
 /// What stands under a name in an open folder.
 Status status_at(int parent, const char* name);
 

@@ -192,6 +192,31 @@ std::string FileManager::display_name(const Url& url) const {
   return display_name(Entry{url, may_be_application ? status(url).kind : EntryKind::none});
 }
 
+bool FileManager::write(const Url& file, std::string_view bytes) const {
+  PlaceCursor cursor(granted_);
+  const int parent = cursor.parent_of(file);
+  const std::string name(file.last_path_component());
+  if (parent < 0 || name == "..") return false;
+  const EntryKind standing = status_at(parent, name.c_str()).kind;
+  if (standing != EntryKind::none && standing != EntryKind::file) return false;  // whoever waits at a FIFO sleeps on
+  const Descriptor handle = open_file_for_writing_at(parent, name.c_str());
+  if (!handle || status_of(handle.get()).kind != EntryKind::file || ftruncate(handle.get(), 0) != 0) return false;
+  while (!bytes.empty()) {
+    const ssize_t put = ::write(handle.get(), bytes.data(), bytes.size());
+    if (put < 0 && errno == EINTR) continue;
+    if (put <= 0) return false;
+    bytes.remove_prefix(static_cast<std::size_t>(put));
+  }
+  return true;
+}
+
+bool FileManager::make_folder(const Url& folder) const {
+  PlaceCursor cursor(granted_);
+  const int parent = cursor.parent_of(folder);
+  const std::string name(folder.last_path_component());
+  return parent >= 0 && name != ".." && make_folder_at(parent, name.c_str());
+}
+
 std::optional<std::string> FileManager::read(const Url& file, std::size_t most) const {
   PlaceCursor cursor(granted_);
   const int parent = cursor.parent_of(file);

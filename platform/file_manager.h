@@ -93,6 +93,13 @@ class FileManager {
   /// The whole content of a plain file; none when it is anything else, cannot be read, or is larger than `most` bytes.
   std::optional<std::string> read(const Url& file, std::size_t most) const;
 
+  /// Makes these bytes the content of a plain file, which is made when there is none; its folder must be there. It is
+  /// written in place, so that others who have it open keep it, and may see a part. False, and nothing written, when
+  /// anything but a plain file stands there; false, too, when not all bytes got there.
+  bool write(const Url& file, std::string_view bytes) const;
+  /// True when a folder is there afterwards; the one that is to hold it must be there before.
+  bool make_folder(const Url& folder) const;
+
   /// Removes each entry and everything below it, for good; returns one result each. They are begun in order, and some
   /// folders may be in hand at the same time.
   ///

@@ -41,7 +41,7 @@ _tarnby_cleaner_cli_settings() {
   printf '%s\n' Caches Logs Remainders Browsers Mails Downloads Trash LargeFiles GoogleChrome Mozilla Safari \
     PrivacyAccess PrivacyFullDisk appLaunchCount UOLaunchCount 'Uninstaller Orvane' UOAppearence RateOnStore \
     TotallyCleaned Scheduler EnableScheduler SkipWarning CleanupReady include_user_apps includeDefaultApps \
-    includeUtilities AllowAny
+    includeUtilities AllowAny helper_url application_support_url
 }
 
 _tarnby_cleaner_cli() {

@@ -121,6 +121,14 @@ Descriptor open_file_at(int parent, const char* name) {
   return Descriptor(openat(parent, name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
 }
 
+Descriptor open_file_for_writing_at(int parent, const char* name) {
+  return Descriptor(openat(parent, name, O_WRONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, 0600));
+}
+
+bool make_folder_at(int parent, const char* name) {
+  return mkdirat(parent, name, 0700) == 0 || (errno == EEXIST && status_at(parent, name).kind == EntryKind::folder);
+}
+
 Status status_at(int parent, const char* name) {
   struct stat info = {};
   if (fstatat(parent, name, &info, AT_SYMLINK_NOFOLLOW) != 0) return {};

@@ -6,8 +6,10 @@ namespace tarnby::test {
 
 TEST(Settings, are_kept_by_their_kind_and_refuse_what_they_cannot_hold) {
   CliHome home;
-  const std::tuple<const char*, const char*, Json> kept[] = {
-      {"Browsers", "true", true}, {"Caches", "0", false}, {"TotallyCleaned", "9223372036854775807", INT64_MAX}};
+  const std::tuple<const char*, const char*, Json> kept[] = {{"Browsers", "true", true},
+                                                             {"Caches", "0", false},
+                                                             {"TotallyCleaned", "9223372036854775807", INT64_MAX},
+                                                             {"helper_url", "here/helper", home.path("here/helper")}};
   for (const auto& [key, typed, value] : kept) {
     EXPECT_EQ(home.bare_json({"settings", key, typed})[key], value);
     EXPECT_EQ(home.bare_json({"settings"})[key], value);
@@ -18,6 +20,7 @@ TEST(Settings, are_kept_by_their_kind_and_refuse_what_they_cannot_hold) {
       {"a word", {"settings", "Browsers", "yes"}},
       {"more than a number holds", {"settings", "AllowAny", "9223372036854775808"}},
       {"a folder", {"settings", "home", "/"}},
+      {"no path", {"settings", "helper_url", ""}},
       {"a value for this run that would hide the stored one", {"settings", "Logs", "false", "--set", "Logs=true"}},
       {"a folder for this run that would hide the granted one", {"grant", "home", home.path("home"), "--home", "/"}},
       {"--set of a folder", {"settings", "--set", "home=/"}},

@@ -1,0 +1,123 @@
+#include "engine/hand_off.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "tests/engine/test_engine.h"
+
+namespace tarnby {
+namespace {
+
+using test::Engine;
+using test::TempTree;
+using test::TestPlatform;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+const std::string store = "support/Tarnby cleaner/Store.plist";
+
+std::string list_of(const char* body) {
+  return std::string("<plist version=\"1.0\"><dict>") + body + "</dict></plist>";
+}
+
+/// A screen that has a helper and some files left over.
+struct Screen {
+  Screen() {
+    ada.tree.file("helper").folder("support").file("ada/a & b").file("ada/b");
+    ada.platform.app_settings.store().set("helper_url", ada.tree.path("helper"));
+    ada.platform.app_settings.store().set("application_support_url", ada.tree.path("support"));
+    for (const char* name : {"cleaned_view_controller", "cleanup_with_file_exist"}) {
+      ada.platform.notifications.add_observer(name, [this, name] { posted.emplace_back(name); });
+    }
+    of.cleaner.remainder_urls = {ada.url("ada/b"), ada.url("ada/a & b"), ada.url("ada/\xff"), ada.url("ada/\x01")};
+  }
+
+  HandOff hand_off() {
+    return {ada.platform, of.cleaner, [this](const Url& url) { launched.push_back(ada.relative(url)); }};
+  }
+
+  /// What stands in the hand-off file, as its paths.
+  std::vector<std::string> stored() const {
+    const auto list = parse_property_list(ada.tree.read(store));
+    if (!list || !list->find("Store") || list->as<PropertyList::Dictionary>()->size() != 1) return {"damaged"};
+    std::vector<Url> urls;
+    for (const PropertyList& path : *list->find("Store")->as<PropertyList::Array>()) {
+      urls.push_back(Url::file(*path.as<std::string>()));
+    }
+    return ada.relative(urls);
+  }
+
+  TestPlatform ada;
+  Engine of{ada};
+  std::vector<std::string> posted;
+  std::vector<std::string> launched;
+};
+
+TEST(HandOff, waits_for_complete_and_begins_again_after_cancel) {
+  Screen screen;
+  TempTree& tree = screen.ada.tree;
+  HandOff hand_off = screen.hand_off();
+  ASSERT_TRUE(hand_off.delete_files_with_helper());
+  EXPECT_THAT(screen.stored(), ElementsAre("ada/b", "ada/a & b")) << "paths that no list can hold are not handed over";
+  EXPECT_EQ(hand_off.store_url, screen.ada.url(store));
+  const std::string written = tree.read(store);
+  const std::string half = written.substr(0, written.size() / 2);
+  for (const std::string& no_answer : {written, half, std::string(), std::string("\xff junk"),
+                                       list_of("<key>complete</key><true/>"), std::string("<plist><array/></plist>")}) {
+    tree.content(store, no_answer);
+    EXPECT_TRUE(hand_off.helper_timer_proc()) << no_answer;
+  }
+  std::filesystem::remove(tree.path(store));
+  tree.folder(store);
+  EXPECT_TRUE(hand_off.helper_timer_proc()) << "a folder is no answer";
+  std::filesystem::remove(tree.path(store));
+  EXPECT_TRUE(hand_off.helper_timer_proc()) << "neither is nothing";
+  EXPECT_THAT(screen.launched, ElementsAre("helper"));
+
+  tree.content(store, list_of("<key>Cancel</key><string/><key>Store</key><array><string>/old</string></array>"));
+  screen.of.cleaner.remainder_urls.resize(1);
+  EXPECT_TRUE(hand_off.helper_timer_proc());
+  EXPECT_THAT(screen.stored(), ElementsAre("ada/b")) << "written anew";
+  EXPECT_THAT(screen.launched, ElementsAre("helper", "helper"));
+  EXPECT_THAT(screen.posted, IsEmpty());
+
+  tree.content(store, list_of("<key>Cancel</key><true/><key>Complete</key><integer>0</integer>"));
+  EXPECT_FALSE(hand_off.helper_timer_proc());
+  EXPECT_THAT(screen.posted, ElementsAre("cleaned_view_controller")) << "whatever its value, and before Cancel";
+}
+
+TEST(HandOff, does_not_begin_without_a_helper_or_a_place_to_write) {
+  const std::pair<const char*, std::function<void(HandOff&, TempTree&)>> cases[] = {
+      {"no helper", [](HandOff& of, TempTree&) { of.helper_url = Url(); }},
+      {"a helper that is gone", [](HandOff&, TempTree& tree) { std::filesystem::remove(tree.path("helper")); }},
+      {"no folder", [](HandOff& of, TempTree&) { of.application_support_url = Url(); }},
+      {"a folder that is gone", [](HandOff&, TempTree& tree) { std::filesystem::remove(tree.path("support")); }},
+      {"a folder in the file's place", [](HandOff&, TempTree& tree) { tree.folder(store); }},
+      {"a FIFO in its place", [](HandOff&, TempTree& tree) { tree.fifo(store); }},
+      {"a link in its place", [](HandOff&, TempTree& tree) { tree.link(store, "../../ada/b"); }},
+  };
+  for (const auto& [why, prepare] : cases) {
+    SCOPED_TRACE(why);
+    Screen screen;
+    HandOff hand_off = screen.hand_off();
+    prepare(hand_off, screen.ada.tree);
+    EXPECT_FALSE(hand_off.delete_files_with_helper());
+    EXPECT_THAT(screen.launched, IsEmpty());
+    EXPECT_EQ(screen.ada.tree.read("ada/b"), "");
+  }
+}
+
+TEST(HandOff, when_its_panel_is_cancelled_tells_whether_anything_is_left) {
+  Screen screen;
+  HandOff hand_off = screen.hand_off();
+  screen.of.cleaner.remainder_urls = {screen.ada.url("ada/gone"), screen.ada.url("ada/b")};
+  hand_off.cancel();
+  std::filesystem::remove(screen.ada.tree.path("ada/b"));
+  hand_off.cancel();
+  EXPECT_THAT(screen.posted, ElementsAre("cleanup_with_file_exist", "cleaned_view_controller"));
+}
+
+}  // namespace
+}  // namespace tarnby
