@@ -26,7 +26,7 @@ class Screen : public QWidget {
   virtual void view_will_appear() {}
   virtual void view_did_appear() {}
 
-  /// It is about to be deleted; called once, by whoever showed it.
+  /// It is about to be deleted, and with it the screens within it; called once, by whoever showed it.
   void retire();
 
  Q_SIGNALS:
@@ -41,8 +41,11 @@ class Screen : public QWidget {
 
   void post(std::string_view notification) { context_.platform.notifications.post(notification); }
   void observe(std::string notification, Work observer);
+  void observe_number(std::string notification, std::function<void(std::int64_t)> observer);
   /// Runs work on the main queue after that time, if this screen is still there.
   void after(std::chrono::milliseconds delay, Work work);
+  /// Runs work again and again, each time after that time, until it returns false.
+  void every(std::chrono::milliseconds interval, std::function<bool()> work);
   /// Work that does nothing any more once this screen is gone. To be run on the main thread; may be kept anywhere.
   Work while_here(Work work);
   /// Shows what `identifier` of a catalogue makes as a sheet over the window.

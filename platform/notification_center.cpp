@@ -5,6 +5,10 @@
 namespace tarnby {
 
 NotificationCenter::Token NotificationCenter::add_observer(std::string name, Observer observer) {
+  return add_number_observer(std::move(name), [observer = std::move(observer)](std::int64_t) { observer(); });
+}
+
+NotificationCenter::Token NotificationCenter::add_number_observer(std::string name, NumberObserver observer) {
   const std::lock_guard lock(mutex_);
   subscriptions_.emplace(next_, Subscription{std::move(name), std::move(observer)});
   return next_++;
@@ -16,7 +20,7 @@ void NotificationCenter::remove_observer(Token token) {
   removed = subscriptions_.extract(token);
 }
 
-void NotificationCenter::post(std::string_view name) {
+void NotificationCenter::post(std::string_view name, std::int64_t number) {
   std::vector<Token> called;
   {
     const std::lock_guard lock(mutex_);
@@ -25,15 +29,15 @@ void NotificationCenter::post(std::string_view name) {
     }
   }
   for (const Token token : called) {
-    if (const Observer observer = observer_of(token)) observer();
+    if (const NumberObserver observer = observer_of(token)) observer(number);
   }
 }
 
 /// None once it has been removed, which an observer called before it may have done.
-NotificationCenter::Observer NotificationCenter::observer_of(Token token) {
+NotificationCenter::NumberObserver NotificationCenter::observer_of(Token token) {
   const std::lock_guard lock(mutex_);
   const auto subscription = subscriptions_.find(token);
-  return subscription == subscriptions_.end() ? Observer() : subscription->second.observer;
+  return subscription == subscriptions_.end() ? NumberObserver() : subscription->second.observer;
 }
 
 }  // namespace tarnby

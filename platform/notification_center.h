@@ -14,22 +14,25 @@ namespace tarnby {
 class NotificationCenter {
  public:
   using Observer = std::function<void()>;
+  using NumberObserver = std::function<void(std::int64_t number)>;
   using Token = std::uint64_t;
 
   /// Calls `observer` for each notification of that name from now on.
   Token add_observer(std::string name, Observer observer);
+  /// The same for an observer who wants the number that came with it.
+  Token add_number_observer(std::string name, NumberObserver observer);
   /// The observer is not called any more once this has returned, unless another thread is posting at this moment.
   void remove_observer(Token token);
 
-  void post(std::string_view name);
+  void post(std::string_view name, std::int64_t number = 0);
 
  private:
   struct Subscription {
     std::string name;
-    Observer observer;
+    NumberObserver observer;
   };
 
-  Observer observer_of(Token token);
+  NumberObserver observer_of(Token token);
 
   std::mutex mutex_;
   Token next_ = 1;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <span>
 #include <string_view>
 
 #include "platform/url.h"
@@ -12,12 +13,14 @@ class Workspace {
  public:
   virtual ~Workspace() = default;
 
-  /// Shows the entry, selected, in the file viewer.
-  virtual void reveal(const Url& entry) = 0;
+  /// Shows the entries, selected, in the file viewer.
+  virtual void reveal(std::span<const Url> entries) = 0;
   /// Opens the preview panel on an entry; a panel that is open shows the new one.
   virtual void preview(const Url& entry) = 0;
   /// Opens the window that tells what is known of an entry.
   virtual void show_information(const Url& entry) = 0;
+  /// Starts an application, as a click on it would.
+  virtual void launch(const Url& application) = 0;
   /// Opens a web or settings address.
   virtual void open_link(std::string_view address) = 0;
 };

@@ -8,6 +8,7 @@
 #include <QDesktopServices>
 #include <QDir>
 #include <QFileInfo>
+#include <QProcess>
 #include <QWidget>
 
 #include "app/desktop/information_window.h"
@@ -32,14 +33,17 @@ QUrl DesktopWorkspace::file_url(const Url& entry) {
   return QUrl::fromEncoded("file://" + path.toPercentEncoding("/"), QUrl::StrictMode);
 }
 
-void DesktopWorkspace::reveal(const Url& entry) {
-  const auto open_folder = [folder = file_url(entry.parent())] { QDesktopServices::openUrl(folder); };
+void DesktopWorkspace::reveal(std::span<const Url> entries) {
+  if (entries.empty()) return;
+  const auto open_folder = [folder = file_url(entries.front().parent())] { QDesktopServices::openUrl(folder); };
   const QDBusConnection bus = QDBusConnection::sessionBus();
   if (!bus.isConnected()) return open_folder();
   QDBusMessage call = QDBusMessage::createMethodCall(
       QStringLiteral("org.freedesktop.FileManager1"), QStringLiteral("/org/freedesktop/FileManager1"),
       QStringLiteral("org.freedesktop.FileManager1"), QStringLiteral("ShowItems"));
-  call << QStringList{QString::fromLatin1(file_url(entry).toEncoded())} << QString();
+  QStringList items;
+  for (const Url& entry : entries) items << QString::fromLatin1(file_url(entry).toEncoded());
+  call << items << QString();
   auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(call), window_);
   QObject::connect(watcher, &QDBusPendingCallWatcher::finished, watcher, [watcher, open_folder] {
     if (QDBusPendingReply<>(*watcher).isError()) open_folder();
@@ -62,6 +66,13 @@ void DesktopWorkspace::show_information(const Url& entry) {
   auto* information = new InformationWindow(platform_, errands_, entry, window_);
   information->setAttribute(Qt::WA_DeleteOnClose);
   information->show();
+}
+
+void DesktopWorkspace::launch(const Url& application) {
+  const auto path = QString::fromLocal8Bit(QByteArray::fromStdString(application.path()));
+  const QFileInfo info(path);
+  if (info.isFile() && info.isExecutable() && QProcess::startDetached(path, {})) return;
+  QDesktopServices::openUrl(file_url(application));
 }
 
 void DesktopWorkspace::open_link(std::string_view address) {

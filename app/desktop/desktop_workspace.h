@@ -24,10 +24,12 @@ class DesktopWorkspace final : public Workspace {
   /// The window that panels belong to.
   void set_window(QWidget* window) { window_ = window; }
 
-  /// org.freedesktop.FileManager1.ShowItems; where no file manager answers, the folder is opened.
-  void reveal(const Url& entry) override;
+  /// org.freedesktop.FileManager1.ShowItems; where no file manager answers, the first one's folder is opened.
+  void reveal(std::span<const Url> entries) override;
   void preview(const Url& entry) override;
   void show_information(const Url& entry) override;
+  /// A program is run; anything else is opened with what the desktop has for it.
+  void launch(const Url& application) override;
   /// An address without a scheme is a file among the program's own resources.
   void open_link(std::string_view address) override;
 

@@ -5,9 +5,9 @@
 #include <QMenu>
 #include <QVBoxLayout>
 
+#include "app/category_look.h"
 #include "app/overlay.h"
 #include "app/screen_catalogue.h"
-#include "app/smart/category_look.h"
 #include "app/smart/warning_cleanup_view_controller.h"
 #include "ui/panel.h"
 #include "ui/text_label.h"
@@ -181,7 +181,7 @@ Url SmartCleanViewController::location_of(const QModelIndex& entry) const {
 
 void SmartCleanViewController::show_item_in_finder() {
   const Url url = location_of(selectedRow);
-  if (!url.empty()) context_.workspace.reveal(url);
+  if (!url.empty()) context_.workspace.reveal({&url, 1});
 }
 
 void SmartCleanViewController::quick_look_item() {

@@ -4,6 +4,7 @@
 
 #include "app/screen.h"
 #include "app/smart/smart_clean_lists.h"
+#include "app/smart/smart_outline_model.h"
 #include "app/smart/smart_outline_view.h"
 #include "ui/chart_view.h"
 #include "ui/push_button.h"

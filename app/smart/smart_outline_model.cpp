@@ -2,7 +2,7 @@
 
 #include <QAccessible>
 
-#include "app/smart/category_look.h"
+#include "app/category_look.h"
 #include "engine/entry_text.h"
 
 namespace tarnby {
@@ -29,7 +29,7 @@ QString one_line(const std::string& text) {
 }  // namespace
 
 SmartOutlineModel::SmartOutlineModel(AppContext& context, SmartCleanLists& lists, QObject* parent)
-    : QAbstractItemModel(parent), context_(context), lists_(lists) {
+    : OutlineModel(parent), context_(context), lists_(lists) {
   find_headers();
 }
 
@@ -55,49 +55,15 @@ void SmartOutlineModel::find_headers() {
   }
 }
 
-/// Told as a change of the group's row alone: a view asks anew for the rows below it when it draws them, and walking
-/// over hundreds of thousands of them for one tick would be felt.
-void SmartOutlineModel::group_changed(std::size_t group) {
-  const QModelIndex row = index(static_cast<int>(group), 0);
-  Q_EMIT dataChanged(row, row);
-}
-
-std::size_t SmartOutlineModel::group_of(const QModelIndex& index) {
-  return is_group(index) ? static_cast<std::size_t>(index.row()) : static_cast<std::size_t>(index.internalId() - 1);
-}
-
 const CleanerEntry* SmartOutlineModel::entry_at(const QModelIndex& index) const {
   if (!index.isValid() || is_group(index)) return nullptr;
   return &lists_.entries(group_of(index))[static_cast<std::size_t>(index.row())];
-}
-
-// The internal number of an entry's index is its group's row and 1, that of a group's index 0.
-QModelIndex SmartOutlineModel::index(int row, int column, const QModelIndex& parent) const {
-  if (row < 0 || column != 0 || row >= rowCount(parent)) return {};
-  return createIndex(row, column, parent.isValid() ? static_cast<quintptr>(parent.row() + 1) : 0);
-}
-
-QModelIndex SmartOutlineModel::parent(const QModelIndex& child) const {
-  if (!child.isValid() || is_group(child)) return {};
-  return createIndex(static_cast<int>(child.internalId() - 1), 0, quintptr{0});
-}
-
-int SmartOutlineModel::rowCount(const QModelIndex& parent) const {
-  if (!parent.isValid()) return static_cast<int>(lists_.count());
-  if (!is_group(parent)) return 0;
-  return static_cast<int>(lists_.entries(group_of(parent)).size());
 }
 
 Qt::ItemFlags SmartOutlineModel::flags(const QModelIndex& index) const {
   if (!index.isValid()) return Qt::NoItemFlags;
   const Qt::ItemFlags both = Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable;
   return is_group(index) ? both : both | Qt::ItemNeverHasChildren;
-}
-
-QVariant SmartOutlineModel::data(const QModelIndex& index, int role) const {
-  if (!index.isValid()) return {};
-  const std::size_t group = group_of(index);
-  return is_group(index) ? group_data(group, role) : entry_data(group, static_cast<std::size_t>(index.row()), role);
 }
 
 QVariant SmartOutlineModel::group_data(std::size_t group, int role) const {
@@ -117,6 +83,8 @@ QVariant SmartOutlineModel::group_data(std::size_t group, int role) const {
       return look_of(item.type).color;
     case header_role:
       return headers_[group];
+    case about_role:
+      return true;
     case note_role:
       return lists_.entries(group).empty() ? context_.text("everything is clean") : QString();
     default:
@@ -164,12 +132,6 @@ QString SmartOutlineModel::spoken(const QString& label, std::int64_t size, Qt::C
                      : state == Qt::PartiallyChecked ? "%@, %@, partly ticked"
                                                      : "%@, %@, not ticked";
   return context_.text(said, {label, context_.byte_count(size)});
-}
-
-bool SmartOutlineModel::setData(const QModelIndex& index, const QVariant& value, int role) {
-  if (!index.isValid() || role != Qt::CheckStateRole) return false;
-  Q_EMIT tick_asked(index, value.toInt() == Qt::Checked);
-  return true;
 }
 
 }  // namespace tarnby

@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "app/smart/smart_outline_model.h"
+#include "app/outline_model.h"
 #include "ui/button_look.h"
 #include "ui/check_button.h"
 #include "ui/figures.h"
@@ -48,7 +48,7 @@ QFont header_font() {
 }
 
 bool has_header(const QModelIndex& index) {
-  return SmartOutlineModel::is_group(index) && !index.data(SmartOutlineModel::header_role).toString().isEmpty();
+  return OutlineModel::is_group(index) && !index.data(OutlineModel::header_role).toString().isEmpty();
 }
 
 /// Takes `width` from the left of what is left of a line.
@@ -61,12 +61,12 @@ QRect take(QRect& rest, int width, int height) {
 }  // namespace
 
 int OutlineRow::height_of(const QModelIndex& index) {
-  if (!SmartOutlineModel::is_group(index)) return scaled(theme::file_row_height);
+  if (!OutlineModel::is_group(index)) return scaled(theme::file_row_height);
   return scaled(theme::row_height) + (has_header(index) ? scaled(usual_header_height) : 0);
 }
 
 OutlineRow::OutlineRow(const QModelIndex& index, const QRect& rect, Qt::LayoutDirection direction) : line(rect) {
-  const bool group = SmartOutlineModel::is_group(index);
+  const bool group = OutlineModel::is_group(index);
   if (has_header(index)) {
     header = QRect(rect.left() + edge + gap, rect.top(), rect.width() - 2 * edge, scaled(usual_header_height));
     line.setTop(header.bottom() + 1);
@@ -74,8 +74,8 @@ OutlineRow::OutlineRow(const QModelIndex& index, const QRect& rect, Qt::LayoutDi
   QRect rest = line.adjusted(edge, 0, -2 * edge, 0);
   const auto check_side = static_cast<int>(check_box_side());
   const QFontMetrics sizes(size_font(group));
-  const int size_width = static_cast<int>(
-      std::ceil(figures_width(size_font(group), index.data(SmartOutlineModel::size_text_role).toString())));
+  const int size_width =
+      static_cast<int>(std::ceil(figures_width(size_font(group), index.data(OutlineModel::size_text_role).toString())));
   size = QRect(rest.right() + 1 - size_width, line.top(), size_width, line.height());
   rest.setRight(size.left() - 1 - gap);
   if (group) {
@@ -83,12 +83,13 @@ OutlineRow::OutlineRow(const QModelIndex& index, const QRect& rect, Qt::LayoutDi
   } else {
     rest.setLeft(rest.left() + entry_indent - edge);
   }
-  check = take(rest, check_side, check_side);
-  if (group) tag = take(rest, tag_side, tag_side);
+  if (index.data(Qt::CheckStateRole).isValid()) check = take(rest, check_side, check_side);
+  if (index.data(OutlineModel::color_role).isValid()) tag = take(rest, tag_side, tag_side);
   const int wanted = QFontMetrics(label_font(group)).horizontalAdvance(index.data().toString()) + 2;
-  const int beside = group ? info_side + gap : 0;
+  const bool tells = index.data(OutlineModel::about_role).toBool();
+  const int beside = tells ? info_side + gap : 0;
   label = take(rest, std::min(wanted, rest.width() - beside), line.height());
-  if (group) info = take(rest, info_side, info_side);
+  if (tells) info = take(rest, info_side, info_side);
   note = rest;
   for (QRect* part : {&header, &disclosure, &check, &tag, &label, &info, &note, &size}) {
     *part = QStyle::visualRect(direction, rect, *part);
@@ -124,7 +125,7 @@ void SmartOutlineRows::draw_ground(QPainter& painter, const QStyleOptionViewItem
 }
 
 void SmartOutlineRows::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const {
-  const bool group = SmartOutlineModel::is_group(index);
+  const bool group = OutlineModel::is_group(index);
   const OutlineRow row(index, option.rect, option.direction);
   const auto start = Qt::AlignVCenter | (option.direction == Qt::RightToLeft ? Qt::AlignRight : Qt::AlignLeft);
   painter->save();
@@ -134,7 +135,7 @@ void SmartOutlineRows::paint(QPainter* painter, const QStyleOptionViewItem& opti
     painter->setFont(header_font());
     painter->setPen(quiet);
     painter->drawText(row.header.adjusted(0, 0, 0, -4), static_cast<int>(start & ~Qt::AlignVCenter) | Qt::AlignBottom,
-                      index.data(SmartOutlineModel::header_role).toString());
+                      index.data(OutlineModel::header_role).toString());
   }
   draw_ground(*painter, option, index, row);
   if (group && index.model()->hasChildren(index)) {
@@ -146,11 +147,13 @@ void SmartOutlineRows::paint(QPainter* painter, const QStyleOptionViewItem& opti
                                                                                   : 0),
                       theme::secondary);
   }
-  draw_check_box(*painter, row.check, index.data(Qt::CheckStateRole).value<Qt::CheckState>());
-  if (group) {
-    painter->fillPath(rounded_path(row.tag, 3), index.data(SmartOutlineModel::color_role).value<QColor>());
-    draw_info_mark(*painter, QRectF(row.info).adjusted(1, 1, -1, -1), theme::secondary);
+  if (!row.check.isEmpty()) {
+    draw_check_box(*painter, row.check, index.data(Qt::CheckStateRole).value<Qt::CheckState>());
   }
+  if (!row.tag.isEmpty()) {
+    painter->fillPath(rounded_path(row.tag, 3), index.data(OutlineModel::color_role).value<QColor>());
+  }
+  if (!row.info.isEmpty()) draw_info_mark(*painter, QRectF(row.info).adjusted(1, 1, -1, -1), theme::secondary);
   const auto text = [&](const QRect& place, const QFont& font, const QColor& color, const QString& words,
                         Qt::TextElideMode elide) {
     painter->setFont(font);
@@ -158,7 +161,7 @@ void SmartOutlineRows::paint(QPainter* painter, const QStyleOptionViewItem& opti
     painter->drawText(place, static_cast<int>(start), QFontMetrics(font).elidedText(words, elide, place.width()));
   };
   text(row.label, label_font(group), theme::text, index.data().toString(), Qt::ElideMiddle);
-  const QString note = index.data(SmartOutlineModel::note_role).toString();
+  const QString note = index.data(OutlineModel::note_role).toString();
   if (!note.isEmpty() && row.note.width() > 3 * theme::grid) {
     text(row.note, theme::font(theme::Type::note), quiet, note, Qt::ElideRight);
   }
@@ -167,7 +170,7 @@ void SmartOutlineRows::paint(QPainter* painter, const QStyleOptionViewItem& opti
   painter->setPen(theme::text);
   const double baseline = row.size.top() + (row.size.height() + metrics.ascent() - metrics.descent()) / 2;
   draw_figures(*painter, sizes, {static_cast<double>(row.size.left()), baseline},
-               index.data(SmartOutlineModel::size_text_role).toString());
+               index.data(OutlineModel::size_text_role).toString());
   painter->restore();
 }
 

@@ -47,7 +47,7 @@ SmartOutlineView::Hit SmartOutlineView::hit_at(const QPoint& point) const {
 }
 
 void SmartOutlineView::tick(const QModelIndex& index) {
-  if (!index.isValid()) return;
+  if (!index.data(Qt::CheckStateRole).isValid()) return;
   // A box that is on in part turns fully on first.
   const bool on = index.data(Qt::CheckStateRole).value<Qt::CheckState>() == Qt::Checked;
   model()->setData(index, on ? Qt::Unchecked : Qt::Checked, Qt::CheckStateRole);
@@ -86,7 +86,7 @@ void SmartOutlineView::mouseReleaseEvent(QMouseEvent* event) {
 void SmartOutlineView::keyPressEvent(QKeyEvent* event) {
   by_keyboard_ = true;
   const QModelIndex index = currentIndex();
-  const bool group = SmartOutlineModel::is_group(index);
+  const bool group = OutlineModel::is_group(index);
   switch (event->key()) {
     case Qt::Key_Space:
       if (!index.isValid()) break;
@@ -98,7 +98,7 @@ void SmartOutlineView::keyPressEvent(QKeyEvent* event) {
       if (group) Q_EMIT disclosure_asked(index);
       return;
     case Qt::Key_F1:
-      if (group) Q_EMIT about_asked(index);
+      if (index.data(OutlineModel::about_role).toBool()) Q_EMIT about_asked(index);
       return;
     default:
       break;
@@ -109,7 +109,7 @@ void SmartOutlineView::keyPressEvent(QKeyEvent* event) {
 void SmartOutlineView::contextMenuEvent(QContextMenuEvent* event) {
   const bool keyboard = event->reason() == QContextMenuEvent::Keyboard;
   const QModelIndex index = keyboard ? currentIndex() : indexAt(event->pos());
-  if (!index.isValid() || SmartOutlineModel::is_group(index)) return;
+  if (!index.isValid() || OutlineModel::is_group(index)) return;
   Q_EMIT menu_asked(index, keyboard ? viewport()->mapToGlobal(visualRect(index).center()) : event->globalPos());
 }
 

@@ -2,7 +2,7 @@
 
 #include <QTreeView>
 
-#include "app/smart/smart_outline_model.h"
+#include "app/outline_model.h"
 #include "app/smart/smart_outline_rows.h"
 
 namespace tarnby {

@@ -2,7 +2,7 @@
 
 #include <QVBoxLayout>
 
-#include "app/smart/category_look.h"
+#include "app/category_look.h"
 #include "platform/bytes.h"
 #include "ui/text_label.h"
 

@@ -85,7 +85,8 @@ class Stage::Queue : public MainQueue {
 
 class Stage::NoWorkspace : public Workspace {
  public:
-  void reveal(const Url&) override {}
+  void reveal(std::span<const Url>) override {}
+  void launch(const Url&) override {}
   void preview(const Url&) override {}
   void show_information(const Url&) override {}
   void open_link(std::string_view) override {}

@@ -17,7 +17,7 @@ struct CategoryLook {
   const char* about_text;
 };
 
-/// The look of a category of the smart scan, by its type; the first one for any other text.
+/// The look of a category, by its type; the first one for any other text.
 const CategoryLook& look_of(std::string_view type);
 
 }  // namespace tarnby

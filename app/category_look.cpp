@@ -1,4 +1,4 @@
-#include "app/smart/category_look.h"
+#include "app/category_look.h"
 
 #include <algorithm>
 #include <iterator>
@@ -33,6 +33,12 @@ const CategoryLook looks[] = {
     {"trash", theme::silver, "Trash", "AboutTrash",
      "Files you have already thrown away. They still take space until the Trash is emptied. Removing them here is "
      "permanent."},
+    {"downloads", theme::azure, "Downloads", "AboutDownloads",
+     "Everything you have saved from the net. Look through it now and then: what you no longer need is best removed by "
+     "hand."},
+    {"large-files", theme::green, "Large files", "AboutLargeFiles",
+     "Single files, applications and packages of 10 MB and more that belong to no other category. Nothing is chosen "
+     "until you choose it."},
 };
 
 }  // namespace
