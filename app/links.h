@@ -7,6 +7,7 @@ namespace tarnby::links {
 
 inline constexpr std::string_view store_page = "appstream://com.corvash.tarnby-cleaner";
 inline constexpr std::string_view companion_page = "appstream://com.corvash.uninstaller-orvane";
+inline constexpr std::string_view helper_page = "appstream://com.corvash.tarnby-cleaner-helper";
 /// Below the folder of the program's resources.
 inline constexpr std::string_view folder_access_page = "help/folder-access.html";
 

@@ -66,7 +66,7 @@ bool Overlay::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void Overlay::keyPressEvent(QKeyEvent* event) {
-  if (event->key() == Qt::Key_Escape) close_overlay();
+  if (event->key() == Qt::Key_Escape) content_->escaped();
   event->accept();  // keys do not reach what lies below
 }
 

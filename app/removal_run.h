@@ -1,8 +1,10 @@
 #pragma once
 
+#include <span>
 #include <string>
 #include <vector>
 
+#include "platform/file_manager.h"
 #include "platform/url.h"
 
 namespace tarnby {
@@ -22,5 +24,8 @@ struct RemovalRun {
   /// What could not be removed, in the order in which it was listed.
   std::vector<Left> left;
 };
+
+/// What is still there of a list after its removal; one result for each location.
+std::vector<RemovalRun::Left> left_of(std::span<const Url> urls, std::span<const Removal> results);
 
 }  // namespace tarnby

@@ -26,6 +26,9 @@ class Screen : public QWidget {
   virtual void view_will_appear() {}
   virtual void view_did_appear() {}
 
+  /// Escape was pressed while it is shown as a sheet or popover; closes that.
+  virtual void escaped() { Q_EMIT dismissed(); }
+
   /// It is about to be deleted, and with it the screens within it; called once, by whoever showed it.
   void retire();
 
@@ -40,6 +43,9 @@ class Screen : public QWidget {
   virtual void will_retire() {}
 
   void post(std::string_view notification) { context_.platform.notifications.post(notification); }
+  void post_number(std::string_view notification, std::int64_t number) {
+    context_.platform.notifications.post(notification, number);
+  }
   void observe(std::string notification, Work observer);
   void observe_number(std::string notification, std::function<void(std::int64_t)> observer);
   /// Runs work on the main queue after that time, if this screen is still there.

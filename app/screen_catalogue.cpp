@@ -8,6 +8,14 @@
 #include "app/cleaned/download_uninstaller_orvane.h"
 #include "app/cleaned/rate_on_app_store.h"
 #include "app/home/home_view_controller.h"
+#include "app/junk/applications_view_controller.h"
+#include "app/junk/category_about.h"
+#include "app/junk/delete_view_controller.h"
+#include "app/junk/large_files_view_controller.h"
+#include "app/junk/media_view_controller.h"
+#include "app/junk/page_controllers.h"
+#include "app/junk/scan_view_controller.h"
+#include "app/junk/select_browsers.h"
 #include "app/smart/about_panel.h"
 #include "app/smart/smart_clean_view_controller.h"
 #include "app/smart/smart_cleanup_view_controller.h"
@@ -23,10 +31,10 @@ std::unique_ptr<Screen> make(AppContext& context) {
   return std::make_unique<Controller>(context);
 }
 
-/// The About panel of one category.
-template <const auto& type>
+/// A panel that tells about one category.
+template <class Panel, const auto& type>
 std::unique_ptr<Screen> make_about(AppContext& context) {
-  return std::make_unique<AboutPanel>(context, type);
+  return std::make_unique<Panel>(context, type);
 }
 
 constexpr char caches[] = "caches";
@@ -36,6 +44,8 @@ constexpr char browsers[] = "browsers";
 constexpr char mails[] = "mails";
 constexpr char installs[] = "installs";
 constexpr char trash[] = "trash";
+constexpr char downloads[] = "downloads";
+constexpr char large_files[] = "large-files";
 
 constexpr ScreenRow main_rows[] = {
     {"Sandbox", make<SandboxViewController>}, {"Home", make<HomeViewController>},
@@ -44,16 +54,11 @@ constexpr ScreenRow main_rows[] = {
 };
 
 constexpr ScreenRow smart_clean_rows[] = {
-    {"AboutCaches", make_about<caches>},
-    {"AboutLogs", make_about<logs>},
-    {"AboutRemainders", make_about<remainders>},
-    {"AboutBrowsers", make_about<browsers>},
-    {"AboutMails", make_about<mails>},
-    {"AboutInstalls", make_about<installs>},
-    {"AboutTrash", make_about<trash>},
-    {"SmartScan", make<SmartScanViewController>},
-    {"SmartClean", make<SmartCleanViewController>},
-    {"SmartCleanup", make<SmartCleanupViewController>},
+    {"AboutCaches", make_about<AboutPanel, caches>},         {"AboutLogs", make_about<AboutPanel, logs>},
+    {"AboutRemainders", make_about<AboutPanel, remainders>}, {"AboutBrowsers", make_about<AboutPanel, browsers>},
+    {"AboutMails", make_about<AboutPanel, mails>},           {"AboutInstalls", make_about<AboutPanel, installs>},
+    {"AboutTrash", make_about<AboutPanel, trash>},           {"SmartScan", make<SmartScanViewController>},
+    {"SmartClean", make<SmartCleanViewController>},          {"SmartCleanup", make<SmartCleanupViewController>},
     {"WarningCleanup", make<WarningCleanupViewController>},
 };
 

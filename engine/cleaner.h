@@ -34,9 +34,10 @@ class Cleaner {
   Cleaner(Platform& platform, Cache& cache, Remainders& remainders);
 
   // The fields, in the order in which they are described everywhere else.
-  bool search_is_complete = false;
-  bool apps_junk_search_complete = false;
-  bool media_search_coomplete = false;  // the spelling is the name by which the screens know it
+  // The flags are polled by the main thread while a scan runs: once one is seen set, what it stands for may be read.
+  std::atomic<bool> search_is_complete = false;
+  std::atomic<bool> apps_junk_search_complete = false;
+  std::atomic<bool> media_search_coomplete = false;  // the spelling is the name by which the screens know it
   ApplicationDelegate* appDelegate;
   AppSettings* app_settings;
   /// Bytes handed over for removal, or removed; added to the lifetime total by whoever shows the result.
@@ -101,6 +102,9 @@ class Cleaner {
   std::shared_ptr<SmartOutlineItem> outlineTrashItem;
   /// What the user kept ticked, for `remove_files`.
   std::vector<Url> files;
+
+  /// The leftovers object that the scans ask.
+  const Remainders& remainders() const { return remainders_; }
 
   /// The record of a client by its type ("chrome"); null until a scan has found it. It stays when the client goes.
   std::shared_ptr<CleanerItem> client_record(std::string_view type) const;

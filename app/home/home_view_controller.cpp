@@ -30,6 +30,10 @@ HomeViewController::HomeViewController(AppContext& context) : Screen(context) {
   const std::int64_t total = context.platform.app_settings.integer("TotallyCleaned");
   if (total > 0) cleaned_so_far->setText(context.text("Cleaned so far: %@", {context.byte_count(total)}));
   layout->addWidget(cleaned_so_far);
+  layout->addSpacing(theme::grid);
+  categories_button = new PushButton(context.text("Categories"), ButtonKind::link, this);
+  connect(categories_button, &QAbstractButton::clicked, this, &HomeViewController::show_categories);
+  layout->addWidget(categories_button, 0, Qt::AlignHCenter);
   layout->addStretch(7);
 
   observe("home_end_anim", [this] { home_end_anim(); });
@@ -40,6 +44,19 @@ HomeViewController::HomeViewController(AppContext& context) : Screen(context) {
 
 void HomeViewController::search() {
   post("smart_scan_view_controller");
+}
+
+void HomeViewController::show_categories() {
+  Cleaner& cleaner = context_.sharedCleaner();
+  cleaner.apps_junk_search_complete = false;  // of an earlier scan, whose results are replaced now
+  cleaner.media_search_coomplete = false;
+  context_.background.async([&cleaner, &platform = context_.platform] {
+    platform.files.look_again();
+    cleaner.clean_with_complete_handler([] {});
+  });
+  categories_button->setEnabled(false);
+  search_button->setEnabled(false);
+  post("scan_view_controller");
 }
 
 void HomeViewController::home_end_anim() {

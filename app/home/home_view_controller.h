@@ -3,6 +3,7 @@
 #include "app/screen.h"
 #include "ui/entrance.h"
 #include "ui/home_view.h"
+#include "ui/push_button.h"
 
 class QLabel;
 
@@ -17,9 +18,13 @@ class HomeViewController : public Screen {
   HomeView* search_button;
   /// What all runs together have removed; not shown before the first.
   QLabel* cleaned_so_far;
+  /// The quiet way to the category pages.
+  PushButton* categories_button;
 
   /// Looks for what can be removed.
   void search();
+  /// Starts the junk scan in the background and shows its progress.
+  void show_categories();
   /// Its closing animation, after which it asks to be taken away.
   void home_end_anim();
 

@@ -12,19 +12,6 @@ constexpr std::chrono::milliseconds ring_time{2000};
 constexpr std::chrono::milliseconds until_complete{1500};
 constexpr std::chrono::milliseconds until_cleaned{1500};
 
-/// What is still there of a list after its removal.
-std::vector<RemovalRun::Left> left_of(const std::vector<Url>& urls, const std::vector<Removal>& results) {
-  std::vector<RemovalRun::Left> left;
-  for (std::size_t at = 0; at < results.size(); ++at) {
-    if (!results[at].attempted) {
-      left.push_back({urls[at], "the removal was stopped before it"});
-    } else if (results[at].error) {
-      left.push_back({urls[at], results[at].error.message()});
-    }
-  }
-  return left;
-}
-
 }  // namespace
 
 void start_removal(AppContext& context, Cleaner& cleaner) {

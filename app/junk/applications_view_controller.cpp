@@ -1,0 +1,37 @@
+#include "app/junk/applications_view_controller.h"
+
+namespace tarnby {
+
+ApplicationsViewController::ApplicationsViewController(AppContext& context)
+    : CategoryPage(context, {"Applications junk", applications_rows(), "ApplicationsPageController", ButtonKind::accent,
+                             "Media junk"}) {
+  for (const JunkRow& row : applications_rows()) {
+    Category& shown = category(row.type);
+    show_item(shown);
+    const bool ticked = shown.size >= 1 && app_settings.boolean(row.setting);
+    shown.button->setChecked(ticked);
+    if (ticked) count(shown.size);
+  }
+  update_ui();
+  connect(next_button, &QAbstractButton::clicked, this, &ApplicationsViewController::to_media_junk);
+  connect(back_button, &QAbstractButton::clicked, this, &ApplicationsViewController::back);
+  observe("update_browsers", [this] { update_browsers(); });
+}
+
+void ApplicationsViewController::to_media_junk() {
+  post("navigate_forward");
+}
+
+void ApplicationsViewController::back() {
+  post("home_view_controller");
+}
+
+void ApplicationsViewController::update_browsers() {
+  Category& browsers = category("browsers");
+  const std::int64_t before = browsers.size;
+  show_item(browsers);
+  if (browsers.button->isChecked()) count(browsers.size - before);
+  update_ui();
+}
+
+}  // namespace tarnby

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <string_view>
+
+#include "app/screen.h"
+#include "ui/push_button.h"
+
+namespace tarnby {
+
+/// Tells about one category of a category page, and leads to what is in it.
+class CategoryAbout : public Screen {
+  Q_OBJECT
+ public:
+  CategoryAbout(AppContext& context, std::string_view type);
+
+  /// Null where there is nothing to lead to.
+  PushButton* show_button = nullptr;
+
+  /// Shows the category's folder, or lets the person choose, as the category has it.
+  void show_category();
+
+ private:
+  void reveal_folder();
+  void select_browsers();
+
+  std::string_view type_;
+};
+
+}  // namespace tarnby

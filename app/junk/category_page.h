@@ -1,0 +1,76 @@
+#pragma once
+
+#include <QLabel>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "app/junk/junk_rows.h"
+#include "app/screen.h"
+#include "ui/changing_label.h"
+#include "ui/check_button.h"
+#include "ui/info_button.h"
+#include "ui/push_button.h"
+
+namespace tarnby {
+
+/// One of the two category pages: its categories with a box, a size and an info button each, what is told about the one
+/// touched last, and the sum of what will be cleaned.
+class CategoryPage : public Screen {
+  Q_OBJECT
+ public:
+  AppDelegate& appDelegate;
+  AppSettings& app_settings;
+  Cleaner& sharedCleaner;
+  /// Bytes in the ticked categories.
+  std::uint64_t overall_be_cleaned = 0;
+  NumberLabel* overall_be_cleaned_label;
+  QWidget* containerView;  // holds the inner page container
+  PushButton* back_button;
+  PushButton* next_button;
+
+  /// One category as it is shown.
+  struct Category {
+    const JunkRow* row;
+    CheckButton* button;
+    QLabel* size_label;
+    InfoButton* info;
+    /// The bytes that it counts with while it is ticked.
+    std::int64_t size = 0;
+  };
+  Category& category(std::string_view type);
+
+  /// Shows the sum.
+  void update_ui();
+
+ protected:
+  /// How a page differs from the other one.
+  struct Plan {
+    const char* title;
+    std::span<const JunkRow> rows;
+    const char* inner_pages;
+    ButtonKind next_kind;
+    const char* next_text;
+  };
+  CategoryPage(AppContext& context, const Plan& plan);
+
+  /// The box of a category was ticked or unticked.
+  virtual void toggle(Category& category, bool on);
+  /// Only turns to what is told about it.
+  void about(const Category& category) { post(category.row->move); }
+  /// Takes the engine's item as it is now: its size, its text, and whether there is a box at all.
+  void show_item(Category& category);
+  virtual QString size_text(const Category& category) const;
+  /// A category with nothing in it has no box to tick.
+  virtual bool has_box(const Category& category) const { return category.size >= 1; }
+  void count(std::int64_t bytes) { overall_be_cleaned += static_cast<std::uint64_t>(bytes); }
+
+ private:
+  QWidget* list_panel(const Plan& plan);
+  QWidget* row_line(const JunkRow& row, QWidget* parent);
+  QWidget* bottom_bar(const Plan& plan);
+
+  std::vector<std::unique_ptr<Category>> categories_;
+};
+
+}  // namespace tarnby

@@ -1,0 +1,43 @@
+#include "app/junk/junk_rows.h"
+
+#include <algorithm>
+
+namespace tarnby {
+
+namespace {
+
+constexpr JunkRow applications[] = {
+    {"caches", "Applications caches", &Cleaner::apps_caches_item, "Caches", "move_applications_cache", "AboutCaches"},
+    {"logs", "Applications logs", &Cleaner::apps_logs_item, "Logs", "move_applications_logs", "AboutLogs"},
+    {"remainders", "Applications remainders", &Cleaner::apps_remainders_item, "Remainders",
+     "move_applications_remainders", "AboutRemainders"},
+    {"browsers", "Browsers", &Cleaner::browser_item, "Browsers", "move_browsers", "AboutBrowsers"},
+};
+
+constexpr JunkRow media[] = {
+    {"downloads", "Downloads", &Cleaner::downloads_item, "Downloads", "move_media_downloads", "AboutDownloads"},
+    {"trash", "Trash Bin", &Cleaner::trash_item, "Trash", "move_media_trash", "AboutTrash"},
+    {"mails", "Mail attachments", &Cleaner::mails_item, "Mails", "move_media_mails", "AboutMails"},
+    {"large-files", "Large files", &Cleaner::large_files_item, "LargeFiles", "move_media_large_files",
+     "AboutLargeFiles"},
+};
+
+}  // namespace
+
+std::span<const JunkRow> applications_rows() {
+  return applications;
+}
+
+std::span<const JunkRow> media_rows() {
+  return media;
+}
+
+const JunkRow& junk_row(std::string_view type) {
+  for (const auto rows : {applications_rows(), media_rows()}) {
+    const auto row = std::ranges::find(rows, type, &JunkRow::type);
+    if (row != rows.end()) return *row;
+  }
+  return applications[0];
+}
+
+}  // namespace tarnby

@@ -1,0 +1,73 @@
+#include "app/junk/media_view_controller.h"
+
+#include "app/screen_catalogue.h"
+
+namespace tarnby {
+
+namespace {
+
+constexpr std::string_view downloads = "downloads";
+constexpr std::string_view large_files = "large-files";
+
+}  // namespace
+
+MediaViewController::MediaViewController(AppContext& context)
+    : CategoryPage(context, {"Media junk", media_rows(), "MediaPageController", ButtonKind::destructive, "Clean"}) {
+  for (const JunkRow& row : media_rows()) {
+    Category& shown = category(row.type);
+    show_item(shown);
+    // Downloads begin unticked whatever their setting says: nobody throws them away by habit.
+    const bool ticked = row.type != downloads && shown.size >= 1 && app_settings.boolean(row.setting);
+    shown.button->setChecked(ticked);
+    if (ticked) count(shown.size);
+  }
+  update_ui();
+  connect(next_button, &QAbstractButton::clicked, this, &MediaViewController::cleanup);
+  connect(back_button, &QAbstractButton::clicked, this, &MediaViewController::to_apps_junk);
+  observe("show_large_files", [this] { show_large_files(); });
+  observe_number("update_ui_with_large_files_item_size",
+                 [this](std::int64_t change) { update_ui_with_large_files_item_size(change); });
+}
+
+bool MediaViewController::has_box(const Category& category) const {
+  return category.size >= 1 || category.row->type == downloads || category.row->type == large_files;
+}
+
+QString MediaViewController::size_text(const Category& category) const {
+  if (category.row->type == large_files && category.size < 1) return context_.text("Choose…");
+  return CategoryPage::size_text(category);
+}
+
+void MediaViewController::toggle(Category& category, bool on) {
+  category.row->type == large_files ? clean_large_files(category, on) : CategoryPage::toggle(category, on);
+}
+
+void MediaViewController::clean_large_files(Category& category, bool on) {
+  if (!on || category.size >= 1) return CategoryPage::toggle(category, on);
+  category.button->setChecked(false);  // until something is chosen
+  show_large_files();
+  post(category.row->move);
+  update_ui();
+}
+
+void MediaViewController::to_apps_junk() {
+  post("navigate_back");
+}
+
+void MediaViewController::cleanup() {
+  post("delete_view_controller");
+}
+
+void MediaViewController::show_large_files() {
+  present_sheet(ScreenCatalogue::main().make("LargeFiles", context_));
+}
+
+void MediaViewController::update_ui_with_large_files_item_size(std::int64_t change) {
+  Category& shown = category(large_files);
+  show_item(shown);
+  shown.button->setChecked(app_settings.boolean(shown.row->setting));
+  count(change);
+  update_ui();
+}
+
+}  // namespace tarnby

@@ -1,0 +1,191 @@
+#include "app/junk/scan_view_controller.h"
+
+#include <QVBoxLayout>
+
+#include "leftovers/remainders.h"
+#include "ui/text_label.h"
+
+namespace tarnby {
+
+namespace {
+
+using std::chrono::milliseconds;
+
+constexpr milliseconds flicker_interval{30};
+constexpr milliseconds flag_interval{500};
+constexpr milliseconds until_logs{2000};
+constexpr milliseconds until_remainders{4000};
+constexpr milliseconds until_browsers{7000};
+constexpr milliseconds until_trash{8000};
+constexpr milliseconds until_mails{1500};
+constexpr milliseconds until_complete{2800};
+constexpr milliseconds until_pages{1500};
+constexpr int path_width = 640;
+
+using Files = std::vector<Url>;
+
+const Files* files_of(const std::shared_ptr<CleanerItem>& item) {
+  return item ? &item->files : nullptr;
+}
+
+// Until its flag is set the scan still writes what belongs to it, so nothing of it is read before.
+bool apps_are_ready(const Cleaner& cleaner) {
+  return cleaner.apps_junk_search_complete;
+}
+bool media_is_ready(const Cleaner& cleaner) {
+  return cleaner.media_search_coomplete;
+}
+
+constexpr const char* wait = "Wait...";
+constexpr const char* clean = "In \"%@\" everything is clean";
+
+}  // namespace
+
+const ScanViewController::Flicker ScanViewController::caches = {
+    [](const Cleaner& cleaner) -> const Files* { return files_of(cleaner.apps_caches_item); }, apps_are_ready, nullptr,
+    ""};
+const ScanViewController::Flicker ScanViewController::logs = {
+    [](const Cleaner& cleaner) -> const Files* { return files_of(cleaner.apps_logs_item); }, apps_are_ready, clean,
+    "Applications logs"};
+// The applications that were looked through for what removed ones have left.
+const ScanViewController::Flicker ScanViewController::remainders = {
+    [](const Cleaner& cleaner) -> const Files* { return &cleaner.remainders().installedApplications; }, apps_are_ready,
+    wait, ""};
+const ScanViewController::Flicker ScanViewController::browsers = {
+    [](const Cleaner& cleaner) -> const Files* { return files_of(cleaner.browser_item); }, apps_are_ready, wait, ""};
+const ScanViewController::Flicker ScanViewController::trash = {
+    [](const Cleaner& cleaner) -> const Files* { return files_of(cleaner.trash_item); }, media_is_ready, clean,
+    "Trash Bin"};
+const ScanViewController::Flicker ScanViewController::mails = {
+    [](const Cleaner& cleaner) -> const Files* { return files_of(cleaner.mails_item); }, media_is_ready, clean,
+    "Mail attachments"};
+
+ScanViewController::ScanViewController(AppContext& context)
+    : Screen(context),
+      appDelegate(context.appDelegate),
+      app_settings(context.platform.app_settings),
+      sharedCleaner(context.sharedCleaner()) {
+  const QColor quiet = theme::readable(theme::secondary, theme::wave_ground);
+  scanView = new ScanView(context.clock, this);
+  scanView->setAccessibleName(context.text("Scan"));
+  scan_size = scanView->number();
+  scan_label = new FadingLabel(context.clock, this);
+  label = text_label(context.text("Looking for what can be cleaned"), theme::Type::large, theme::text, this,
+                     theme::Weight::strong);
+  text = text_label({}, theme::Type::detail, quiet, this);
+  path = text_label({}, theme::Type::note, quiet, this);
+  path->setFixedWidth(path_width);
+
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(2 * theme::grid, 2 * theme::grid, 2 * theme::grid, 2 * theme::grid);
+  layout->addStretch(6);
+  layout->addWidget(label);
+  layout->addSpacing(2 * theme::grid);
+  layout->addWidget(scanView, 0, Qt::AlignHCenter);
+  layout->addSpacing(3 * theme::grid);
+  layout->addWidget(scan_label);
+  layout->addWidget(path, 0, Qt::AlignHCenter);
+  layout->addWidget(text);
+  layout->addStretch(7);
+
+  scan_open_anim();
+  start_flicker(caches);
+  after(until_logs, [this] { animation_apps_caches(); });
+  after(until_remainders, [this] { animation_apps_remainders(); });
+  after(until_browsers, [this] { animation_browsers(); });
+  after(until_trash, [this] { animation_trash(); });
+}
+
+void ScanViewController::scan_open_anim() {
+  constexpr int half_ring_ms = 8000;
+  path->setText(context_.text(wait));
+  text->setText(context_.text(wait));
+  scanView->show_number(context_.byte_count(0));
+  scanView->show_caption(context_.text("found so far"));
+  show_category("Applications caches");
+  scanView->animate_stroke_end(0.5, half_ring_ms);
+}
+
+void ScanViewController::show_category(const char* category) {
+  scan_label->show_text(context_.text("Scan in \"%@\"", {context_.text(category)}));
+}
+
+void ScanViewController::start_flicker(const Flicker& flicker) {
+  every(flicker_interval, [this, &flicker, count = std::size_t{0}]() mutable { return tick(flicker, count); });
+}
+
+/// Shows one more file. The first one is never shown: the count is raised before it is used, and that is meant.
+bool ScanViewController::tick(const Flicker& flicker, std::size_t& count) {
+  if (!flicker.is_ready(sharedCleaner)) return true;
+  const Files* files = flicker.files(sharedCleaner);
+  const std::size_t all = files == nullptr ? 0 : files->size();
+  if (++count < all) {
+    const QString shown = QString::fromStdString((*files)[count].path());
+    path->setText(path->fontMetrics().elidedText(shown, Qt::ElideMiddle, path->width()));
+    return true;
+  }
+  if (all > 0) return false;
+  count = 0;
+  if (flicker.empty_text != nullptr) {
+    path->setText(context_.text(flicker.empty_text, {context_.text(flicker.empty_category)}));
+  }
+  return true;
+}
+
+void ScanViewController::animation_apps_caches() {
+  show_category("Applications logs");
+  start_flicker(logs);
+}
+
+void ScanViewController::animation_apps_remainders() {
+  show_category("Applications remainders");
+  start_flicker(remainders);
+}
+
+void ScanViewController::animation_browsers() {
+  show_category("Browsers");
+  start_flicker(browsers);
+}
+
+void ScanViewController::animation_trash() {
+  constexpr int rest_of_ring_ms = 2800;
+  if (!sharedCleaner.apps_junk_search_complete) {
+    every(flag_interval, [this] {
+      if (!sharedCleaner.apps_junk_search_complete) return true;
+      animation_trash();
+      return false;
+    });
+    return;
+  }
+  scanView->animate_stroke_end(1, rest_of_ring_ms);
+  scanView->show_number(context_.byte_count(sharedCleaner.apps_junk_size));
+  show_category("Trash Bin");
+  start_flicker(trash);
+  after(until_mails, [this] { animation_mails(); });
+  after(until_complete, [this] { scan_complete(); });
+}
+
+void ScanViewController::animation_mails() {
+  show_category("Mail attachments");
+  start_flicker(mails);
+}
+
+void ScanViewController::scan_complete() {
+  if (!sharedCleaner.media_search_coomplete) {
+    every(flag_interval, [this] {
+      if (!sharedCleaner.media_search_coomplete) return true;
+      scan_complete();
+      return false;
+    });
+    return;
+  }
+  scanView->show_number(context_.byte_count(sharedCleaner.apps_junk_size + sharedCleaner.media_junk_size));
+  scan_label->show_text(context_.text("Scan complete..."));
+  text->setText(QStringLiteral("Tarnby cleaner..."));  // the program's name is the same in every language
+  after(until_pages, [&center = context_.platform.notifications] {
+    center.post("scan_end_anim_complete");  // takes this screen away
+    center.post("page_controller");
+  });
+}
+
+}  // namespace tarnby
