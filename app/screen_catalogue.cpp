@@ -47,20 +47,46 @@ constexpr char trash[] = "trash";
 constexpr char downloads[] = "downloads";
 constexpr char large_files[] = "large-files";
 
+// clang-format off
 constexpr ScreenRow main_rows[] = {
-    {"Sandbox", make<SandboxViewController>}, {"Home", make<HomeViewController>},
-    {"Cleaned", make<CleanedViewController>}, {"DownloadUninstallerOrvane", make<UninstallerOrvaneViewcontroller>},
+    {"Sandbox", make<SandboxViewController>},
+    {"Home", make<HomeViewController>},
+    {"Scan", make<ScanViewController>},
+    {"PageController", make<PageController>},
+    {"ApplicationsJunk", make<ApplicationsViewController>},
+    {"MediaJunk", make<MediaViewController>},
+    {"Delete", make<DeleteViewController>},
+    {"Cleaned", make<CleanedViewController>},
+    {"ApplicationsPageController", make<ApplicationsPageController>},
+    {"MediaPageController", make<MediaPageController>},
+    {"AboutCaches", make_about<CategoryAbout, caches>},
+    {"AboutLogs", make_about<CategoryAbout, logs>},
+    {"AboutRemainders", make_about<CategoryAbout, remainders>},
+    {"AboutBrowsers", make_about<CategoryAbout, browsers>},
+    {"AboutDownloads", make_about<CategoryAbout, downloads>},
+    {"AboutTrash", make_about<CategoryAbout, trash>},
+    {"AboutMails", make_about<CategoryAbout, mails>},
+    {"AboutLargeFiles", make_about<CategoryAbout, large_files>},
+    {"LargeFiles", make<LargeFilesViewController>},
+    {"SelectBrowsers", make<SelectBrowsers>},
+    {"DownloadUninstallerOrvane", make<UninstallerOrvaneViewcontroller>},
     {"RateOnAppStore", make<RateOnAppStore>},
 };
 
 constexpr ScreenRow smart_clean_rows[] = {
-    {"AboutCaches", make_about<AboutPanel, caches>},         {"AboutLogs", make_about<AboutPanel, logs>},
-    {"AboutRemainders", make_about<AboutPanel, remainders>}, {"AboutBrowsers", make_about<AboutPanel, browsers>},
-    {"AboutMails", make_about<AboutPanel, mails>},           {"AboutInstalls", make_about<AboutPanel, installs>},
-    {"AboutTrash", make_about<AboutPanel, trash>},           {"SmartScan", make<SmartScanViewController>},
-    {"SmartClean", make<SmartCleanViewController>},          {"SmartCleanup", make<SmartCleanupViewController>},
+    {"AboutCaches", make_about<AboutPanel, caches>},
+    {"AboutLogs", make_about<AboutPanel, logs>},
+    {"AboutRemainders", make_about<AboutPanel, remainders>},
+    {"AboutBrowsers", make_about<AboutPanel, browsers>},
+    {"AboutMails", make_about<AboutPanel, mails>},
+    {"AboutInstalls", make_about<AboutPanel, installs>},
+    {"AboutTrash", make_about<AboutPanel, trash>},
+    {"SmartScan", make<SmartScanViewController>},
+    {"SmartClean", make<SmartCleanViewController>},
+    {"SmartCleanup", make<SmartCleanupViewController>},
     {"WarningCleanup", make<WarningCleanupViewController>},
 };
+// clang-format on
 
 }  // namespace
 

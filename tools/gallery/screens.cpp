@@ -4,6 +4,12 @@
 #include "app/access/sandbox_view_controller.h"
 #include "app/cleaned/cleaned_view_controller.h"
 #include "app/home/home_view_controller.h"
+#include "app/junk/category_about.h"
+#include "app/junk/delete_view_controller.h"
+#include "app/junk/download_helper.h"
+#include "app/junk/large_files_view_controller.h"
+#include "app/junk/page_controllers.h"
+#include "app/junk/scan_view_controller.h"
 #include "app/overlay.h"
 #include "app/smart/smart_clean_view_controller.h"
 #include "app/smart/smart_cleanup_view_controller.h"
@@ -151,6 +157,114 @@ void cleaned_promotion(Stage& stage) {
   stage.run_delayed();
 }
 
+/// The engine as after a junk scan and, when asked, after a choice of large files.
+void pretend_junk_scan(Stage& stage) {
+  Cleaner& cleaner = stage.cleaner();
+  const auto item = [&](std::int64_t megabytes, std::vector<Url> files = {}) {
+    auto made = std::make_shared<CleanerItem>();
+    made->size = megabytes * 1'000'000;
+    made->string_size = stage.context().platform.text.byte_count(made->size);
+    made->files = std::move(files);
+    return made;
+  };
+  const Url logs = stage.home().appending("Library/Logs");
+  cleaner.apps_caches_item = item(2910);
+  cleaner.apps_logs_item = item(413, {logs.appending("one.log"), logs.appending("Sketchbook/sync.log")});
+  cleaner.apps_remainders_item = item(0);
+  cleaner.browser_chrome_item = item(433);
+  cleaner.browser_safari_item = item(300);
+  cleaner.browser_item = item(733);
+  cleaner.trash_item = item(1800);
+  cleaner.mails_item = item(680);
+  cleaner.downloads_item = item(0);
+  cleaner.apps_junk_size = 4'056'000'000;
+  cleaner.media_junk_size = 2'480'000'000;
+  cleaner.apps_junk_search_complete = true;
+  cleaner.media_search_coomplete = true;
+  stage.context().platform.app_settings.initialize_applications_settings();
+}
+
+void junk_scan(Stage& stage) {
+  pretend_junk_scan(stage);
+  stage.show<ScanViewController>(main_screens(), "Scan", &BackgroundView::animation_for_scan_view);
+}
+
+void junk_scan_ends(Stage& stage) {
+  pretend_junk_scan(stage);
+  stage.show<ScanViewController>(main_screens(), "Scan", &BackgroundView::animation_for_scan_view)->scan_complete();
+}
+
+PageController* pages(Stage& stage) {
+  pretend_junk_scan(stage);
+  return stage.show<PageController>(main_screens(), "PageController", &BackgroundView::animation_for_page_view);
+}
+
+void pages_applications(Stage& stage) {
+  pages(stage);
+}
+
+void pages_browsers(Stage& stage) {
+  PageController* screen = pages(stage);
+  stage.context().platform.notifications.post("move_browsers");
+  stage.pass(500);
+  for (CategoryAbout* about : screen->findChildren<CategoryAbout*>()) {
+    if (about->isVisible()) about->show_category();
+  }
+}
+
+void pages_media(Stage& stage) {
+  pages(stage);
+  for (const char* move : {"navigate_forward", "move_media_trash"}) stage.context().platform.notifications.post(move);
+  stage.pass(500);
+}
+
+LargeFilesViewController* large_files(Stage& stage) {
+  Cleaner& cleaner = stage.cleaner();
+  const Url home = stage.home();
+  const auto file = [&](const char* path, std::int64_t megabytes, const char* type) {
+    const Url url = home.appending(path);
+    return LargeFile::init_with_file_url(url, std::string(url.last_path_component()), megabytes * 1'000'000, type);
+  };
+  cleaner.largeFiles = {file("Movies/Holiday.mov", 2300, "movie"), file("Documents/Thesis/scans.pdf", 84, "document"),
+                        file("Projects/backup-2019.zip", 640, "archive"), file("Movies/Wedding.mp4", 1450, "movie")};
+  const LargeFileSelection all = large_files_of_at_least(0, cleaner.largeFiles);
+  cleaner.outlineItems = all.rows;
+  cleaner.totalLargeFilesSize = all.total;
+  stage.pass(100);
+  Sheet* sheet = Sheet::present(main_screens().make("LargeFiles", stage.context()), stage.window());
+  return static_cast<LargeFilesViewController*>(&sheet->content());
+}
+
+void large_files_search(Stage& stage) {
+  pages_media(stage);
+  large_files(stage);
+}
+
+void large_files_found(Stage& stage) {
+  pages_media(stage);
+  LargeFilesViewController* sheet = large_files(stage);
+  stage.finish_background();
+  stage.run_main_queue();
+  const auto* model = sheet->outlineview->model();
+  sheet->select_file(model->index(0, 0, model->index(0, 0)), true);
+}
+
+void delete_runs(Stage& stage) {
+  pretend_junk_scan(stage);
+  stage.show<DeleteViewController>(main_screens(), "Delete", &BackgroundView::animation_for_delete_view)
+      ->deleteView->set_stroke_end(0.6);
+}
+
+void delete_left(Stage& stage) {
+  delete_runs(stage);
+  stage.finish_background();
+  const Url trash = stage.home().appending(".Trash");
+  stage.cleaner().remainder_urls = {trash.appending("Old system files"), trash.appending("Shared drafts")};
+  static std::unique_ptr<HandOff> hand_off;
+  hand_off = std::make_unique<HandOff>(stage.context().platform, stage.cleaner(), [](const Url&) {});
+  Sheet::present(std::make_unique<DownloadHelper>(stage.context(), *hand_off), stage.window());
+}
+
 constexpr std::array stages = {
     StageRow{"screen_access", access_new},
     StageRow{"screen_access_home_allowed", access_half},
@@ -165,6 +279,15 @@ constexpr std::array stages = {
     StageRow{"screen_smart_clean_warning", clean_warning},
     StageRow{"screen_smart_cleanup", removal_runs},
     StageRow{"screen_smart_cleanup_done", removal_done},
+    StageRow{"screen_junk_scan", junk_scan},
+    StageRow{"screen_junk_scan_ends", junk_scan_ends},
+    StageRow{"screen_categories_applications", pages_applications},
+    StageRow{"screen_categories_browsers", pages_browsers},
+    StageRow{"screen_categories_media", pages_media},
+    StageRow{"screen_large_files_search", large_files_search},
+    StageRow{"screen_large_files", large_files_found},
+    StageRow{"screen_delete", delete_runs},
+    StageRow{"screen_delete_left", delete_left},
     StageRow{"screen_cleaned", cleaned_all},
     StageRow{"screen_cleaned_left", cleaned_left},
     StageRow{"screen_cleaned_left_list", cleaned_left_list},

@@ -4,6 +4,7 @@
 #include <QDir>
 #include <future>
 #include <map>
+#include <mutex>
 
 #include "engine/smart_selection.h"
 
@@ -78,8 +79,13 @@ void fill(Cleaner& cleaner, const std::map<std::string_view, std::vector<Cleaner
 /// Keeps everything until it is asked for.
 class Stage::Queue : public MainQueue {
  public:
-  void async(Work) override {}
+  void async(Work work) override {
+    const std::lock_guard lock(mutex);
+    arrived.push_back(std::move(work));
+  }
   void after(std::chrono::milliseconds, Work work) override { delayed.push_back(std::move(work)); }
+  std::mutex mutex;
+  std::vector<Work> arrived;
   std::vector<Work> delayed;
 };
 
@@ -150,6 +156,11 @@ void Stage::finish_background() {
   std::promise<void> done;
   background_work_.async([&] { done.set_value(); });
   done.get_future().wait();
+}
+
+void Stage::run_main_queue() {
+  for (auto& work : std::exchange(queue_->arrived, {})) work();
+  pass(1000);
 }
 
 void Stage::run_delayed() {

@@ -32,7 +32,9 @@ class Stage {
 
   /// Lets the time pass for everything that moves, and draws.
   void pass(int milliseconds);
-  /// Runs what waits on the main queue, however long it would have to wait.
+  /// Runs what has come to the main queue; after `finish_background`.
+  void run_main_queue();
+  /// Runs what is delayed on the main queue, however long it would have to wait.
   void run_delayed();
   /// Waits for what the screen has started in the background.
   void finish_background();
