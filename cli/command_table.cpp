@@ -36,7 +36,7 @@ Example:
   tarnby-cleaner-cli clean caches logs     remove these two groups, after asking
   tarnby-cleaner-cli clean trash --yes     empty the Trash without asking
 )"},
-    {"junk", "", 0, 0, false, run_junk, "Look for junk by category, as the settings switch them",
+    {"junk", "", 0, 0, false, run_junk, "Look for junk and show it by category",
      R"(Nothing is removed. "cleanup --help" tells what each category is.
 
 Example:
@@ -110,7 +110,7 @@ constexpr OptionRow options[] = {
     {"--disk", "DIR", &Invocation::disk, false, "startup disk for this run; all of it is searched"},
     {"--set", "KEY=VALUE", &Invocation::settings, false, "a setting for this run; may be repeated"},
     {"--languages", "LIST", &Invocation::languages, false, "preferred languages for this run: de,en-GB"},
-    {"--at-least", "SIZE", &Invocation::at_least, false, "only files of that size: 500MB, 1.5GB", "large"},
+    {"--at-least", "SIZE", &Invocation::at_least, false, "only those of that size or more: 500MB, 1.5GB", "large"},
     {"--json", "", &Invocation::json, false, "one JSON object on standard output"},
     {"--quiet", "", &Invocation::quiet, false, "no progress on the terminal"},
     {"--dry-run", "", &Invocation::dry_run, true, "list what would be removed; change nothing"},

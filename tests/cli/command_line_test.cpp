@@ -26,6 +26,7 @@ TEST(CommandLine, that_is_wrong_is_told_in_one_line) {
       {"an unknown grant", {"grant", "Home", "/"}, "\"Home\""},
       {"an unknown group", {"clean", "logs", "Logs"}, "caches logs remainders browsers mails installs trash"},
       {"a category written otherwise", {"cleanup", "caches"}, "Caches Logs Remainders Browsers Mails Trash"},
+      {"nobody to ask", {"cleanup", "--home=/", "--applications=/"}, "--yes"},
       {"an option of another command", {"scan", "--at-least=1GB"}, "--at-least is for large only"},
       {"a group that would be an option", {"clean", "--", "--yes"}, "\"--yes\""},
       {"--dry-run where nothing is removed", {"--dry-run", "settings", "Logs", "true"}, "settings removes nothing"},

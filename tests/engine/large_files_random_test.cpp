@@ -42,14 +42,11 @@ struct Reading {
   }
 
   bool is_excluded(const std::string& path) const {
-    const Url places[] = {cleaner.url_downloads,
-                          cleaner.url_caches,
-                          cleaner.url_logs,
-                          cleaner.url_library.appending("Developer/Xcode/DocumentationCache"),
-                          cleaner.url_library.appending("Developer/CoreSimulator"),
-                          cleaner.url_library.appending("iTunes")};
-    return std::any_of(std::begin(places), std::end(places),
-                       [&](const Url& place) { return contains_folded(path, place.path()); });
+    for (const char* place : {"Downloads", "Library/Caches", "Library/Logs", "Library/Developer/CoreSimulator",
+                              "Library/Developer/Xcode/DocumentationCache", "Library/iTunes"}) {
+      if (contains_folded(path, cleaner.url_home.appending(place).path())) return true;
+    }
+    return false;
   }
 
   void take(const Url& url, const std::string& type) {
