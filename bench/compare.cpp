@@ -8,6 +8,7 @@
 #include <charconv>
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <functional>
 #include <string>
@@ -16,8 +17,9 @@
 
 #include "bench/home.h"
 
-// Times a smart scan against du(1) over the same folders, one after the other in turn, and prints medians, ratios and
-// peak memory. Both are whole processes; what they print goes nowhere.
+// Times a smart scan against du(1) over the same folders, a search for large files against find(1), and a junk scan
+// with its removal against rm(1) on equal trees, one after the other in turn, and prints medians, ratios and peak
+// memory. All are whole processes; what they print goes nowhere.
 
 extern char** environ;  // NOLINT(readability-redundant-declaration): POSIX leaves it to the program
 
@@ -69,31 +71,76 @@ bool drop_caches() {
   return dropped;
 }
 
-void compare(const char* state, const std::vector<std::string>& ours, const std::vector<std::string>& theirs,
-             int rounds, const std::function<bool()>& prepare) {
-  std::vector<double> our_seconds;
-  std::vector<double> their_seconds;
-  std::vector<double> ratios;
-  long our_peak = 0;
-  long their_peak = 0;
-  for (int round = 0; round < rounds; ++round) {
-    if (!prepare()) {
-      std::printf("%-5s  not measured: only root may drop the caches\n", state);
-      return;
-    }
-    const Run our = run_once(ours);
-    prepare();
-    const Run their = run_once(theirs);
-    our_seconds.push_back(our.seconds);
-    their_seconds.push_back(their.seconds);
-    ratios.push_back(our.seconds / their.seconds);
-    our_peak = std::max(our_peak, our.peak_kilobytes);
-    their_peak = std::max(their_peak, their.peak_kilobytes);
+/// One of the two programs of a comparison, and what its runs took.
+struct Side {
+  std::string name;
+  std::vector<std::string> words;
+  std::vector<double> seconds = {};
+  long peak_kilobytes = 0;
+
+  void run() {
+    const Run run = run_once(words);
+    seconds.push_back(run.seconds);
+    peak_kilobytes = std::max(peak_kilobytes, run.peak_kilobytes);
   }
-  std::printf("%-5s  scan %.3f s, %.1f MB   du %.3f s, %.1f MB   ratio %.2f (%.2f to %.2f)\n", state,
-              median(our_seconds), static_cast<double>(our_peak) / 1000, median(their_seconds),
-              static_cast<double>(their_peak) / 1000, median(ratios), *std::min_element(ratios.begin(), ratios.end()),
-              *std::max_element(ratios.begin(), ratios.end()));
+};
+
+void print(const char* state, const Side& ours, const Side& theirs) {
+  std::vector<double> ratios;
+  for (std::size_t at = 0; at < ours.seconds.size(); ++at) ratios.push_back(ours.seconds[at] / theirs.seconds[at]);
+  std::printf("%-5s  %s %.3f s, %.1f MB   %s %.3f s, %.1f MB   ratio %.2f (%.2f to %.2f)\n", state, ours.name.c_str(),
+              median(ours.seconds), static_cast<double>(ours.peak_kilobytes) / 1000, theirs.name.c_str(),
+              median(theirs.seconds), static_cast<double>(theirs.peak_kilobytes) / 1000, median(ratios),
+              *std::min_element(ratios.begin(), ratios.end()), *std::max_element(ratios.begin(), ratios.end()));
+}
+
+/// @param prepare is called before each run; false when it could not.
+void compare(const char* state, Side ours, Side theirs, int rounds, const std::function<bool()>& prepare) {
+  for (int round = 0; round < rounds; ++round) {
+    // Whoever comes second may find the disk still busy with the first.
+    Side* const turns[] = {round % 2 == 0 ? &ours : &theirs, round % 2 == 0 ? &theirs : &ours};
+    for (Side* side : turns) {
+      if (!prepare()) {
+        std::printf("%-5s  not measured: only root may drop the caches\n", state);
+        return;
+      }
+      side->run();
+    }
+  }
+  print(state, ours, theirs);
+}
+
+/// Words for this program's command over a home.
+std::vector<std::string> our_command(std::vector<std::string> words, const std::string& home,
+                                     const std::string& applications) {
+  words.insert(words.begin(), TARNBY_CLI);
+  words.insert(words.end(), {"--json", "--quiet", "--home", home, "--applications", applications});
+  return words;
+}
+
+/// Removes the same from two copies of the home, which are made anew for each round.
+void compare_removal(const Home& home, const std::string& folder, int rounds) {
+  const std::string copies[] = {folder + "/ours", folder + "/theirs"};
+  Side ours{"junk scan and cleanup",
+            our_command({"cleanup", "Caches", "Logs", "Remainders", "Browsers", "Mails", "Trash", "--yes"}, copies[0],
+                        home.applications)};
+  Side theirs{"rm", {"rm", "-rf"}};
+  for (const std::string& measured : home.measured) {
+    theirs.words.push_back(copies[1] + measured.substr(home.home.size()));
+  }
+  int prepared = 0;
+  const auto prepare = [&] {
+    if (prepared++ % 2 == 0) {
+      for (const std::string& copy : copies) {
+        run_once({"rm", "-rf", copy});
+        run_once({"cp", "-a", home.home, copy});
+      }
+    }
+    sync();
+    return true;
+  };
+  compare("warm", ours, theirs, rounds, prepare);
+  for (const std::string& copy : copies) run_once({"rm", "-rf", copy});
 }
 
 std::vector<std::size_t> asked_counts(int argc, char** argv) {
@@ -116,17 +163,24 @@ int main(int argc, char** argv) {
                  "usage: compare FOLDER FILES...   (makes homes of that many files in FOLDER and keeps them)\n");
     return 2;
   }
+  const std::string settings = std::string(argv[1]) + "/settings";  // nobody's own are touched
+  setenv("XDG_CONFIG_HOME", settings.c_str(), 1);                   // NOLINT(concurrency-mt-unsafe): no thread yet
   for (const std::size_t count : counts) {
     const Home home = tarnby::bench::make_home(argv[1], count);
-    const std::vector<std::string> scan = {TARNBY_CLI, "scan",    "--json",         "--quiet",
-                                           "--home",   home.home, "--applications", home.applications};
-    std::vector<std::string> du = {"du", "-s", "--apparent-size"};
-    du.insert(du.end(), home.measured.begin(), home.measured.end());
+    const Side scan{"scan", our_command({"scan"}, home.home, home.applications)};
+    Side du{"du", {"du", "-s", "--apparent-size"}};
+    du.words.insert(du.words.end(), home.measured.begin(), home.measured.end());
+    const Side large{"large", our_command({"large"}, home.home, home.applications)};
+    const Side find{"find", {"find", home.home, "-size", "+9999999c"}};
     std::printf("%zu files\n", count);
     const bool is_large = count > 300'000;
-    run_once(du);
-    compare("warm", scan, du, is_large ? 7 : 15, [] { return true; });
-    compare("cold", scan, du, is_large ? 3 : 7, drop_caches);
+    const auto nothing = [] { return true; };
+    for (const auto& [ours, theirs] : {std::pair(scan, du), std::pair(large, find)}) {
+      run_once(theirs.words);
+      compare("warm", ours, theirs, is_large ? 7 : 15, nothing);
+      compare("cold", ours, theirs, is_large ? 3 : 7, drop_caches);
+    }
+    compare_removal(home, argv[1], is_large ? 3 : 7);
   }
   return 0;
 }
