@@ -1,5 +1,6 @@
 #include "ui/page_turner.h"
 
+#include <QApplication>
 #include <cmath>
 
 #include "ui/motion.h"
@@ -20,6 +21,8 @@ void PageTurner::turn_to(int index) {
   if (index < 0 || index >= count() || index == current_) return;
   previous_ = current_;
   current_ = index;
+  // The keyboard begins anew on the new page, or it would stay on what is hidden.
+  if (page(previous_)->isAncestorOf(QApplication::focusWidget())) page(current_)->setFocus();
   turn_.jump_to(0);
   turn_.move_to(1, isVisible() ? motion::push_ms : 0, QEasingCurve::InOutQuad);
 }

@@ -20,9 +20,11 @@ CategoryPage::CategoryPage(AppContext& context, const Plan& plan)
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
   QLabel* title = text_label(context.text(plan.title), theme::Type::heading, theme::text, this, theme::Weight::strong);
-  title->setAlignment(Qt::AlignLeading);
-  title->setContentsMargins(28, 20, 28, 12);
-  layout->addWidget(title);
+  auto* top = new QHBoxLayout;
+  top->setContentsMargins(28, 20, 28, 12);
+  top->addWidget(title);
+  top->addStretch();
+  layout->addLayout(top);
 
   auto* panels = new QHBoxLayout;
   panels->setContentsMargins(3 * theme::grid, 0, 3 * theme::grid, 2 * theme::grid);
