@@ -65,8 +65,11 @@ TEST(SmartScan, lets_the_main_thread_read_what_a_notification_says_is_finished) 
       for (const CleanerEntry& entry : (of.cleaner.*finished.item)->items) EXPECT_FALSE(test::label_of(entry).empty());
     });
   }
-  std::thread scan([&] { of.cleaner.smart_clean_with_complete_handler([&] { ada.main_queue.quit(); }); });
-  ada.main_queue.run();
+  bool complete = false;
+  std::thread scan([&] {
+    of.cleaner.smart_clean_with_complete_handler([&] { ada.main_queue.async([&] { complete = true; }); });
+  });
+  ada.main_queue.run_until([&] { return complete; });
   scan.join();
   EXPECT_THAT(seen, ElementsAre(9, 2, 8, 16, 0, 4));
   EXPECT_EQ(of.cleaner.total_smart_size, 39);

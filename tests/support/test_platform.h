@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "platform/platform.h"
+#include "tests/support/hand_main_queue.h"
 #include "tests/support/temp_tree.h"
 #include "tools/bundle_files.h"
 
@@ -23,7 +24,7 @@ class TestPlatform {
   explicit TestPlatform(Grants grants = Grants::both, std::string_view home = "ada");
 
   TempTree tree;
-  PlainMainQueue main_queue;
+  HandMainQueue main_queue;
   Platform platform;
 
   Url url(std::string_view path) const { return tree.url(path); }
