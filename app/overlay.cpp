@@ -23,7 +23,7 @@ void draw_card(QPainter& painter, const QPainterPath& shape) {
 }  // namespace
 
 Overlay::Overlay(std::unique_ptr<Screen> content, QWidget* window) : QWidget(window), content_(content.release()) {
-  content_->setParent(this);
+  content_->put_into(this);
   setFocusPolicy(Qt::StrongFocus);
   setAccessibleName(content_->windowTitle().isEmpty() ? content_->accessibleName() : content_->windowTitle());
   setAccessibleDescription(content_->accessibleDescription());
@@ -44,8 +44,7 @@ void Overlay::open() {
   content_->view_will_appear();
   show();
   raise();
-  QWidget* first = content_->focusWidget();
-  (first == nullptr ? this : first)->setFocus();
+  if (!content_->take_keyboard()) setFocus();
   content_->view_did_appear();
 }
 

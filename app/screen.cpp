@@ -10,12 +10,24 @@ Screen::~Screen() {
   retire();
 }
 
+/// A widget forgets who has the keyboard in it when it comes into another one.
+void Screen::put_into(QWidget* parent) {
+  first_focus_ = focusWidget();
+  setParent(parent);
+}
+
+bool Screen::take_keyboard() {
+  if (!first_focus_) return false;
+  first_focus_->setFocus();
+  return true;
+}
+
 void Screen::retire() {
   if (!here_) return;
   for (Screen* part : findChildren<Screen*>()) part->retire();
-  will_retire();
   here_.reset();
   for (const auto token : observed_) context_.platform.notifications.remove_observer(token);
+  will_retire();
 }
 
 void Screen::observe(std::string notification, Work observer) {
@@ -38,7 +50,7 @@ void Screen::every(std::chrono::milliseconds interval, std::function<bool()> wor
 }
 
 Screen::Work Screen::while_here(Work work) {
-  return [here = std::weak_ptr(here_), work = std::move(work)] {
+  return [here = here(), work = std::move(work)] {
     if (!here.expired()) work();
   };
 }

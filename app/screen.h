@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPointer>
 #include <QWidget>
 #include <chrono>
 #include <functional>
@@ -22,6 +23,12 @@ class Screen : public QWidget {
   explicit Screen(AppContext& context);
   ~Screen() override;
 
+  /// Puts it where it is to be seen, without showing it yet.
+  void put_into(QWidget* parent);
+  /// Gives the keyboard to the control that asked for it while the screen was made; false when none did. To be called
+  /// once it is shown.
+  bool take_keyboard();
+
   /// Called before and after it is put where it is seen.
   virtual void view_will_appear() {}
   virtual void view_did_appear() {}
@@ -39,7 +46,7 @@ class Screen : public QWidget {
  protected:
   using Work = std::function<void()>;
 
-  /// Its last chance to stop what it started.
+  /// Its last chance to stop what it started. Nothing reaches it any more.
   virtual void will_retire() {}
 
   void post(std::string_view notification) { context_.platform.notifications.post(notification); }
@@ -54,12 +61,15 @@ class Screen : public QWidget {
   void every(std::chrono::milliseconds interval, std::function<bool()> work);
   /// Work that does nothing any more once this screen is gone. To be run on the main thread; may be kept anywhere.
   Work while_here(Work work);
+  /// Expires when this screen goes, before `will_retire`. Any thread may ask.
+  std::weak_ptr<const bool> here() const { return here_; }
   /// Shows what `identifier` of a catalogue makes as a sheet over the window.
   void present_sheet(std::unique_ptr<Screen> content);
 
   AppContext& context_;
 
  private:
+  QPointer<QWidget> first_focus_;
   std::shared_ptr<const bool> here_ = std::make_shared<const bool>(true);
   std::vector<NotificationCenter::Token> observed_;
 };

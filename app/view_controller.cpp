@@ -76,6 +76,9 @@ ViewController::ViewController(AppContext& context, QWidget* parent)
 }
 
 ViewController::~ViewController() {
+  for (Screen* screen : {viewcontrollerC.get(), viewcontrollerA.get()}) {
+    if (screen != nullptr) screen->retire();
+  }
   for (const auto token : observed_) context_.platform.notifications.remove_observer(token);
 }
 
@@ -99,11 +102,12 @@ void ViewController::show(const Navigation& row) {
   take_away(place);
   place = std::move(made);
   QWidget* layer = view_of(row.layer);
-  place->setParent(layer);
+  place->put_into(layer);
   place->setGeometry(layer->rect());
   place->view_will_appear();
   layer->show();
   place->show();
+  place->take_keyboard();
   if (row.background != nullptr) (animationView->*row.background)();
   place->view_did_appear();
 }

@@ -1,5 +1,6 @@
 #include "app/smart/smart_outline_view.h"
 
+#include <QApplication>
 #include <QHeaderView>
 #include <QMouseEvent>
 
@@ -83,6 +84,19 @@ void SmartOutlineView::mouseReleaseEvent(QMouseEvent* event) {
   pressed_ = {};
 }
 
+void SmartOutlineView::keyboardSearch(const QString& typed) {
+  if (!since_typed_.isValid() || since_typed_.hasExpired(QApplication::keyboardInputInterval())) typed_.clear();
+  since_typed_.start();
+  typed_ += typed;
+  QTreeView::keyboardSearch(typed);
+}
+
+/// True in the middle of typing the current row's name, where a space follows.
+bool SmartOutlineView::is_typing_on() const {
+  if (!since_typed_.isValid() || since_typed_.hasExpired(QApplication::keyboardInputInterval())) return false;
+  return currentIndex().data().toString().startsWith(typed_ + u' ', Qt::CaseInsensitive);
+}
+
 void SmartOutlineView::keyPressEvent(QKeyEvent* event) {
   by_keyboard_ = true;
   const QModelIndex index = currentIndex();
@@ -90,6 +104,7 @@ void SmartOutlineView::keyPressEvent(QKeyEvent* event) {
   switch (event->key()) {
     case Qt::Key_Space:
       if (!index.isValid()) break;
+      if (is_typing_on()) return keyboardSearch(event->text());
       if ((event->modifiers() & Qt::ShiftModifier) == 0) return tick(index);
       if (!group) Q_EMIT preview_asked(index);
       return;

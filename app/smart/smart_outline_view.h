@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QTreeView>
 
 #include "app/outline_model.h"
@@ -8,7 +9,7 @@
 namespace tarnby {
 
 /// The outline of a smart scan. Space ticks the row that the keyboard is on, Shift and Space previews it, Return opens
-/// a group, F1 tells about it, typing finds a row.
+/// a group, F1 tells about it, typing finds a row; a space within a row's name is part of what is typed.
 class SmartOutlineView : public QTreeView {
   Q_OBJECT
  public:
@@ -18,6 +19,8 @@ class SmartOutlineView : public QTreeView {
   QRect info_place(const QModelIndex& group) const;
   /// Lets a row stand out while its menu is open; an invalid index ends that.
   void mark_row(const QModelIndex& index);
+
+  void keyboardSearch(const QString& typed) override;
 
  Q_SIGNALS:
   void about_asked(const QModelIndex& group);
@@ -43,11 +46,14 @@ class SmartOutlineView : public QTreeView {
   Hit hit_at(const QPoint& point) const;
   void press(const Hit& hit);
   void tick(const QModelIndex& index);
+  bool is_typing_on() const;
   QRect whole_row(const QModelIndex& index) const;
 
   SmartOutlineRows* rows_;
   Hit pressed_;
   bool by_keyboard_ = false;
+  QString typed_;
+  QElapsedTimer since_typed_;
 };
 
 }  // namespace tarnby

@@ -55,20 +55,25 @@ SmartScanViewController::SmartScanViewController(AppContext& context)
   layout->addWidget(steps);
   layout->addStretch(7);
 
-  for (const StepRow& row : step_rows) {
-    observe(row.notification, [this, &row] { begin_category(row.category, row.stroke_end); });
-  }
   start();
   progressView->animate_stroke_end(first_stroke_end, first_stroke_ms);
 }
 
 void SmartScanViewController::start() {
+  // Until then the notifications are those of a scan before, which nobody waits for any more.
+  const auto begun = while_here([this] {
+    for (const StepRow& row : step_rows) {
+      observe(row.notification, [this, &row] { begin_category(row.category, row.stroke_end); });
+    }
+  });
   const auto complete = while_here([this] {
     scanning_ = false;
     post("smart_clean_view_controller");
   });
-  context_.background.async([&cleaner = sharedCleaner, &platform = context_.platform, complete] {
+  context_.background.async([&cleaner = sharedCleaner, &platform = context_.platform, begun, complete, here = here()] {
     platform.files.look_again();  // a scan that nobody waited for any more may have been stopped
+    if (here.expired()) return;   // and so may this one before it began
+    platform.main_queue.async(begun);
     cleaner.smart_clean_with_complete_handler([&] { platform.main_queue.async(complete); });
   });
 }
