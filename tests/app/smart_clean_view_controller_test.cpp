@@ -1,0 +1,185 @@
+#include "app/smart/smart_clean_view_controller.h"
+
+#include <QMenu>
+
+#include "app/smart/about_panel.h"
+#include "app/smart/smart_cleanup_view_controller.h"
+#include "app/smart/warning_cleanup_view_controller.h"
+#include "platform/settings_store.h"
+#include "tests/app/test_window.h"
+
+namespace tarnby {
+namespace {
+
+using test::TestPlatform;
+using test::TestWindow;
+using testing::ElementsAre;
+
+/// A user with three logs, one cache and a trashed file, in front of what a scan has found.
+class SmartCleanTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    ada.tree.file(library + "Logs/alpha.log", 1000).file(library + "Logs/beta.log", 2000);
+    ada.tree.file(library + "Logs/gamma.log", 4000).file("ada/.Trash/thrown away", 8000);
+    at.open_on_screen();
+    at.scan();
+    screen = at.screen<SmartCleanViewController>();
+    ASSERT_NE(screen, nullptr);
+    at.pass(1000);
+  }
+
+  QModelIndex group(int row) const { return screen->outlineview->model()->index(row, 0); }
+  QModelIndex entry(int of, int row) const { return screen->outlineview->model()->index(row, 0, group(of)); }
+  std::string said(const QModelIndex& index) const {
+    return index.data(Qt::AccessibleTextRole).toString().toStdString();
+  }
+  void press(Qt::Key key, Qt::KeyboardModifiers with = {}) const {
+    QTest::keyClick(QApplication::focusWidget(), key, with);
+  }
+  bool stored(const char* key) {
+    at.settle();
+    return AppSettings(*open_settings_file(ada.url("settings/settings.plist"))).boolean(key);
+  }
+
+  static constexpr int logs = 1, mails = 4, trash = 6;
+  const std::string library = "ada/Library/";
+  TestPlatform ada;
+  TestWindow at{ada};
+  SmartCleanViewController* screen = nullptr;
+};
+
+TEST_F(SmartCleanTest, is_ticked_and_walked_by_keyboard_and_says_how_each_row_stands) {
+  std::vector<std::string> about;
+  for (const SmartCategory& category : smart_categories()) {
+    const std::string name = "smart_clean_about_" + std::string(category.type);
+    at.platform.notifications.add_observer(name, [&about, name] { about.push_back(name); });
+  }
+  SmartOutlineView* outline = screen->outlineview;
+  ASSERT_EQ(QApplication::focusWidget(), outline);
+  EXPECT_EQ(screen->size->text(), "15 KB");
+  QApplication::setKeyboardInputInterval(60000);  // however slow this machine types
+  QTest::keyClicks(outline, "applications l");
+  EXPECT_EQ(outline->currentIndex(), group(logs));
+  EXPECT_EQ(said(group(logs)), "Applications logs, 7 KB, ticked");
+  press(Qt::Key_Return);
+  EXPECT_TRUE(outline->isExpanded(group(logs)));
+  press(Qt::Key_Down);
+  press(Qt::Key_Down);
+  press(Qt::Key_Space);
+  EXPECT_EQ(said(entry(logs, 1)), "beta.log, 2 KB, not ticked");
+  EXPECT_EQ(said(group(logs)), "Applications logs, 5 KB, partly ticked");
+  EXPECT_EQ(screen->size->text(), "13 KB");
+  press(Qt::Key_Space, Qt::ShiftModifier);
+  EXPECT_THAT(at.workspace.asked, ElementsAre("preview " + ada.tree.path(library + "Logs/beta.log")));
+  EXPECT_EQ(screen->preview_url, ada.url(library + "Logs/beta.log"));
+
+  // The box of the group, which turns on before it turns off.
+  const QRect cell = outline->visualRect(group(logs));
+  const QPoint box =
+      OutlineRow(group(logs), {0, cell.top(), outline->viewport()->width(), cell.height()}, outline->layoutDirection())
+          .check.center();
+  QTest::mouseClick(outline->viewport(), Qt::LeftButton, {}, box);
+  EXPECT_EQ(said(group(logs)), "Applications logs, 7 KB, ticked");
+  QTest::mouseClick(outline->viewport(), Qt::LeftButton, {}, box);
+  EXPECT_EQ(said(group(logs)), "Applications logs, 7 KB, not ticked");
+  EXPECT_EQ(said(entry(logs, 0)), "alpha.log, 1 KB, not ticked");
+  EXPECT_EQ(screen->size->text(), "8 KB");
+  EXPECT_THAT(about, ElementsAre("smart_clean_about_logs", "smart_clean_about_logs"))
+      << "of groups only, each time the keyboard comes to one";
+  press(Qt::Key_Return);
+  EXPECT_FALSE(outline->isExpanded(group(logs)));
+}
+
+TEST_F(SmartCleanTest, tells_about_each_category_in_a_popover_that_goes_with_the_next_press) {
+  for (int row = 0; row < 7; ++row) {
+    screen->outlineview->setCurrentIndex(group(row));
+    press(Qt::Key_F1);
+    const auto* panel = at.card<AboutPanel>();
+    ASSERT_NE(panel, nullptr);
+    EXPECT_EQ(panel->accessibleName(), group(row).data().toString());
+    EXPECT_FALSE(panel->accessibleDescription().isEmpty());
+    const QWidget* popover = at.delegate.activePopover;
+    EXPECT_EQ(popover, panel->parentWidget());
+    if (row % 2 == 0) {
+      press(Qt::Key_Escape);
+    } else {
+      QTest::mouseClick(at.delegate.activePopover, Qt::LeftButton, {}, {1, 1});
+    }
+    EXPECT_EQ(at.card(), nullptr);
+    EXPECT_EQ(QApplication::focusWidget(), screen->outlineview);
+  }
+}
+
+TEST_F(SmartCleanTest, shows_an_entry_by_its_menu) {
+  screen->outlineview->setExpanded(group(trash), true);
+  const auto ask = [&](const QModelIndex& index) {
+    screen->outlineview->setCurrentIndex(index);
+    QContextMenuEvent event(QContextMenuEvent::Keyboard, {}, {});
+    QApplication::sendEvent(screen->outlineview->viewport(), &event);
+    return screen->cleanItemMenu->isVisible();
+  };
+  EXPECT_FALSE(ask(group(trash))) << "groups have none";
+  ASSERT_TRUE(ask(entry(trash, 0)));
+  for (QAction* action : screen->cleanItemMenu->actions()) action->trigger();
+  screen->cleanItemMenu->close();
+  const std::string path = ada.tree.path("ada/.Trash/thrown away");
+  EXPECT_THAT(at.workspace.asked, ElementsAre("reveal " + path, "preview " + path, "information " + path));
+  screen->selectedRow = entry(mails, 0);
+  for (QAction* action : screen->cleanItemMenu->actions()) action->trigger();
+  EXPECT_EQ(at.workspace.asked.size(), 3U) << "a client without a file is nowhere";
+}
+
+TEST_F(SmartCleanTest, asks_before_it_removes_what_is_ticked) {
+  screen->outlineview->setCurrentIndex(group(logs));
+  screen->outlineview->setExpanded(group(logs), true);
+  screen->select_item(entry(logs, 0), false);
+  screen->remove_button->click();
+  auto* warning = at.card<WarningCleanupViewController>();
+  ASSERT_NE(warning, nullptr);
+  EXPECT_EQ(warning->accessibleDescription(), "14 KB in 4 entries");
+  EXPECT_EQ(screen->sheet_view_controller, warning);
+  EXPECT_EQ(QApplication::focusWidget(), warning->cancel_button);
+  QTest::mouseClick(warning->parentWidget(), Qt::LeftButton, {}, {1, 1});
+  EXPECT_EQ(at.card(), warning) << "a press beside it is no answer";
+  press(Qt::Key_Escape);
+  EXPECT_EQ(at.card(), nullptr);
+  EXPECT_EQ(at.screen(), screen);
+
+  screen->remove_button->click();
+  warning = at.card<WarningCleanupViewController>();
+  warning->dont_show_button->click();
+  EXPECT_TRUE(stored("SkipWarning"));
+  warning->dont_show_button->click();
+  EXPECT_FALSE(stored("SkipWarning") || stored("CleanupReady"));
+  warning->cleanup_button->click();
+  EXPECT_NE(at.screen<SmartCleanupViewController>(), nullptr);
+  EXPECT_EQ(at.card(), nullptr);
+  EXPECT_TRUE(stored("CleanupReady"));
+  EXPECT_EQ(at.engine->cleaner.wasCleaned, 14000);
+  EXPECT_THAT(ada.tree.listing(),
+              testing::Not(testing::Contains(
+                  testing::AnyOf(library + "Logs/beta.log", library + "Logs/gamma.log", "ada/.Trash/thrown away"))));
+  EXPECT_TRUE(ada.tree.exists(library + "Logs/alpha.log"));
+}
+
+TEST_F(SmartCleanTest, goes_on_without_asking_when_nothing_is_ticked_or_nobody_wants_to_be_asked) {
+  at.platform.app_settings.set_boolean("SkipWarning", true);
+  screen->remove_button->click();
+  EXPECT_NE(at.screen<SmartCleanupViewController>(), nullptr);
+  EXPECT_EQ(at.engine->cleaner.files.size(), 4U);
+  at.settle();
+  at.platform.app_settings.set_boolean("SkipWarning", false);
+
+  at.scan();
+  screen = at.screen<SmartCleanViewController>();
+  EXPECT_FALSE(screen->app_title->isVisible()) << "the mail program is an entry";
+  for (int row = 0; row < 7; ++row) screen->select_smart_outline_item(group(row), false);
+  screen->remove_button->click();
+  EXPECT_NE(at.screen<SmartCleanupViewController>(), nullptr);
+  EXPECT_EQ(at.card(), nullptr);
+  EXPECT_TRUE(at.engine->cleaner.files.empty());
+  EXPECT_EQ(at.engine->cleaner.wasCleaned, 0);
+}
+
+}  // namespace
+}  // namespace tarnby

@@ -1,0 +1,55 @@
+#include "app/smart/smart_scan_view_controller.h"
+
+#include "app/smart/smart_clean_view_controller.h"
+#include "tests/app/test_window.h"
+
+namespace tarnby {
+namespace {
+
+using test::Layer;
+using test::TestPlatform;
+using test::TestWindow;
+
+TEST(SmartScanViewController, tells_each_category_as_it_begins) {
+  TestPlatform ada;
+  ada.tree.file("ada/Library/Caches/a/x", 1000).file("ada/Library/Caches/com.gone.tool/x", 8000);
+  ada.tree.file("ada/Library/Logs/b.log", 2000).file("ada/Library/Safari/LocalStorage/x", 16000);
+  ada.tree.file("ada/Downloads/c.dmg", 4000).file("ada/.Trash/d", 32000);
+  TestWindow at(ada);
+  at.open_on_screen();
+  test::Hold hold(at.background);
+  at.post("smart_scan_view_controller");
+  at.pass(100);
+  auto* screen = at.screen<SmartScanViewController>(Layer::overlay);
+  ASSERT_NE(screen, nullptr);
+  std::vector<std::string> told;
+  const auto listen = [&] {
+    std::ostringstream now;
+    now << screen->smart_item->text().toStdString() << ", " << screen->smart_size->text().toStdString() << ", "
+        << screen->progressView->stroke_end();
+    if (told.empty() || told.back() != now.str()) told.push_back(now.str());
+  };
+  listen();
+  at.pass(1500);
+  listen();
+  at.pass(1500);
+  listen();
+
+  hold.release();
+  std::promise<void> scanned;
+  at.background.async([&] { scanned.set_value(); });
+  scanned.get_future().wait();
+  while (at.screen(Layer::overlay) == screen && ada.main_queue.run_next()) listen();
+  EXPECT_THAT(told, testing::ElementsAre(
+                        "Scan in \"Applications caches\", Zero KB, 0", "Scan in \"Applications caches\", Zero KB, 0.25",
+                        "Scan in \"Applications caches\", Zero KB, 0.5", "Scan in \"Applications logs\", 9 KB, 0.5",
+                        "Scan in \"Applications remainders\", 11 KB, 0.6", "Scan in \"Browsers\", 19 KB, 0.7",
+                        "Scan in \"Mail attachments\", 35 KB, 0.8", "Scan in \"Installation files\", 35 KB, 0.9",
+                        "Scan in \"Trash Bin\", 39 KB, 1"));
+  const auto* clean = at.screen<SmartCleanViewController>();
+  ASSERT_NE(clean, nullptr);
+  EXPECT_EQ(clean->size->text(), "71 KB");
+}
+
+}  // namespace
+}  // namespace tarnby

@@ -1,0 +1,87 @@
+#include "tests/app/test_window.h"
+
+namespace tarnby::test {
+
+TestWindow::TestWindow(TestPlatform& user)
+    : ada(user),
+      platform(user.platform),
+      time{user.main_queue},
+      delegate(platform.app_settings, [this] { context.flush_settings(); }),
+      context{platform, time.clock, delegate, background, errands, workspace, chooser, [this]() -> Cleaner& {
+                if (!engine) engine.emplace(ada);
+                return engine->cleaner;
+              }} {
+  motion::set_reduced(false);
+  platform.system_log = [this](std::string_view line) { logged.emplace_back(line); };
+}
+
+TestWindow::~TestWindow() {
+  close();
+  background.finish();
+  errands.finish();
+  motion::set_reduced(false);
+}
+
+ViewController& TestWindow::open() {
+  window_ = std::make_unique<CleanerWindowController>(context);
+  window_->ensurePolished();
+  return content();
+}
+
+ViewController& TestWindow::open_on_screen() {
+  open();
+  window_->show();
+  QApplication::setActiveWindow(window_.get());
+  EXPECT_TRUE(QTest::qWaitForWindowActive(window_.get()));
+  return content();
+}
+
+void TestWindow::close() {
+  window_.reset();
+}
+
+void TestWindow::settle() {
+  for (BackgroundQueue* queue : {&background, &errands}) {
+    std::promise<void> idle;
+    queue->async([&] { idle.set_value(); });
+    idle.get_future().wait();
+    ada.main_queue.run_pending();
+  }
+}
+
+void TestWindow::pass(int milliseconds) {
+  time.pass(milliseconds);
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+void TestWindow::scan() {
+  post("smart_scan_view_controller");
+  pass(100);
+  settle();
+  pass(0);
+}
+
+Hold::Hold(BackgroundQueue& queue) {
+  queue.async([place = place_] { place->stop_here(); });
+}
+
+Hold::Hold(HandMainQueue& queue) {
+  queue.when_handed_over = [place = place_, handed = 0]() mutable {
+    if (++handed == 2) place->stop_here();
+  };
+}
+
+Hold::~Hold() {
+  release();
+}
+
+void Hold::release() {
+  if (std::exchange(held_, false)) place_->go.set_value();
+}
+
+void Hold::Place::stop_here() {
+  there.set_value();
+  go.get_future().wait();
+}
+
+}  // namespace tarnby::test
