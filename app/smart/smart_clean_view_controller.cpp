@@ -96,7 +96,6 @@ QWidget* SmartCleanViewController::bottom_bar() {
   size = new NumberLabel(context_.clock, bar);
   size->setFont(theme::font(theme::Type::heading, theme::Weight::strong));
   size->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-  size->setAccessibleName(context_.text("Selected"));
   layout->addWidget(size, 1);
   back_button = new PushButton(context_.text("Back"), ButtonKind::plain, bar);
   remove_button = new PushButton(context_.text("Remove"), ButtonKind::destructive, bar);
