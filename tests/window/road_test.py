@@ -1,0 +1,215 @@
+"""Starts the real program on a desktop of its own and uses it as a person would:  road_test.py BUILD TEST...
+
+BUILD is the folder of the build to test. Ends with status 77 where the machine has no such desktop to offer.
+"""
+
+import decimal
+import json
+import os
+import pathlib
+import plistlib
+import pwd
+import signal
+import subprocess
+import sys
+import unittest
+
+import desktop
+
+SKIPPED = 77
+BUILD = pathlib.Path(sys.argv[1])
+PROGRAM = str(BUILD / "tarnby-cleaner")
+OUTLINE = "What can be removed"
+
+# Where a check box is, from the left of its row: half of one behind what stands before it.
+GROUP_BOX, ENTRY_BOX = 49, 73
+ABOVE_BOTTOM = -14  # a header may stand above a row, nothing stands below it
+
+
+class Window(unittest.TestCase):
+    def setUp(self):
+        self.folder = pathlib.Path(os.environ["TARNBY_DESKTOP"])
+        self.person = person.Person()
+        sample = self.folder / "sample"
+        run(BUILD / "tools" / "sample-home", sample)
+        self.home, self.applications = sample / pwd.getpwuid(os.getuid()).pw_name, sample / "Applications"
+
+    def run(self, result=None):
+        before = len(result.failures) + len(result.errors)
+        super().run(result)
+        if len(result.failures) + len(result.errors) > before:
+            picture = f"/tmp/tarnby-window-{self._testMethodName}-{os.getpid()}.png"
+            desktop.save_screenshot(picture)
+            print(f"The screen was {picture} and told:\n{self.person.tells()}", file=sys.stderr)
+
+    def grant_both(self):
+        run(BUILD / "tarnby-cleaner-cli", "grant", "home", self.home)
+        run(BUILD / "tarnby-cleaner-cli", "grant", "Applications", self.applications)
+
+    def settings(self):
+        place = pathlib.Path(os.environ["XDG_CONFIG_HOME"], "tarnby-cleaner", "settings.plist")
+        return plistlib.loads(place.read_bytes())
+
+    def close_window(self):
+        self.person.strikes("alt+F4")
+        self.assertEqual(self.person.waits_for_end(), 0)
+
+    def pick(self, button, folder):
+        self.person.presses(button)
+        self.person.types_into(self.person.sees("text", "Directory:"), str(folder))
+        self.person.presses("Allow")
+        self.person.waits_for("the chooser to go", lambda: not self.person.find("dialog", "Allow access"))
+
+    def rows(self):
+        return [cell.name for cell in self.person.sees("tree", OUTLINE) if cell.getRoleName() == "table cell"]
+
+    def click_box(self, text, box):
+        self.person.clicks(self.person.sees("table cell", text), box, ABOVE_BOTTOM)
+
+    def expect_rows(self, expected):
+        try:
+            self.person.waits_for("the rows", lambda: self.rows() == expected)
+        except AssertionError:
+            self.assertEqual(self.rows(), expected)
+
+    def expect_selected(self, size):
+        """Beside the word, below the outline."""
+        def told():
+            names = [element.name for element, _ in self.person.everything()]
+            return size == names[names.index("Selected") + 1]
+        self.person.waits_for(f"{size} selected", told)
+
+    def test_from_the_access_screen_to_the_cleaned_screen(self):
+        scan = json.loads(run(BUILD / "tarnby-cleaner-cli", "scan", "--json", "--home", self.home, "--applications",
+                              self.applications))
+        before = tree_of(self.folder / "sample")
+        groups = {group["type"]: group for group in scan["groups"]}
+        caches = groups["caches"]["items"]
+        someone = self.person
+        someone.starts([PROGRAM])
+
+        self.pick("Allow access to the home folder", self.applications)  # the wrong one: nothing happens
+        self.pick("Allow access to the home folder", self.home)
+        self.pick("Allow access to the Applications folder", self.applications)
+
+        someone.presses("Scan")
+        closed = [said(group) for group in scan["groups"]]
+        self.expect_rows(closed)
+        self.expect_selected(byte_count(scan["total_smart_size"]))
+
+        someone.strikes("Return")  # opens the first group
+        self.expect_rows([closed[0], *map(said, caches), *closed[1:]])
+        someone.strikes("Down", "space")
+        self.expect_rows([said(groups["caches"], "partly ticked", caches[1:]), said(caches[0], "not ticked"),
+                          *map(said, caches[1:]), *closed[1:]])
+        self.click_box(said(caches[2]), ENTRY_BOX)
+        left_of_caches = [caches[1], *caches[3:]]
+        first = [said(groups["caches"], "partly ticked", left_of_caches), said(caches[0], "not ticked"),
+                 said(caches[1]), said(caches[2], "not ticked"), *map(said, caches[3:])]
+        self.expect_rows([*first, *closed[1:]])
+        someone.strikes("Home", "Return", "Down", "space")  # closes it, and unticks the next one as a whole
+        self.expect_rows([first[0], said(groups["logs"], "not ticked"), *closed[2:]])
+        self.click_box(closed[6], GROUP_BOX)
+        self.expect_rows([first[0], said(groups["logs"], "not ticked"), *closed[2:6],
+                          said(groups["trash"], "not ticked")])
+
+        ticked = [*left_of_caches, *(item for name in ("remainders", "browsers", "mails", "installs")
+                                     for item in groups[name]["items"])]
+        size = sum(item["size"] for item in ticked)
+        self.expect_selected(byte_count(size))
+        self.assertEqual(tree_of(self.folder / "sample"), before)  # so far nothing was touched
+        someone.presses("Remove")
+        self.assertEqual(someone.sees("dialog", "Remove for good?").description,
+                         f"{byte_count(size)} in {len(ticked)} entries")
+        someone.presses("Remove for good")
+        someone.sees("label", "was cleaned")
+        someone.sees("label", byte_count(size))
+        someone.presses("Done")
+        someone.sees("label", f"Cleaned so far: {byte_count(size)}")
+        someone.sees("push button", "Scan")
+        self.close_window()
+
+        gone = [pathlib.Path(path) for item in ticked for path in item["paths"]]
+        self.assertEqual(tree_of(self.folder / "sample"),
+                         {path: state for path, state in before.items()
+                          if not any(path == top or top in path.parents for top in gone)})
+        kept = self.settings()
+        self.assertEqual({key: kept[key] for key in ("TotallyCleaned", "appLaunchCount", "home", "Applications")},
+                         {"TotallyCleaned": size, "appLaunchCount": 1, "home": os.fsencode(self.home),
+                          "Applications": os.fsencode(self.applications)})
+
+    def test_a_second_start_brings_the_first_window_to_the_front(self):
+        self.grant_both()
+        self.person.starts([PROGRAM])
+        self.person.sees("push button", "Scan")
+        window = self.person.waits_for("its window", self.person.window)
+        run("xdotool", "windowminimize", window)
+        self.person.waits_for("no window", lambda: not self.person.window())
+        self.assertEqual(self.person.waits_for_end(subprocess.Popen([PROGRAM])), 0)
+        self.person.waits_for("the window in front", lambda: self.person.window() == window and subprocess.run(
+            ["xdotool", "getactivewindow"], check=False, capture_output=True, text=True).stdout.strip() == window)
+        self.close_window()
+        self.assertEqual(self.settings()["appLaunchCount"], 1)
+
+    def test_closing_the_window_in_the_middle_of_a_scan_quits(self):
+        for number in range(8_000):
+            place = self.home / "Library" / "Caches" / f"cache {number // 20}"
+            if number % 20 == 0:
+                place.mkdir(parents=True)
+            os.close(os.open(place / str(number), os.O_CREAT | os.O_WRONLY, 0o600))
+        before = tree_of(self.folder / "sample")
+        self.grant_both()
+        program = self.person.starts([PROGRAM])
+        self.person.presses("Scan")
+        # Seen in a folder that only the scan opens, the program is held there until the window has been told to close.
+        handles = pathlib.Path("/proc", str(program.pid), "fd")
+        self.person.waits_for("the scan", lambda: any(
+            os.readlink(handle).startswith(f"{self.home}/") for handle in handles.iterdir()))
+        program.send_signal(signal.SIGSTOP)
+        self.person.strikes("alt+F4")
+        program.send_signal(signal.SIGCONT)
+        self.assertEqual(self.person.waits_for_end(), 0)
+        self.assertEqual(tree_of(self.folder / "sample"), before)
+        self.assertEqual(self.settings()["appLaunchCount"], 1)
+
+
+def run(*words):
+    """What the program printed; its end must be a good one."""
+    return subprocess.run([str(word) for word in words], check=True, stdout=subprocess.PIPE, text=True).stdout
+
+
+def byte_count(size):
+    for power, unit in enumerate(("KB", "MB", "GB")):
+        step = decimal.Decimal(1).scaleb(-power)  # no decimals, one, two
+        number = decimal.Decimal(size).scaleb(-3 * power - 3).quantize(step, decimal.ROUND_HALF_UP)
+        if number < 1000:
+            return f"{number.normalize():f} {unit}"
+    raise ValueError(size)
+
+
+def said(row, state="ticked", items=None):
+    """What a row of the outline says of itself, with the size of those items or its own."""
+    size = row["size"] if items is None else sum(item["size"] for item in items)
+    return f"{row['label']}, {byte_count(size)}, {state}"
+
+
+def tree_of(top):
+    """Everything below a folder, with what would show that it was touched; folders are touched by what goes in them."""
+    state = {}
+    for folder, folders, files in os.walk(top):
+        for name in folders + files:
+            path = pathlib.Path(folder, name)
+            status = path.lstat()
+            is_folder = path.is_dir() and not path.is_symlink()
+            state[path] = (status.st_ino, status.st_mode) + (() if is_folder else (status.st_size, status.st_mtime_ns))
+    return state
+
+
+if __name__ == "__main__":
+    if "TARNBY_DESKTOP" in os.environ:
+        import person
+        unittest.main(argv=[sys.argv[0], *sys.argv[2:]], warnings="ignore")  # the bindings warn of themselves
+    if missing := desktop.why_not():
+        print(f"Skipped: {missing}")
+        sys.exit(SKIPPED)
+    sys.exit(desktop.run_inside([sys.executable, "-B", __file__, *sys.argv[1:]]))
