@@ -30,8 +30,10 @@ class Person:
                     return found
             except (gi.repository.GLib.Error, AttributeError, ValueError, FileNotFoundError):
                 pass  # what was looked at went away meanwhile
-            if time.monotonic() > self._deadline:
-                raise AssertionError(f"waited in vain for {what}")
+            ended = self._program is not None and self._program.poll() is not None
+            if ended or time.monotonic() > self._deadline:
+                why = f", the program ended with {self._program.returncode}" if ended else ""
+                raise AssertionError(f"waited in vain for {what}{why}")
             time.sleep(LOOK_AGAIN_SECONDS)
 
     def sees(self, role, name):
@@ -75,8 +77,9 @@ class Person:
 
     def everything(self):
         """All that the program shows, from the top, each with its depth."""
-        desktop = pyatspi.Registry.getDesktop(0)
-        for program in desktop:
+        if self._program is None:
+            return
+        for program in pyatspi.Registry.getDesktop(0):
             if program is not None and program.get_process_id() == self._program.pid:
                 yield from _below(program, 0)
 
