@@ -23,7 +23,10 @@ using Layer = ViewController::Layer;
 
 /// A desktop that only remembers what it was asked to do.
 struct QuietWorkspace final : Workspace {
-  void reveal(const Url& entry) override { asked.push_back("reveal " + entry.path()); }
+  void reveal(std::span<const Url> entries) override {
+    for (const Url& entry : entries) asked.push_back("reveal " + entry.path());
+  }
+  void launch(const Url& application) override { asked.push_back("launch " + application.path()); }
   void preview(const Url& entry) override { asked.push_back("preview " + entry.path()); }
   void show_information(const Url& entry) override { asked.push_back("information " + entry.path()); }
   void open_link(std::string_view address) override { asked.push_back("open " + std::string(address)); }
