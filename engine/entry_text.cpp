@@ -33,9 +33,7 @@ std::string client_name(std::string_view type) {
 }
 
 std::string short_path(const Url& url, const Url& home) {
-  std::string path = url.path();
-  if (url.is_within(home)) path.replace(0, home.path().size(), "~");
-  return path;
+  return url.is_within(home) ? "~" + url.path().substr(home.path().size()) : url.path();
 }
 
 std::string label_of(const CleanerEntry& entry) {
@@ -45,7 +43,7 @@ std::string label_of(const CleanerEntry& entry) {
 std::string place_of(const CleanerEntry& entry, const Url& home) {
   const auto urls = locations_of(entry);
   if (urls.empty()) return {};
-  std::string place = short_path(urls.front().parent(), home);
+  const std::string place = short_path(urls.front().parent(), home);
   std::size_t end = 0;
   for (int components = 0; components < 3 && end != std::string::npos; ++components) end = place.find('/', end + 1);
   return end == std::string::npos ? place : place.substr(0, end) + "/…";
