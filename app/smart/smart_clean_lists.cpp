@@ -1,6 +1,6 @@
 #include "app/smart/smart_clean_lists.h"
 
-#include <algorithm>
+#include <numeric>
 
 namespace tarnby {
 
@@ -27,6 +27,7 @@ std::span<const Lists::Row> SmartCleanLists::rows() {
 void SmartCleanLists::take(const Cleaner& cleaner) {
   outlineItems = cleaner.smart_outline_items;
   totals_.clear();
+  ticked_.clear();
   const auto categories = smart_categories();
   for (std::size_t at = 0; at < categories.size(); ++at) {
     const auto& item = cleaner.*categories[at].item;
@@ -34,6 +35,7 @@ void SmartCleanLists::take(const Cleaner& cleaner) {
     store = item ? item->items : std::vector<CleanerEntry>();
     selection(at).assign(store.begin(), store.end());
     totals_.push_back(cleaner.*categories[at].total);
+    ticked_.push_back(store.size());
   }
   empty_items();
   update_junk();
@@ -45,10 +47,7 @@ void SmartCleanLists::empty_items() {
 
 SmartCleanLists::Ticked SmartCleanLists::ticked(std::size_t group) const {
   if (nothing_ticked(group)) return Ticked::none;
-  const auto& places = selection(group);
-  const bool all =
-      std::ranges::none_of(places, [](const Place& place) { return std::holds_alternative<Empty>(place); });
-  return all ? Ticked::all : Ticked::some;
+  return ticked_[group] == entries(group).size() ? Ticked::all : Ticked::some;
 }
 
 bool SmartCleanLists::is_ticked(std::size_t group, std::size_t entry) const {
@@ -59,27 +58,33 @@ void SmartCleanLists::select_group(std::size_t group) {
   outlineItems[group]->size = totals_[group];
   const auto& store = entries(group);
   selection(group).assign(store.begin(), store.end());
+  ticked_[group] = store.size();
   update_junk();
 }
 
 void SmartCleanLists::unselect_group(std::size_t group) {
   outlineItems[group]->size = totals_[group];
   selection(group) = empty(group);
+  ticked_[group] = 0;
   update_junk();
 }
 
 void SmartCleanLists::select_entry(std::size_t group, std::size_t entry) {
+  if (is_ticked(group, entry)) return;
   std::int64_t& size = outlineItems[group]->size;
   if (nothing_ticked(group)) size = 0;
   const CleanerEntry& ticked = entries(group)[entry];
   size += size_of(ticked);
   selection(group)[entry] = ticked;
+  ++ticked_[group];
   update_junk();
 }
 
 void SmartCleanLists::unselect_entry(std::size_t group, std::size_t entry) {
+  if (!is_ticked(group, entry)) return;
   std::int64_t& size = outlineItems[group]->size;
   selection(group)[entry] = Empty();
+  --ticked_[group];
   if (nothing_ticked(group)) {
     size = totals_[group];
   } else {
@@ -108,12 +113,7 @@ std::vector<Url> SmartCleanLists::ticked_locations() const {
 }
 
 std::size_t SmartCleanLists::ticked_entries() const {
-  std::size_t entries = 0;
-  for (const Row& row : list_rows) {
-    entries += static_cast<std::size_t>(std::ranges::count_if(
-        this->*row.selection, [](const Place& place) { return std::holds_alternative<CleanerEntry>(place); }));
-  }
-  return entries;
+  return std::accumulate(ticked_.begin(), ticked_.end(), std::size_t{0});
 }
 
 }  // namespace tarnby

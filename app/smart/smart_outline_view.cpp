@@ -134,7 +134,16 @@ void SmartOutlineView::focusInEvent(QFocusEvent* event) {
   QTreeView::focusInEvent(event);
 }
 
+/// Asks for the height of every row. What is told of a row's look for that takes most of the time with hundreds of
+/// thousands of rows, and no height depends on it.
+void SmartOutlineView::updateGeometries() {
+  measuring_ = true;
+  QTreeView::updateGeometries();
+  measuring_ = false;
+}
+
 void SmartOutlineView::initViewItemOption(QStyleOptionViewItem* option) const {
+  if (measuring_) return;
   QTreeView::initViewItemOption(option);
   option->state.setFlag(QStyle::State_KeyboardFocusChange, by_keyboard_);
 }

@@ -36,6 +36,7 @@ class SmartOutlineView : public QTreeView {
   void focusInEvent(QFocusEvent* event) override;
   void drawBranches(QPainter*, const QRect&, const QModelIndex&) const override {}
   void initViewItemOption(QStyleOptionViewItem* option) const override;
+  void updateGeometries() override;
 
  private:
   struct Hit {
@@ -52,6 +53,7 @@ class SmartOutlineView : public QTreeView {
   SmartOutlineRows* rows_;
   Hit pressed_;
   bool by_keyboard_ = false;
+  bool measuring_ = false;
   QString typed_;
   QElapsedTimer since_typed_;
 };
