@@ -60,7 +60,7 @@ class FileManager {
   GrantedFolders& granted() { return granted_; }
   const GrantedFolders& granted() const { return granted_; }
 
-  /// The workers, for jobs of this layer.
+  /// The workers, for jobs that no operation here does.
   Traversal& traversal() { return traversal_; }
 
   /// Ends every walk and measurement that runs, and each one begun from now on, at once and with what it has, until

@@ -29,6 +29,10 @@ void add_atomically(std::atomic<std::int64_t>& total, std::int64_t bytes) {
   }
 }
 
+bool is_hidden(std::string_view name) {
+  return name.starts_with('.');
+}
+
 bool has_size(EntryKind kind) {
   return kind == EntryKind::file || kind == EntryKind::link;
 }
@@ -42,8 +46,8 @@ class FoldersJob final : public TraversalJob {
     std::vector<std::string> measured_elsewhere;
   };
 
-  FoldersJob(const GrantedFolders& granted, std::vector<Root> roots)
-      : granted_(granted), totals_(roots.size()), roads_(roots.size()) {
+  FoldersJob(const GrantedFolders& granted, Hidden hidden, std::vector<Root> roots)
+      : granted_(granted), hidden_(hidden), totals_(roots.size()), roads_(roots.size()) {
     for (std::size_t at = 0; at < roots.size(); ++at) {
       roads_[at].total = at;
       starts_.push_back({roots[at].path, road_around(at, roots[at].measured_elsewhere)});
@@ -68,6 +72,7 @@ class FoldersJob final : public TraversalJob {
     const Road& road = roads_[folder.account()];
     std::int64_t bytes = 0;
     for (const RawEntry& entry : entries) {
+      if (hidden_ == Hidden::skip && is_hidden(entry.name)) continue;
       if (has_size(entry.kind)) {
         bytes = add_bytes(bytes, status_at(handle, entry.name.data()).size);
       } else if (entry.kind == EntryKind::folder) {
@@ -131,6 +136,7 @@ class FoldersJob final : public TraversalJob {
   }
 
   const GrantedFolders& granted_;
+  const Hidden hidden_;
   std::vector<Total> totals_;
   std::vector<Road> roads_;
   std::vector<TraversalStart> starts_;
@@ -180,7 +186,7 @@ class EntriesJob final : public TraversalJob {
   void visit_folder_itself(int handle, std::span<const RawEntry> entries, FoldersToEnter& enter) {
     std::vector<Row> found;
     for (const RawEntry& entry : entries) {
-      if (hidden_ == Hidden::skip && entry.name.starts_with('.')) continue;
+      if (hidden_ == Hidden::skip && is_hidden(entry.name)) continue;
       const std::int64_t own = has_size(entry.kind) ? status_at(handle, entry.name.data()).size : 0;
       found.push_back({std::string(entry.name), entry.kind, own});
     }
@@ -218,7 +224,8 @@ class EntriesJob final : public TraversalJob {
 /// What has been measured or is being measured. Its end waits for the workers.
 class Measurer::Memory {
  public:
-  explicit Memory(FileManager& files) : files_(files) {}
+  /// @param hidden whether hidden entries inside folders count.
+  explicit Memory(FileManager& files, Hidden hidden = Hidden::take) : files_(files), hidden_(hidden) {}
   ~Memory() {
     for (const auto& job : folder_jobs_) job->cancel();
     for (const auto& job : entry_jobs_) job->cancel();
@@ -242,7 +249,8 @@ class Measurer::Memory {
     }
     if (fresh.empty()) return;
     for (std::size_t at = 0; at < fresh.size(); ++at) find_within(roots[at], *fresh[at]);
-    FoldersJob& job = *folder_jobs_.emplace_back(std::make_unique<FoldersJob>(files_.granted(), std::move(roots)));
+    FoldersJob& job =
+        *folder_jobs_.emplace_back(std::make_unique<FoldersJob>(files_.granted(), hidden_, std::move(roots)));
     for (Known* known : fresh) known->job = &job;
     files_.traversal().start(job, job.starts(), turn);
   }
@@ -299,8 +307,10 @@ class Measurer::Memory {
       const Url inner = Url::file(next->first);
       if (!inner.is_within(folder)) break;
       if (inner.is_within(last)) continue;
+      std::string relative = inner.path().substr(folder.path() == "/" ? 1 : folder.path().size() + 1);
+      if (hidden_ == Hidden::skip && (is_hidden(relative) || relative.find("/.") != std::string::npos)) continue;
       last = inner;
-      root.measured_elsewhere.push_back(inner.path().substr(folder.path() == "/" ? 1 : folder.path().size() + 1));
+      root.measured_elsewhere.push_back(std::move(relative));
       known.within.push_back(&next->second);
     }
   }
@@ -313,6 +323,7 @@ class Measurer::Memory {
   }
 
   FileManager& files_;
+  const Hidden hidden_;
   std::mutex mutex_;
   std::map<std::string, Known, WalksBefore> known_;
   std::vector<std::unique_ptr<FoldersJob>> folder_jobs_;
@@ -349,20 +360,28 @@ std::int64_t Measurer::overall_size_of_direcory(const Url& folder) {
   return memory()->size(folder);
 }
 
-std::vector<std::int64_t> Measurer::sizes_of_files(std::span<const Url> urls) {
+std::vector<std::int64_t> Measurer::sizes_of_files(std::span<const Url> urls, Memory& known) {
   const std::vector<Status> statuses = files_.statuses(urls);
   std::vector<Url> folders;
   for (std::size_t at = 0; at < urls.size(); ++at) {
     if (statuses[at].kind == EntryKind::folder) folders.push_back(urls[at]);
   }
-  const std::shared_ptr<Memory> known = memory();
-  known->plan(folders, Traversal::Turn::now);
+  known.plan(folders, Traversal::Turn::now);
   std::vector<std::int64_t> sizes;
   sizes.reserve(urls.size());
   for (std::size_t at = 0; at < urls.size(); ++at) {
-    sizes.push_back(statuses[at].kind == EntryKind::folder ? known->size(urls[at]) : statuses[at].size);
+    sizes.push_back(statuses[at].kind == EntryKind::folder ? known.size(urls[at]) : statuses[at].size);
   }
   return sizes;
+}
+
+std::vector<std::int64_t> Measurer::sizes_of_files(std::span<const Url> urls) {
+  return sizes_of_files(urls, *memory());
+}
+
+std::vector<std::int64_t> Measurer::visible_sizes_of_files(std::span<const Url> urls) {
+  Memory apart(files_, Hidden::skip);
+  return sizes_of_files(urls, apart);
 }
 
 std::int64_t Measurer::overall_size_of_files(std::span<const Url> urls) {

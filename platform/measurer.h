@@ -58,6 +58,8 @@ class Measurer {
   std::int64_t overall_size_of_files(std::span<const Url> urls);
   /// The same for each one of the list.
   std::vector<std::int64_t> sizes_of_files(std::span<const Url> urls);
+  /// The same without what is hidden inside the folders. Nothing of it is remembered in a session.
+  std::vector<std::int64_t> visible_sizes_of_files(std::span<const Url> urls);
   /// The entries of a folder with their sizes, in byte order of their names.
   std::vector<MeasuredEntry> entries(const Url& folder, Hidden hidden);
 
@@ -69,6 +71,7 @@ class Measurer {
   std::shared_ptr<Memory> session_memory_;  // null outside a session
 
   std::shared_ptr<Memory> memory();
+  std::vector<std::int64_t> sizes_of_files(std::span<const Url> urls, Memory& known);
 };
 
 }  // namespace tarnby

@@ -44,6 +44,9 @@ std::string upper_first(std::string_view text);
 /// Lower case of the whole text (root locale, full mapping). Bytes that are not UTF-8 stay as they are.
 std::string lower_case(std::string_view text);
 
+/// How many letters a text has (Unicode general category L). Bytes that are not UTF-8 are none.
+std::size_t letters_in(std::string_view text);
+
 /// How many columns a text takes in a terminal: two for wide characters, none for marks (UAX #11).
 std::size_t display_columns(std::string_view text);
 

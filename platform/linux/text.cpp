@@ -101,6 +101,16 @@ void append_folded(std::string& out, std::string_view utf8) {
   without_nonspacing_marks(decomposed).foldCase(U_FOLD_CASE_DEFAULT).toUTF8String(out);
 }
 
+std::size_t letters_in(std::string_view text) {
+  // What is not UTF-8 becomes U+FFFD, which is no letter.
+  const auto unicode = icu::UnicodeString::fromUTF8(piece(text));
+  std::size_t letters = 0;
+  for (std::int32_t at = 0; at < unicode.length(); at = unicode.moveIndex32(at, 1)) {
+    if (u_isalpha(unicode.char32At(at))) ++letters;
+  }
+  return letters;
+}
+
 std::size_t display_columns(std::string_view text) {
   const auto unicode = icu::UnicodeString::fromUTF8(to_valid_utf8(text));
   std::size_t columns = 0;

@@ -154,5 +154,18 @@ TEST(Measurer, sums_do_not_depend_on_what_threads_planned_and_asked_before) {
   }
 }
 
+TEST(Measurer, leaves_out_what_is_hidden_where_only_the_visible_counts) {
+  TempTree tree;
+  tree.file("t/a", 1).file("t/.b", 20).file("t/c/.d/e/f", 300).file("t/c/g/h", 4'000).file("t/c/g/.i/j", 50'000);
+  FileManager files;
+  ASSERT_TRUE(files.granted().add(Grant::home, tree.url()));
+  Measurer measurer(files);
+  const Measurer::Session session(measurer);
+  const auto urls = urls_in(tree, {"t", "t/c/g", "t/c/.d/e", "t/.b", "t/none"});
+  EXPECT_THAT(measurer.visible_sizes_of_files(urls), ElementsAre(4'001, 4'000, 300, 20, 0))
+      << "the asked ones themselves count, each on its own, hidden or not";
+  EXPECT_THAT(measurer.sizes_of_files(urls), ElementsAre(54'321, 54'000, 300, 20, 0));
+}
+
 }  // namespace
 }  // namespace tarnby

@@ -101,5 +101,12 @@ TEST(Text, byte_counts_round_by_unit_and_use_the_numbers_of_the_locale) {
   EXPECT_EQ(Text("C", "xx_YY").byte_count(1'500'000'000), "1.5 GB");
 }
 
+TEST(Text, counts_letters_of_every_script_and_nothing_else) {
+  const std::pair<const char*, std::size_t> cases[] = {
+      {"", 0},         {".", 0},           {"a1-_ ", 1}, {"\u00e9\u03a9", 2}, {"e\u0301", 1}, {"\u65e5\u672c", 2},
+      {"\xff\xe9", 0}, {"\u0664\u20ac", 0}};
+  for (const auto& [text, letters] : cases) EXPECT_EQ(letters_in(text), letters) << text;
+}
+
 }  // namespace
 }  // namespace tarnby
