@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <string_view>
 
+#include "inventory/application_search.h"
+
 namespace tarnby {
 
 namespace {
@@ -69,16 +71,6 @@ bool is_named_application(const Url& url) {
 
 }  // namespace
 
-void add_applications_in(const FileManager& files, const Url& folder, int levels, std::vector<Url>& found) {
-  for (const Entry& entry : files.list(folder)) {
-    if (is_named_application(entry.url)) {
-      found.push_back(entry.url);
-    } else if (levels > 1 && entry.kind == EntryKind::folder) {
-      add_applications_in(files, entry.url, levels - 1, found);
-    }
-  }
-}
-
 Application& Application::sharedApplication() {
   static Application application(Platform::shared());
   return application;
@@ -92,6 +84,7 @@ Application::Application(Platform& platform)
       url_applications(platform.bookmarks.resolve_and_access(Grant::applications)),
       items(std::make_shared<ApplicationItems>()),
       installed_apps(items),
+      platform_(platform),
       files_(platform.files),
       text_(platform.text) {}
 

@@ -32,10 +32,19 @@ class Application {
   std::shared_ptr<ApplicationItems> items;
   /// The same list as `items` after `installedApplications`.
   std::shared_ptr<ApplicationItems> installed_apps;
+  /// Result of `unusedApplications`.
+  ApplicationItems unused_apps;
 
   /// Fills `items` and `installed_apps` with the applications of the granted folders, sorted by label, then calls the
   /// handler with true. Applications of the operating system are left out unless the settings ask for them.
   void installedApplications(const std::function<void(bool)>& handler);
+
+  /// Fills `unused_apps` with the applications, of those the user put on the disk, that were neither opened nor changed
+  /// for thirty days, sorted by label, then calls the handler with true. Copies of one identifier are one item: the
+  /// first one found, the others in its `instances`. Its `launch_date` is when that first one was last opened, or the
+  /// moment of the search when it never was. Folders that applications are put in are searched, whatever the settings
+  /// say.
+  void unusedApplications(const std::function<void(bool)>& handler);
 
   /// Describes one bundle; never none, also for a bundle without an identifier.
   std::shared_ptr<ApplicationItem> application(const Url& url) const;
@@ -62,12 +71,9 @@ class Application {
   void add_user_applications(std::vector<Url>& found) const;
   void add_utilities(std::vector<Url>& found, const Url& utilities) const;
 
+  Platform& platform_;
   FileManager& files_;
   const Text& text_;
 };
-
-/// Adds the entries of a folder that are named as applications; each other entry is listed in turn, `levels` deep in
-/// all, so that with 1 only the folder itself is looked at.
-void add_applications_in(const FileManager& files, const Url& folder, int levels, std::vector<Url>& found);
 
 }  // namespace tarnby

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -14,8 +16,11 @@
 
 namespace tarnby {
 
+class Platform;
+
 /// One application bundle: what its property list and the file system tell of it, and slots for what belongs to it
-/// elsewhere. A plain record, shared by reference; its fields do no work.
+/// elsewhere. A plain record, shared by reference; its fields do no work. The operations run to their end on the
+/// caller's thread, report no failure, and are for one thread at a time.
 struct ApplicationItem {
   /// The name the user sees.
   std::string label;
@@ -52,6 +57,30 @@ struct ApplicationItem {
   /// Other copies of the same application.
   std::vector<Url> instances;
   std::optional<Moment> launch_date;
+
+  /// Finds what belongs to the application elsewhere on the disk: fills `files`, `sizes`, `optional_bundle` and
+  /// `optional_developer_id`, then calls the handler. Rewrites the record on the way: absent texts become empty ones.
+  void getfiles(Platform& platform, const std::function<void()>& handler);
+
+  /// Sets `app_size_in_bytes` and `app_size`, hidden entries included, then calls the handler.
+  void calculate_application_size_with_complete_handler(Platform& platform, const std::function<void()>& handler);
+
+  /// Removes the application for good, with what belongs to it: `find_removable_files`, then `remove_found_files`.
+  std::vector<Removal> remove_files(Platform& platform);
+
+  /// Replaces `files` by what a removal takes, always a part of what `getfiles` finds. `sizes` is emptied.
+  void find_removable_files(Platform& platform);
+
+  /// Removes what `files` lists, in order and for good; the result tells what became of each of `listed_files`. A file
+  /// that cannot be removed does not stop those after it.
+  /// @param stop when it becomes true, the entry in hand is finished and the rest is left.
+  std::vector<Removal> remove_found_files(Platform& platform, const std::atomic<bool>* stop = nullptr) const;
+
+  /// Fills `sizes` for `files`; of a folder counts what is not hidden in it.
+  void measure_files(Platform& platform);
+
+  /// `files` without the markers.
+  std::vector<Url> listed_files() const;
 
   static std::shared_ptr<ApplicationItem> init_with_label(std::string label, Image app_icon) {
     auto item = std::make_shared<ApplicationItem>();

@@ -1,33 +1,9 @@
 #include "leftovers/cache.h"
 
-#include <array>
-
+#include "inventory/application_search.h"
 #include "platform/bytes.h"
 
 namespace tarnby {
-
-namespace {
-
-/// The folders below the home that are searched for applications, in this order. Documents and Desktop are walked since
-/// people keep applications anywhere in them; Downloads and Applications are only listed.
-struct ApplicationPlace {
-  std::string_view beneath_home;
-  bool walked;
-};
-
-constexpr std::array application_places = {
-    ApplicationPlace{"Downloads", false},
-    ApplicationPlace{"Documents", true},
-    ApplicationPlace{"Desktop", true},
-    ApplicationPlace{"Applications", false},
-    ApplicationPlace{"Library/Developer/Xcode/DerivedData", true},
-};
-
-bool is_application_entry(std::string_view name, EntryKind /*kind*/) {
-  return is_application_name(name);
-}
-
-}  // namespace
 
 /// One folder that may be an application's cache.
 struct Cache::Candidate {
@@ -39,16 +15,6 @@ struct Cache::Candidate {
   /// Containers are named by identifier only, so labels are deliberately not tried for them.
   bool may_be_label;
 };
-
-void add_granted_applications(const FileManager& files, const Url& applications, std::vector<Url>& found) {
-  for (const Entry& entry : files.list(applications)) {
-    if (is_application_name(entry.url.last_path_component())) {
-      found.push_back(entry.url);
-    } else if (entry.url.last_path_component() != "Utilities") {
-      add_applications_in(files, entry.url, 2, found);
-    }
-  }
-}
 
 Cache& Cache::sharedCache() {
   static Cache cache(Platform::shared(), Application::sharedApplication());
@@ -67,18 +33,7 @@ Cache::Cache(Platform& platform, const Application& inventory)
       text_(platform.text) {}
 
 ApplicationItems Cache::installed_applications() {
-  std::vector<Url> found;
-  add_granted_applications(*defaultManager, url_applications, found);
-  for (const ApplicationPlace& place : application_places) {
-    const Url folder = url_home.appending(place.beneath_home);
-    if (place.walked) {
-      const auto below = defaultManager->walk(folder, Hidden::skip, Packages::enter, is_application_entry);
-      found.insert(found.end(), below.begin(), below.end());
-    } else {
-      add_applications_in(*defaultManager, folder, 1, found);
-    }
-  }
-  applications_urls = std::move(found);
+  applications_urls = applications_of_the_user(*defaultManager, url_applications, url_home);
 
   ApplicationItems items;
   ApplicationMap by_bundle;

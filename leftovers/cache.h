@@ -71,8 +71,4 @@ class Cache {
   const Text& text_;
 };
 
-/// Adds the applications of the Applications folder, three levels deep. A first-level entry named "Utilities" is passed
-/// over: what lies there belongs to the system.
-void add_granted_applications(const FileManager& files, const Url& applications, std::vector<Url>& found);
-
 }  // namespace tarnby

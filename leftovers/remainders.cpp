@@ -3,13 +3,13 @@
 #include <algorithm>
 #include <unordered_set>
 
+#include "inventory/application_search.h"
+#include "inventory/unused_applications.h"
 #include "platform/bytes.h"
 
 namespace tarnby {
 
 namespace {
-
-constexpr std::int64_t unused_after_days = 30;
 
 std::string whole_name(const Url& entry) {
   return std::string(entry.last_path_component());
@@ -182,10 +182,8 @@ bool Remainders::is_unused(const Url& application) const {
   if (!identifier || identifier->find("com.apple") != std::string::npos) return false;
   const std::string& path = application.path();
   if (path.find(".app/") != std::string::npos || path.find(".framework/") != std::string::npos) return false;
-  const auto changed = platform_.metadata.content_change_date(application);
-  if (!changed || days_between(*changed, platform_.now()) < unused_after_days) return false;
-  const auto used = platform_.metadata.last_used_date(application);
-  return !used || days_between(*used, platform_.now()) >= unused_after_days;
+  return counts_as_unused(platform_.metadata.last_used_date(application),
+                          platform_.metadata.content_change_date(application), platform_.now());
 }
 
 void Remainders::unused_apps() {

@@ -64,6 +64,11 @@ class Remainders {
   /// Fills `unusedApps`: those of `installedApplications` that changed and were used 30 or more days ago.
   void unused_apps();
 
+  /// The localisation folders of `installedApplications` that the user's languages do not need, in discovery order; a
+  /// remainder search must have run before. Apple's applications are left out, but for its office suite. A folder that
+  /// two of the tests meet is listed twice.
+  std::vector<Url> language_packages() const;
+
   std::int64_t overall_size_of_direcory(const Url& folder);
   std::int64_t overall_size_of_files(std::span<const Url> urls);
 
