@@ -29,21 +29,6 @@ std::int64_t bytes_without(Context& context, const Cleaning& cleaning, const std
   return bytes;
 }
 
-ExitStatus show_preview(Context& context, const RemovalPreview& preview, std::int64_t bytes) {
-  if (context.asked.json) {
-    const Json result = {{"would_remove", json_paths(preview.would_remove)}, {"was_cleaned", bytes}};
-    context.out << result.dump() << '\n';
-    return done;
-  }
-  for (const Url& url : preview.would_remove) context.out << one_line(url.path()) << '\n';
-  for (const Url& url : preview.refused) {
-    context.out << "Would stay, for it is never removed whole: " << one_line(url.path()) << '\n';
-  }
-  context.out << "Would remove " << entries_text(preview.would_remove.size()) << ", "
-              << context.platform.text.byte_count(bytes) << ". Nothing was removed.\n";
-  return done;
-}
-
 void show_result(Context& context, const Cleaning& cleaning, const RemovalReport& report, std::int64_t was_cleaned,
                  std::int64_t total) {
   if (!context.asked.json) {
@@ -52,29 +37,14 @@ void show_result(Context& context, const Cleaning& cleaning, const RemovalReport
     context.out << text.byte_count(was_cleaned) << " cleaned, " << text.byte_count(total) << " in all runs so far.\n";
     return;
   }
-  std::vector<Url> left;
-  for (const auto& entry : report.left) left.push_back(entry.url);
-  Json result = {{"removed", json_paths(report.removed)},
-                 {"left", json_paths(left)},
-                 {"was_cleaned", was_cleaned},
-                 {"totally_cleaned", total}};
+  Json result = json_removal(report);
+  result["was_cleaned"] = was_cleaned;
+  result["totally_cleaned"] = total;
   if (cleaning.is_dated) {
     const auto date = context.platform.group_settings.value("Date");
     result["date"] = date ? json_setting(*date) : Json();
   }
   context.out << result.dump() << '\n';
-}
-
-/// Nothing was touched, as the user wished.
-ExitStatus show_declined(Context& context, const Cleaning& cleaning, const RemovalPreview& preview) {
-  context.err << "Nothing was removed.\n";
-  if (!context.asked.json) return done;
-  RemovalReport report;
-  for (const auto* urls : {&preview.would_remove, &preview.refused}) {
-    for (const Url& url : *urls) report.left.push_back({url, {}});
-  }
-  show_result(context, cleaning, report, 0, context.platform.app_settings.integer("TotallyCleaned"));
-  return done;
 }
 
 void need_saved(Context& context, SettingsStore& store, std::string_view what) {
@@ -88,15 +58,6 @@ std::int64_t count_cleaned(Context& context, const Cleaning& cleaning, std::int6
   need_saved(context, settings.store(), "the total of all runs");
   if (cleaning.is_dated) need_saved(context, context.platform.group_settings, "the date of this run");
   return total;
-}
-
-bool was_agreed_to(Context& context, const Cleaning& cleaning, const RemovalPreview& preview, std::int64_t bytes) {
-  if (context.asked.yes) return true;
-  if (!context.asked.json) cleaning.print();
-  if (preview.would_remove.empty()) return true;  // nothing that anybody could agree to
-  context.out << '\n';
-  return user_agrees(context, "Remove " + entries_text(preview.would_remove.size()) + ", " +
-                                  context.platform.text.byte_count(bytes) + ", for good");
 }
 
 ExitStatus remove_chosen(Context& context, const Cleaner& cleaner, const Cleaning& cleaning) {
@@ -142,8 +103,15 @@ ExitStatus carry_out(Context& context, const Cleaner& cleaner, const Cleaning& c
   const RemovalPreview preview = preview_removal(context, cleaning.files);
   const std::unordered_set<Url> refused(preview.refused.begin(), preview.refused.end());
   const std::int64_t bytes = bytes_without(context, cleaning, refused);
-  if (context.asked.dry_run) return show_preview(context, preview, bytes);
-  if (!was_agreed_to(context, cleaning, preview, bytes)) return show_declined(context, cleaning, preview);
+  if (context.asked.dry_run) {
+    print_preview(context, preview, bytes);
+    return done;
+  }
+  if (!removal_is_agreed(context, preview, bytes, cleaning.print)) {
+    const std::int64_t total = context.platform.app_settings.integer("TotallyCleaned");
+    if (context.asked.json) show_result(context, cleaning, declined_removal(preview), 0, total);
+    return done;
+  }
   return remove_chosen(context, cleaner, cleaning);
 }
 

@@ -74,11 +74,34 @@ Example:
 Example:
   tarnby-cleaner-cli apps
 )"},
-    {"app", "PATH", 1, 1, false, run_app, "Describe one application, with its size",
-     R"(PATH is the application's folder, NAME.app.
+    {"app", "PATH", 1, 1, false, run_app, "Describe one application, with the files that belong to it",
+     R"(PATH is the application's folder, NAME.app. Nothing is changed.
 
 Example:
   tarnby-cleaner-cli app /Applications/Firefox.app
+)"},
+    {"uninstall", "PATH", 1, 1, true, run_uninstall, "Remove one application with the files that belong to it",
+     R"(PATH is the application's folder, NAME.app. What is removed does not go to the
+Trash: it is gone. You are asked first, with a list of everything that would go.
+Files that applications of one maker share are shown by "app" and stay.
+
+Example:
+  tarnby-cleaner-cli uninstall /Applications/Firefox.app --dry-run
+  tarnby-cleaner-cli uninstall /Applications/Firefox.app
+)"},
+    {"unused", "", 0, 0, false, run_unused, "List the applications that were not used for thirty days",
+     R"(With the day on which each was last opened, and where other copies of it are.
+Nothing is changed.
+
+Example:
+  tarnby-cleaner-cli unused
+)"},
+    {"languages", "", 0, 0, false, run_languages, "List what applications keep for languages you do not use",
+     R"(One folder a line. Your languages are those of your session, or what --languages
+names. Nothing is changed.
+
+Example:
+  tarnby-cleaner-cli languages --languages de,en
 )"},
     {"grant", "NAME DIR", 2, 2, false, run_grant, "Give access to a folder, for this and later runs",
      R"(Nothing is read or removed outside the folders you give.

@@ -14,6 +14,9 @@ ExitStatus run_cleanup(Context& context);
 ExitStatus run_large(Context& context);
 ExitStatus run_apps(Context& context);
 ExitStatus run_app(Context& context);
+ExitStatus run_uninstall(Context& context);
+ExitStatus run_unused(Context& context);
+ExitStatus run_languages(Context& context);
 ExitStatus run_grant(Context& context);
 ExitStatus run_settings(Context& context);
 

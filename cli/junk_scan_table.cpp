@@ -1,8 +1,8 @@
 #include "cli/junk_scan_table.h"
 
 #include "cli/labels.h"
-#include "engine/entry_text.h"
 #include "cli/table.h"
+#include "engine/entry_text.h"
 #include "platform/bytes.h"
 
 namespace tarnby::cli {
@@ -31,7 +31,8 @@ Rows rows_of_clients(const Text& text, const Cleaner& cleaner, std::span<const s
 Rows rows_of_files(const Context& context, const Cleaner& cleaner, const CleanerItem& item) {
   Rows rows;
   const std::size_t shown = rows_shown(context, item.files.size());
-  for (std::size_t at = 0; at < shown; ++at) rows.push_back({"    " + one_line(short_path(item.files[at], cleaner.url_home))});
+  for (std::size_t at = 0; at < shown; ++at)
+    rows.push_back({"    " + one_line(short_path(item.files[at], cleaner.url_home))});
   if (shown < item.files.size()) rows.push_back({"    " + more_rows_text(item.files.size() - shown)});
   return rows;
 }

@@ -2,10 +2,10 @@
 #include "cli/commands.h"
 #include "cli/json.h"
 #include "cli/labels.h"
-#include "engine/entry_text.h"
 #include "cli/progress.h"
 #include "cli/table.h"
 #include "engine/cleaner.h"
+#include "engine/entry_text.h"
 #include "platform/bytes.h"
 
 namespace tarnby::cli {

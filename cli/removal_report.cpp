@@ -26,6 +26,13 @@ std::string why_left(const Removal& removal, bool refused) {
   return removal.error ? one_line(removal.error.message()) : "came back";
 }
 
+bool user_agrees(Context& context, const std::string& what) {
+  context.err << what << "? It does not go to the Trash. [y/N] " << std::flush;
+  std::string answer;
+  if (!std::getline(std::cin, answer)) context.err << '\n';  // nobody has ended the line
+  return answer == "y" || answer == "Y" || answer == "yes";
+}
+
 }  // namespace
 
 void need_somebody_to_ask(const Context& context) {
@@ -33,14 +40,6 @@ void need_somebody_to_ask(const Context& context) {
   throw CommandError(
       wrong_usage,
       "nobody can be asked whether to remove; use --yes to remove without asking, or --dry-run to see what would go");
-}
-
-bool user_agrees(Context& context, const std::string& what) {
-  if (context.asked.yes) return true;
-  context.err << what << "? It does not go to the Trash. [y/N] " << std::flush;
-  std::string answer;
-  if (!std::getline(std::cin, answer)) context.err << '\n';  // nobody has ended the line
-  return answer == "y" || answer == "Y" || answer == "yes";
 }
 
 RemovalPreview preview_removal(Context& context, std::span<const Url> urls) {
@@ -51,6 +50,47 @@ RemovalPreview preview_removal(Context& context, std::span<const Url> urls) {
     (refused[at] ? preview.refused : preview.would_remove).push_back(urls[at]);
   }
   return preview;
+}
+
+void print_preview(Context& context, const RemovalPreview& preview, std::int64_t bytes) {
+  if (context.asked.json) {
+    const Json result = {{"would_remove", json_paths(preview.would_remove)}, {"was_cleaned", bytes}};
+    context.out << result.dump() << '\n';
+    return;
+  }
+  for (const Url& url : preview.would_remove) context.out << one_line(url.path()) << '\n';
+  for (const Url& url : preview.refused) {
+    context.out << "Would stay, for it is never removed whole: " << one_line(url.path()) << '\n';
+  }
+  context.out << "Would remove " << entries_text(preview.would_remove.size()) << ", "
+              << context.platform.text.byte_count(bytes) << ". Nothing was removed.\n";
+}
+
+bool removal_is_agreed(Context& context, const RemovalPreview& preview, std::int64_t bytes,
+                       const std::function<void()>& show) {
+  if (context.asked.yes) return true;
+  if (!context.asked.json) {
+    show();
+    for (const Url& url : preview.refused) {
+      context.out << "Stays, for it is never removed whole: " << one_line(url.path()) << '\n';
+    }
+  }
+  if (preview.would_remove.empty()) return true;
+  if (!context.asked.json) context.out << '\n';
+  if (user_agrees(context, "Remove " + entries_text(preview.would_remove.size()) + ", " +
+                               context.platform.text.byte_count(bytes) + ", for good")) {
+    return true;
+  }
+  context.err << "Nothing was removed.\n";
+  return false;
+}
+
+RemovalReport declined_removal(const RemovalPreview& preview) {
+  RemovalReport report;
+  for (const auto* urls : {&preview.would_remove, &preview.refused}) {
+    for (const Url& url : *urls) report.left.push_back({url, {}});
+  }
+  return report;
 }
 
 RemovalReport run_removal(Context& context, std::span<const Url> urls, const StopOnInterrupt& stop,
@@ -82,6 +122,12 @@ void print_removal(Context& context, const RemovalReport& report) {
   for (const RemovalReport::Left& left : report.left) {
     context.out << "  " << one_line(left.url.path()) << ": " << left.why << '\n';
   }
+}
+
+Json json_removal(const RemovalReport& report) {
+  std::vector<Url> left;
+  for (const RemovalReport::Left& entry : report.left) left.push_back(entry.url);
+  return {{"removed", json_paths(report.removed)}, {"left", json_paths(left)}};
 }
 
 ExitStatus status_of_removal(const RemovalReport& report) {

@@ -7,6 +7,7 @@
 
 #include "cli/context.h"
 #include "cli/interrupt.h"
+#include "cli/json.h"
 
 namespace tarnby::cli {
 
@@ -32,11 +33,18 @@ struct RemovalPreview {
 /// Throws CommandError with `wrong_usage` when --yes was not given and nobody can be asked; call it before any work.
 void need_somebody_to_ask(const Context& context);
 
-/// Asks on the terminal; true without asking with `--yes`.
-/// @param what a question without its end ("Remove 53 entries, 6.2 GB").
-bool user_agrees(Context& context, const std::string& what);
-
 RemovalPreview preview_removal(Context& context, std::span<const Url> urls);
+
+/// The result of `--dry-run`: what would go, what would stay, and the bytes.
+void print_preview(Context& context, const RemovalPreview& preview, std::int64_t bytes);
+
+/// Asks on the terminal whether to remove what the preview tells, after `show` has shown it; true without asking with
+/// `--yes`, and when there is nothing that anybody could agree to. A no is told on standard error.
+bool removal_is_agreed(Context& context, const RemovalPreview& preview, std::int64_t bytes,
+                       const std::function<void()>& show);
+
+/// The report when nothing was touched, as the user wished.
+RemovalReport declined_removal(const RemovalPreview& preview);
 
 using RemoveListed = std::function<std::vector<Removal>(const std::atomic<bool>* stop)>;
 
@@ -47,6 +55,9 @@ RemovalReport run_removal(Context& context, std::span<const Url> urls, const Sto
 
 /// Prints what went and, path by path, what was left and why.
 void print_removal(Context& context, const RemovalReport& report);
+
+/// {"removed", "left"}.
+Json json_removal(const RemovalReport& report);
 
 /// How a removing command ends after this.
 ExitStatus status_of_removal(const RemovalReport& report);

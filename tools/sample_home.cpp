@@ -330,14 +330,11 @@ void print_summary(const SampleTree& tree, const Text& text) {
             << "Applications:  " << tree.applications().string() << "\n"
             << "Holds:         " << tree.entries() << " entries, " << text.byte_count(tree.bytes())
             << ", nearly all of it holes that take no room\n\nTry:\n";
-  const std::string commands[] = {"scan",
-                                  "clean --dry-run",
-                                  "clean",
-                                  "junk",
-                                  "cleanup --dry-run",
-                                  "large",
-                                  "apps",
-                                  "app " + quoted(tree.applications() / "Firefox.app")};
+  const std::string studio = quoted(tree.applications() / "Nordlys/Suite/Nordlys Studio.app");
+  const std::string commands[] = {"scan",   "clean --dry-run",   "clean",
+                                  "junk",   "cleanup --dry-run", "large",
+                                  "apps",   "app " + studio,     "uninstall --dry-run " + studio,
+                                  "unused", "languages"};
   for (const std::string& command : commands) std::cout << "  tarnby-cleaner-cli " << command << folders;
 }
 

@@ -17,7 +17,7 @@ _tarnby_cleaner_cli_folders() {
 }
 
 _tarnby_cleaner_cli_commands() {
-  printf '%s\n' scan clean junk cleanup large apps app grant settings
+  printf '%s\n' scan clean junk cleanup large apps app uninstall unused languages grant settings
 }
 
 _tarnby_cleaner_cli_options() {
@@ -85,7 +85,7 @@ _tarnby_cleaner_cli() {
     clean:*) _tarnby_cleaner_cli_words "$current" < <(_tarnby_cleaner_cli_groups) ;;
     cleanup:*) _tarnby_cleaner_cli_words "$current" < <(_tarnby_cleaner_cli_categories) ;;
     grant:0) _tarnby_cleaner_cli_words "$current" < <(_tarnby_cleaner_cli_grants) ;;
-    grant:1 | app:0) _tarnby_cleaner_cli_folders "$current" ;;
+    grant:1 | app:0 | uninstall:0) _tarnby_cleaner_cli_folders "$current" ;;
     settings:0) _tarnby_cleaner_cli_words "$current" < <(_tarnby_cleaner_cli_settings; printf '%s\n' home Applications macOS) ;;
     settings:1) _tarnby_cleaner_cli_words "$current" < <(printf '%s\n' true false) ;;
   esac

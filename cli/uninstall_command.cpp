@@ -1,0 +1,69 @@
+#include "cli/commands.h"
+#include "cli/json.h"
+#include "cli/progress.h"
+#include "cli/related_files.h"
+#include "cli/removal_report.h"
+#include "inventory/application.h"
+
+namespace tarnby::cli {
+
+namespace {
+
+/// Nothing outside the granted folders is ever removed; better to say so than to leave the application and take the
+/// rest.
+void need_access_to(Context& context, const Url& application) {
+  (void)context.platform.bookmarks.resolve_and_access(
+      Grant::disk);  // whoever granted the disk may remove what is on it
+  if (context.platform.files.granted().holds(application)) return;
+  throw CommandError(no_access, "\"" + one_line(application.path()) +
+                                    "\" lies in none of the folders that access was given to (\"home\", "
+                                    "\"Applications\", \"macOS\"); give access to the folder that holds it, with "
+                                    "--applications DIR or tarnby-cleaner-cli grant Applications DIR");
+}
+
+/// Looks for everything that a removal takes.
+void find_files(Context& context, ApplicationItem& item) {
+  Progress progress(context);
+  progress.show("Looking for the files of " + one_line(item.label));
+  item.find_removable_files(context.platform);
+  item.measure_files(context.platform);
+}
+
+void show_result(Context& context, const RemovalReport& report) {
+  if (context.asked.json) {
+    context.out << json_removal(report).dump() << '\n';
+  } else {
+    print_removal(context, report);
+  }
+}
+
+}  // namespace
+
+ExitStatus run_uninstall(Context& context) {
+  const Url url = application_at(context, context.asked.arguments.front());
+  need_folders(context);
+  need_access_to(context, url);
+  need_somebody_to_ask(context);
+  const auto item = Application::sharedApplication().application(url);
+  find_files(context, *item);
+  const std::vector<Url> listed = item->listed_files();
+  const RemovalPreview preview = preview_removal(context, listed);
+  const std::int64_t bytes = bytes_of(*item, preview.would_remove);
+  if (context.asked.dry_run) {
+    print_preview(context, preview, bytes);
+    return done;
+  }
+  if (!removal_is_agreed(context, preview, bytes, [&] { print_related_files(context, *item); })) {
+    if (context.asked.json) show_result(context, declined_removal(preview));
+    return done;
+  }
+  // What was shown goes, and nothing that a second search might find.
+  const StopOnInterrupt stop;
+  const RemovalReport report = run_removal(context, listed, stop, [&](const std::atomic<bool>* stop_asked) {
+    return item->remove_found_files(context.platform, stop_asked);
+  });
+  show_result(context, report);
+  return status_of_removal(report);
+}
+
+}  // namespace tarnby::cli
