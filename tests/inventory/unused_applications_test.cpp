@@ -1,0 +1,96 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "inventory/application.h"
+#include "tests/support/test_platform.h"
+
+namespace tarnby {
+namespace {
+
+using test::TestPlatform;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr std::int64_t day = 86'400;
+constexpr std::int64_t never = -1;
+
+/// An application that was opened and changed that many seconds ago.
+void add(TestPlatform& ada, const std::string& path, const std::string& identifier, std::int64_t used = never,
+         std::int64_t changed = 90 * day) {
+  const std::int64_t now = ada.platform.now().time_since_epoch().count();
+  ada.application(path, BundleValues{identifier, {}, "tool", {}, {}});
+  ada.tree.file(path + "/Contents/MacOS/tool");
+  // Access counts as use only when it came after the executable was written.
+  const std::int64_t opened = used == never ? now - changed : now - used;
+  ada.times(path + "/Contents/MacOS/tool", opened, used == never ? opened : opened - 1);
+  ada.times(path, now, now - changed);
+}
+
+ApplicationItems unused(TestPlatform& ada) {
+  Application inventory(ada.platform);
+  inventory.unusedApplications([](bool done) { EXPECT_TRUE(done); });
+  return inventory.unused_apps;
+}
+
+TEST(UnusedApplications, were_neither_opened_nor_changed_for_thirty_days) {
+  struct Case {
+    const char* why;
+    std::int64_t used;
+    std::int64_t changed;
+    bool listed;
+    std::string path = "Applications/A.app";
+    std::string identifier = "com.example.a";
+  };
+  const Case cases[] = {
+      {"opened thirty, changed forty days ago", 30 * day, 40 * day, true},
+      {"opened a moment less than thirty days ago", 30 * day - 1, 40 * day, false},
+      {"changed a moment less than thirty days ago", 40 * day, 30 * day - 1, false},
+      {"never opened", never, 30 * day, true},
+      {"two folders below Applications", never, 90 * day, true, "Applications/V/Sub/A.app"},
+      {"three folders below", never, 90 * day, false, "Applications/V/Sub/Deep/A.app"},
+      {"a tool of the system", never, 90 * day, false, "Applications/Utilities/T/A.app"},
+      {"anywhere in Documents", never, 90 * day, true, "ada/Documents/x/y/A.app"},
+      {"only at the top of Downloads", never, 90 * day, false, "ada/Downloads/x/A.app"},
+      {"hidden", never, 90 * day, false, "ada/Desktop/.x/A.app"},
+      {"inside another, whatever its case", never, 90 * day, false, "ada/Documents/B.APP/A.app"},
+      {"inside a framework", never, 90 * day, false, "ada/Documents/B.framework/A.app"},
+      {"of the system", never, 90 * day, false, "Applications/A.app", "com.apple.dt.Xcode"},
+      {"without an identifier", never, 90 * day, false, "Applications/A.app", ""},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.why);
+    TestPlatform ada;
+    add(ada, c.path, c.identifier, c.used, c.changed);
+    const ApplicationItems found = unused(ada);
+    ASSERT_EQ(found.size(), c.listed ? 1U : 0U);
+    if (!c.listed) continue;
+    const Moment opened = ada.platform.now() - std::chrono::seconds(c.used == never ? 0 : c.used);
+    EXPECT_EQ(found.front()->launch_date, opened) << "who was never opened carries the moment of the search";
+  }
+}
+
+TEST(UnusedApplications, are_one_item_for_all_copies_of_an_identifier) {
+  TestPlatform ada;
+  ada.platform.app_settings.set_integer("includeUtilities", 1);
+  add(ada, "ada/Downloads/Z.app", "com.example.z", 50 * day);
+  add(ada, "Applications/z.app", "com.example.z", 60 * day);
+  add(ada, "ada/Desktop/more/Z2.app", "com.example.z");
+  add(ada, "ada/Documents/Other.app", "com.Example.z");
+  add(ada, "ada/Applications/Busy.app", "com.example.z", day);
+  const ApplicationItems found = unused(ada);
+  ASSERT_EQ(found.size(), 2U);
+  EXPECT_EQ(found[0]->label, "Other") << "sorted by label; identifiers are compared exactly";
+  EXPECT_THAT(found[0]->instances, IsEmpty());
+  EXPECT_EQ(found[1]->url, ada.url("Applications/z.app")) << "the first one found, with its own date";
+  EXPECT_EQ(found[1]->launch_date, ada.platform.now() - std::chrono::seconds(60 * day));
+  EXPECT_THAT(ada.relative(found[1]->instances), ElementsAre("ada/Downloads/Z.app", "ada/Desktop/more/Z2.app"));
+
+  ASSERT_TRUE(ada.platform.bookmarks.store(Grant::applications, ada.url("ada/Applications")));
+  add(ada, "ada/Applications/Busy.app", "com.example.busy");
+  const ApplicationItems twice = unused(ada);
+  ASSERT_EQ(twice[0]->label, "Busy");
+  EXPECT_THAT(twice[0]->instances, IsEmpty()) << "found on two ways it is no copy of itself";
+}
+
+}  // namespace
+}  // namespace tarnby
