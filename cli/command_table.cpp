@@ -74,13 +74,13 @@ Example:
 Example:
   tarnby-cleaner-cli apps
 )"},
-    {"app", "PATH", 1, 1, false, run_app, "Describe one application, with the files that belong to it",
+    {"app", "PATH", 1, 1, false, run_app, "Describe one application and show what belongs to it",
      R"(PATH is the application's folder, NAME.app. Nothing is changed.
 
 Example:
   tarnby-cleaner-cli app /Applications/Firefox.app
 )"},
-    {"uninstall", "PATH", 1, 1, true, run_uninstall, "Remove one application with the files that belong to it",
+    {"uninstall", "PATH", 1, 1, true, run_uninstall, "Remove one application with all that belongs to it",
      R"(PATH is the application's folder, NAME.app. What is removed does not go to the
 Trash: it is gone. You are asked first, with a list of everything that would go.
 Files that applications of one maker share are shown by "app" and stay.
@@ -89,14 +89,14 @@ Example:
   tarnby-cleaner-cli uninstall /Applications/Firefox.app --dry-run
   tarnby-cleaner-cli uninstall /Applications/Firefox.app
 )"},
-    {"unused", "", 0, 0, false, run_unused, "List the applications that were not used for thirty days",
+    {"unused", "", 0, 0, false, run_unused, "List the applications not used for thirty days",
      R"(With the day on which each was last opened, and where other copies of it are.
 Nothing is changed.
 
 Example:
   tarnby-cleaner-cli unused
 )"},
-    {"languages", "", 0, 0, false, run_languages, "List what applications keep for languages you do not use",
+    {"languages", "", 0, 0, false, run_languages, "List application languages that you do not use",
      R"(One folder a line. Your languages are those of your session, or what --languages
 names. Nothing is changed.
 

@@ -46,14 +46,11 @@ TEST(UnusedApplications, were_neither_opened_nor_changed_for_thirty_days) {
       {"opened a moment less than thirty days ago", 30 * day - 1, 40 * day, false},
       {"changed a moment less than thirty days ago", 40 * day, 30 * day - 1, false},
       {"never opened", never, 30 * day, true},
-      {"two folders below Applications", never, 90 * day, true, "Applications/V/Sub/A.app"},
       {"three folders below", never, 90 * day, false, "Applications/V/Sub/Deep/A.app"},
       {"a tool of the system", never, 90 * day, false, "Applications/Utilities/T/A.app"},
       {"anywhere in Documents", never, 90 * day, true, "ada/Documents/x/y/A.app"},
       {"only at the top of Downloads", never, 90 * day, false, "ada/Downloads/x/A.app"},
-      {"hidden", never, 90 * day, false, "ada/Desktop/.x/A.app"},
       {"inside another, whatever its case", never, 90 * day, false, "ada/Documents/B.APP/A.app"},
-      {"inside a framework", never, 90 * day, false, "ada/Documents/B.framework/A.app"},
       {"of the system", never, 90 * day, false, "Applications/A.app", "com.apple.dt.Xcode"},
       {"without an identifier", never, 90 * day, false, "Applications/A.app", ""},
   };
@@ -71,9 +68,9 @@ TEST(UnusedApplications, were_neither_opened_nor_changed_for_thirty_days) {
 
 TEST(UnusedApplications, are_one_item_for_all_copies_of_an_identifier) {
   TestPlatform ada;
-  ada.platform.app_settings.set_integer("includeUtilities", 1);
+  ASSERT_TRUE(ada.platform.bookmarks.store(Grant::applications, ada.url("ada/Applications")));
   add(ada, "ada/Downloads/Z.app", "com.example.z", 50 * day);
-  add(ada, "Applications/z.app", "com.example.z", 60 * day);
+  add(ada, "ada/Applications/z.app", "com.example.z", 60 * day);
   add(ada, "ada/Desktop/more/Z2.app", "com.example.z");
   add(ada, "ada/Documents/Other.app", "com.Example.z");
   add(ada, "ada/Applications/Busy.app", "com.example.z", day);
@@ -81,15 +78,10 @@ TEST(UnusedApplications, are_one_item_for_all_copies_of_an_identifier) {
   ASSERT_EQ(found.size(), 2U);
   EXPECT_EQ(found[0]->label, "Other") << "sorted by label; identifiers are compared exactly";
   EXPECT_THAT(found[0]->instances, IsEmpty());
-  EXPECT_EQ(found[1]->url, ada.url("Applications/z.app")) << "the first one found, with its own date";
+  EXPECT_EQ(found[1]->url, ada.url("ada/Applications/z.app"))
+      << "the first one found, with its own date; found on two ways it is no copy of itself";
   EXPECT_EQ(found[1]->launch_date, ada.platform.now() - std::chrono::seconds(60 * day));
   EXPECT_THAT(ada.relative(found[1]->instances), ElementsAre("ada/Downloads/Z.app", "ada/Desktop/more/Z2.app"));
-
-  ASSERT_TRUE(ada.platform.bookmarks.store(Grant::applications, ada.url("ada/Applications")));
-  add(ada, "ada/Applications/Busy.app", "com.example.busy");
-  const ApplicationItems twice = unused(ada);
-  ASSERT_EQ(twice[0]->label, "Busy");
-  EXPECT_THAT(twice[0]->instances, IsEmpty()) << "found on two ways it is no copy of itself";
 }
 
 }  // namespace
