@@ -38,21 +38,22 @@ ExitStatus run_app(Context& context) {
   need_folders(context);
   const auto item = Application::sharedApplication().application(url);
   item->calculate_application_size_with_complete_handler(context.platform, [] {});
-  const ApplicationItem described = *item;  // the search rewrites the record
+  // Told before the search, which rewrites the record.
+  const Json application = json_application(*item);
+  if (!context.asked.json) print_description(context, *item);
   find_files(context, *item);
-  if (context.asked.json) {
-    const Json result = {{"application", json_application(described)},
-                         {"app_size_in_bytes", item->app_size_in_bytes},
-                         {"app_size", json_optional(item->app_size)},
-                         {"optional_bundle", json_optional(item->optional_bundle)},
-                         {"optional_developer_id", json_optional(item->optional_developer_id)},
-                         {"groups", json_related_files(*item)}};
-    context.out << result.dump() << '\n';
+  if (!context.asked.json) {
+    context.out << '\n';
+    print_related_files(context, *item);
     return done;
   }
-  print_description(context, described);
-  context.out << '\n';
-  print_related_files(context, *item);
+  const Json result = {{"application", application},
+                       {"app_size_in_bytes", item->app_size_in_bytes},
+                       {"app_size", json_optional(item->app_size)},
+                       {"optional_bundle", json_optional(item->optional_bundle)},
+                       {"optional_developer_id", json_optional(item->optional_developer_id)},
+                       {"groups", json_related_files(*item)}};
+  context.out << result.dump() << '\n';
   return done;
 }
 
