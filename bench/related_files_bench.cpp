@@ -54,7 +54,7 @@ void fill_deep(const fs::path& top, int count, std::mt19937& random) {
 }
 
 fs::path make_tree() {
-  const fs::path top = fs::temp_directory_path() / "tarnby-bench-related";
+  fs::path top = fs::temp_directory_path() / "tarnby-bench-related";
   if (fs::exists(top / "finished")) return top;
   fs::remove_all(top);
   const fs::path library = top / "home/Library";
@@ -80,6 +80,7 @@ void run_find(const std::vector<std::string>& folders) {
   words.insert(words.end(), folders.begin(), folders.end());
   words.insert(words.end(), {"-name", "no such name"});
   std::vector<char*> arguments;
+  arguments.reserve(words.size() + 1);
   for (std::string& word : words) arguments.push_back(word.data());
   arguments.push_back(nullptr);
   pid_t child = 0;
