@@ -10,6 +10,7 @@
 #include <system_error>
 
 #include "cli/setting_values.h"
+#include "platform/system_services.h"
 
 namespace tarnby::cli {
 
@@ -106,8 +107,7 @@ std::string escape_of(char32_t point, std::string_view character) {
 std::unique_ptr<Platform> platform_for(const Invocation& asked, MainQueue& main_queue) {
   Session session = current_session();
   if (asked.languages) session.preferred_languages = languages_from_list(*asked.languages, ',');
-  auto settings =
-      std::make_unique<RunSettings>(open_settings_file(session.settings_folder.appending("settings.plist")));
+  auto settings = std::make_unique<RunSettings>(open_standard_settings(session));
   if (asked.dry_run) settings->keep_in_memory();
   set_folders(asked, *settings);
   set_settings(asked, *settings);

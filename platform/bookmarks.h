@@ -37,4 +37,8 @@ Url real_folder(const Url& folder);
 /// The data that stands for a grant of this folder in the settings.
 PropertyList bookmark_data(const Url& folder);
 
+/// The folder that such data stands for; nowhere when nobody knows it any more. Where the system confines programs, the
+/// folder is open to this one from then on.
+Url bookmarked_folder(const PropertyList::Data& data);
+
 }  // namespace tarnby

@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 #include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -85,6 +86,9 @@ Status status_at(int parent, const char* name);
 
 /// What an open handle stands for.
 Status status_of(int handle);
+
+/// Renames an entry and never replaces another; false with EEXIST when there is something under the new name.
+bool rename_to_free_name(const std::string& from, const std::string& to);
 
 /// How many removals at once serve the file system best that holds this folder.
 unsigned removal_threads_for(int folder);

@@ -111,12 +111,15 @@ bool GrantedFolders::add(Grant kind, const Url& folder) {
   // By its name and not from the handle of an earlier grant, since another folder may stand there by now.
   const Descriptor above = open_parent(folder);
   const std::string name(folder.path() == "/" ? "." : folder.last_path_component());
-  Descriptor handle = above ? open_place_at(above.get(), name.c_str()) : Descriptor();
+  // A program that is confined to the folder may not open those above it, but knows the way through them.
+  Descriptor handle = above ? open_place_at(above.get(), name.c_str()) : open_place_at(AT_FDCWD, folder.path().c_str());
   if (!handle) return false;
   std::vector<Identity> line = {status_of(handle.get()).identity};
   for (Url url = folder; url.path() != "/";) {
     url = url.parent();
-    if (const Descriptor place = open_place(url)) line.push_back(status_of(place.get()).identity);
+    const Descriptor place = open_place(url);
+    const Status above_it = place ? status_of(place.get()) : status_at(AT_FDCWD, url.path().c_str());
+    if (above_it.kind == EntryKind::folder) line.push_back(above_it.identity);
   }
   const std::unique_lock lock(mutex_);
   const bool known = std::any_of(given_.begin(), given_.end(), [&](const Given& given) {

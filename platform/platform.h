@@ -9,6 +9,7 @@
 #include "platform/file_manager.h"
 #include "platform/file_metadata.h"
 #include "platform/localization.h"
+#include "platform/login_items.h"
 #include "platform/measurer.h"
 #include "platform/notification_center.h"
 #include "platform/queues.h"
@@ -30,7 +31,7 @@ class ApplicationDelegate {
 class Platform {
  public:
   /// @param session who the user is and where the settings are.
-  /// @param settings the standard store; none opens the settings file of the session.
+  /// @param settings the standard store; none opens that of the session.
   /// @param main_queue the queue of the main thread.
   Platform(Session session, std::unique_ptr<SettingsStore> settings, MainQueue& main_queue);
   Platform(const Platform&) = delete;
@@ -46,6 +47,7 @@ class Platform {
   std::unique_ptr<SettingsStore> settings_;
   std::unique_ptr<SettingsStore> group_;
   std::unique_ptr<FileMetadata> metadata_;
+  std::unique_ptr<LoginItems> login_items_;
 
  public:
   const Session session;
@@ -58,6 +60,7 @@ class Platform {
   Measurer measurer;
   Bookmarks bookmarks;
   const FileMetadata& metadata;
+  LoginItems& login_items;
   NotificationCenter notifications;
   MainQueue& main_queue;
   /// Null in the terminal.

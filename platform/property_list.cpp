@@ -1,11 +1,8 @@
 #include "platform/property_list.h"
 
-#include <unicode/ucnv.h>
-#include <unicode/unistr.h>
-
 #include <algorithm>
-#include <memory>
 
+#include "platform/encodings.h"
 #include "platform/property_list_readers.h"
 
 namespace tarnby {
@@ -61,22 +58,8 @@ std::string declared_encoding(std::string_view text) {
   if (!skip(text, "encoding") || !skip(text, "=") || text.empty()) return none;
   const char quote = text.front();
   const std::string_view name = text.substr(1, text.find(quote, 1) - 1);
-  // ICU takes options after a comma, which are no part of a name.
+  // Converters take options after a comma, which are no part of a name.
   return name.find(',') == std::string_view::npos ? std::string(name) : std::string();
-}
-
-/// None when the encoding is unknown or some bytes mean nothing in it.
-std::optional<std::string> to_utf8(std::string_view bytes, const std::string& encoding) {
-  if (encoding.empty()) return std::nullopt;  // ICU would take its default encoding
-  UErrorCode error = U_ZERO_ERROR;
-  const std::unique_ptr<UConverter, decltype(&ucnv_close)> converter(ucnv_open(encoding.c_str(), &error), &ucnv_close);
-  if (U_FAILURE(error)) return std::nullopt;
-  ucnv_setToUCallBack(converter.get(), UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr, &error);
-  const icu::UnicodeString text(bytes.data(), static_cast<std::int32_t>(bytes.size()), converter.get(), error);
-  if (U_FAILURE(error)) return std::nullopt;
-  std::string utf8;
-  text.toUTF8String(utf8);
-  return utf8;
 }
 
 /// The bytes decide before the declaration does: a list saved as UTF-16 from a UTF-8 template still says UTF-8.
@@ -89,12 +72,17 @@ std::string encoding_of(std::string_view bytes) {
   }
   // "<?xm" in EBCDIC, whose variants agree on the letters of the declaration.
   if (bytes.starts_with("\x4C\x6F\xA7\x94"))
-    return declared_encoding(to_utf8(bytes.substr(0, 256), "ibm-37").value_or(""));
+    return declared_encoding(to_utf8(bytes.substr(0, 256), "IBM037").value_or(""));
   return declared_encoding(bytes);
 }
 
-bool is_utf8(const std::string& encoding) {
-  return ucnv_compareNames(encoding.c_str(), "UTF-8") == 0;
+/// However it is written: "utf8", "UTF_8".
+bool is_utf8(std::string_view encoding) {
+  std::string letters;
+  for (const char c : encoding) {
+    if (c != '-' && c != '_' && c != ' ') letters += c >= 'A' && c <= 'Z' ? static_cast<char>(c | 0x20) : c;
+  }
+  return letters == "utf8";
 }
 
 std::optional<PropertyList> read_document(std::string_view utf8) {

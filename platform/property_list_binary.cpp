@@ -6,8 +6,6 @@
 // may be referred to many times, also by itself: it is read anew each time, and the limits on nesting, nodes and copied
 // bytes end what would not end.
 
-#include <unicode/ustring.h>
-
 #include <algorithm>
 #include <bit>
 #include <cmath>
@@ -55,18 +53,31 @@ std::optional<double> real_number(std::string_view digits) {
   return std::nullopt;
 }
 
+void append_utf8(std::string& text, std::uint32_t point) {
+  const int more = point < 0x80 ? 0 : point < 0x800 ? 1 : point < 0x10000 ? 2 : 3;
+  constexpr std::uint32_t leads[] = {0x00, 0xC0, 0xE0, 0xF0};
+  text += static_cast<char>(leads[more] | point >> (6 * more));
+  for (int left = more - 1; left >= 0; --left) text += static_cast<char>(0x80 | (point >> (6 * left) & 0x3F));
+}
+
 /// None when a half of a surrogate pair stands alone.
 std::optional<std::string> utf8_from_utf16(std::string_view bytes) {
-  std::u16string units;
-  units.reserve(bytes.size() / 2);
-  for (; !bytes.empty(); bytes.remove_prefix(2)) units += static_cast<char16_t>(big_endian(bytes.substr(0, 2)));
-  std::string text(units.size() * 3, '\0');  // no unit takes more
-  std::int32_t length = 0;
-  UErrorCode error = U_ZERO_ERROR;
-  u_strToUTF8(text.data(), static_cast<std::int32_t>(text.size()), &length, units.data(),
-              static_cast<std::int32_t>(units.size()), &error);
-  if (U_FAILURE(error)) return std::nullopt;
-  text.resize(static_cast<std::size_t>(length));
+  const auto next_unit = [&bytes] {
+    const auto unit = static_cast<std::uint32_t>(big_endian(bytes.substr(0, 2)));
+    bytes.remove_prefix(2);
+    return unit;
+  };
+  std::string text;
+  text.reserve(bytes.size());
+  while (!bytes.empty()) {
+    std::uint32_t point = next_unit();
+    if ((point & 0xF800U) == 0xD800) {
+      const std::uint32_t low = point < 0xDC00 && !bytes.empty() ? next_unit() : 0;
+      if ((low & 0xFC00U) != 0xDC00) return std::nullopt;
+      point = 0x10000 + ((point & 0x3FFU) << 10U | (low & 0x3FFU));
+    }
+    append_utf8(text, point);
+  }
   return text;
 }
 

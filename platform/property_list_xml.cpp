@@ -1,7 +1,6 @@
 // The XML form, read with a small stack of open containers and written back.
 
 #include <expat.h>
-#include <unicode/unistr.h>
 
 #include <algorithm>
 #include <array>
@@ -11,6 +10,7 @@
 #include <memory>
 
 #include "platform/property_list_readers.h"
+#include "platform/text.h"
 
 namespace tarnby {
 
@@ -357,13 +357,6 @@ Replacement written_form(std::string_view rest) {
   return {first, is_forbidden(first.front()) ? replacement_character : first};
 }
 
-std::string valid_utf8(std::string_view text) {
-  std::string valid;
-  // ICU puts U+FFFD in the place of what is ill-formed.
-  icu::UnicodeString::fromUTF8({text.data(), static_cast<std::int32_t>(text.size())}).toUTF8String(valid);
-  return valid;
-}
-
 class Writer {
  public:
   std::string write(const PropertyList& list) {
@@ -426,7 +419,7 @@ class Writer {
   }
 
   void escaped(std::string_view text) {
-    const std::string valid = valid_utf8(text);
+    const std::string valid = to_valid_utf8(text);
     for (std::string_view rest = valid; !rest.empty();) {
       const auto [of, with] = written_form(rest);
       out_ += with;

@@ -128,10 +128,12 @@ class RemovalJob final : public TraversalJob {
         continue;
       }
       if (unlinkat(handle, entry.name.data(), 0) == 0) continue;
-      if (errno == EISDIR) {
+      const int error = errno;
+      // Some systems say EPERM of a folder.
+      if (error == EISDIR || (error == EPERM && status_at(handle, entry.name.data()).kind == EntryKind::folder)) {
         enter.add(entry.name, folder.account());  // it became a folder since it was read
       } else {
-        note(folder.account(), errno);
+        note(folder.account(), error);
       }
     }
   }

@@ -1,11 +1,21 @@
 #pragma once
 
+#include <compare>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/url.h"
 
 namespace tarnby {
+
+/// 10.15 is {10, 15}.
+struct SystemVersion {
+  int major_number = 0;
+  int minor_number = 0;
+  friend auto operator<=>(const SystemVersion&, const SystemVersion&) = default;
+};
 
 /// What is known of the logged-in user. Values are taken once, from the environment and the account database
 /// (getpwuid_r(3), locale(7)); nothing changes afterwards.
@@ -14,7 +24,8 @@ struct Session {
   std::string user_name;
   /// The home folder the platform reports for the user. Never the grant: that one is only ever given, not guessed.
   Url home_folder;
-  /// Where the settings live; nowhere when neither XDG_CONFIG_HOME nor a home folder is known.
+  /// Where settings files live; nowhere when neither XDG_CONFIG_HOME nor a home folder is known, and on systems that
+  /// keep settings otherwise.
   Url settings_folder;
   /// Preferred languages, most wanted first, written as "en-US", without repetition: those of LANGUAGE, LC_ALL,
   /// LC_MESSAGES and LANG. C and POSIX name none, and where they decide the locale LANGUAGE does not count.
@@ -22,6 +33,12 @@ struct Session {
   /// Locale names as the environment has them ("de_DE.UTF-8"), empty when unset.
   std::string collation_locale;
   std::string number_locale;
+  /// Where the entries are that make the desktop start programs at login: the user's own, made when missing, and those
+  /// for all users. Nowhere and none on systems that keep login items elsewhere.
+  Url autostart_folder = {};
+  std::vector<Url> system_autostart_folders = {};
+  /// The version of a system whose privacy switches guard folders from programs; none on one without such switches.
+  std::optional<SystemVersion> system_version = {};
 };
 
 /// The session of this process.

@@ -65,8 +65,8 @@ class Text {
   /// not UTF-8 compare as U+FFFD.
   int compare(std::string_view a, std::string_view b) const;
 
-  /// Bytes whose order is the order of `compare`.
-  std::string sort_key(std::string_view text) const;
+  /// The places of the texts in the order of `compare`; equal ones keep the order they had.
+  std::vector<std::size_t> order_of(const std::vector<std::string>& texts) const;
 
   /// A byte count for people, decimal units: "Zero KB", "1 byte", "999 bytes", "12 KB", "1.5 MB", "2.25 GB". Halves
   /// round up, and what would round to 1000 of a unit is 1 of the next. The number is the locale's, the units English.
@@ -75,13 +75,12 @@ class Text {
   /// Sorts by the text that `label(item)` gives, ascending; equal ones keep the order they had.
   template <typename Item, typename Label>
   void sort_by_label(std::vector<Item>& items, Label label) const {
-    std::vector<std::pair<std::string, std::size_t>> keys;
-    keys.reserve(items.size());
-    for (const Item& item : items) keys.emplace_back(sort_key(label(item)), keys.size());
-    std::sort(keys.begin(), keys.end());
+    std::vector<std::string> labels;
+    labels.reserve(items.size());
+    for (const Item& item : items) labels.emplace_back(label(item));
     std::vector<Item> sorted;
     sorted.reserve(items.size());
-    for (const auto& [key, index] : keys) sorted.push_back(std::move(items[index]));
+    for (const std::size_t place : order_of(labels)) sorted.push_back(std::move(items[place]));
     items = std::move(sorted);
   }
 

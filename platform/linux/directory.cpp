@@ -4,14 +4,13 @@
 #include <fcntl.h>
 #include <linux/magic.h>
 #include <linux/openat2.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/statfs.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstring>
+#include <cstdio>
 
 namespace tarnby {
 
@@ -42,21 +41,6 @@ EntryKind kind_of_type(unsigned char type) {
     default:
       return EntryKind::other;
   }
-}
-
-EntryKind kind_of_mode(mode_t mode) {
-  if (S_ISREG(mode)) return EntryKind::file;
-  if (S_ISDIR(mode)) return EntryKind::folder;
-  return S_ISLNK(mode) ? EntryKind::link : EntryKind::other;
-}
-
-Status status_from(const struct stat& info) {
-  Status status;
-  status.kind = kind_of_mode(info.st_mode);
-  const bool counts = status.kind == EntryKind::file || status.kind == EntryKind::link;
-  status.size = counts ? std::int64_t{info.st_size} : 0;
-  status.identity = {info.st_dev, info.st_ino};
-  return status;
 }
 
 bool is_dot_or_dot_dot(const char* name) {
@@ -97,10 +81,6 @@ Descriptor open_place_following(int parent, const char* name) {
   return Descriptor(openat(parent, name, O_PATH | O_DIRECTORY | O_CLOEXEC));
 }
 
-Descriptor open_folder_at(int parent, const char* name) {
-  return Descriptor(openat(parent, name, folder_flags));
-}
-
 Descriptor open_folder_on_same_mount(int parent, const char* name) {
   struct open_how how = {};
   how.flags = folder_flags;
@@ -117,30 +97,6 @@ Descriptor open_folder_on_same_mount(int parent, const char* name) {
   return folder;
 }
 
-Descriptor open_file_at(int parent, const char* name) {
-  return Descriptor(openat(parent, name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
-}
-
-Descriptor open_file_for_writing_at(int parent, const char* name) {
-  return Descriptor(openat(parent, name, O_WRONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, 0600));
-}
-
-bool make_folder_at(int parent, const char* name) {
-  return mkdirat(parent, name, 0700) == 0 || (errno == EEXIST && status_at(parent, name).kind == EntryKind::folder);
-}
-
-Status status_at(int parent, const char* name) {
-  struct stat info = {};
-  if (fstatat(parent, name, &info, AT_SYMLINK_NOFOLLOW) != 0) return {};
-  return status_from(info);
-}
-
-Status status_of(int handle) {
-  struct stat info = {};
-  if (fstat(handle, &info) != 0) return {};
-  return status_from(info);
-}
-
 unsigned removal_threads_for(int folder) {
   struct statfs info = {};
   if (fstatfs(folder, &info) != 0) return 1;
@@ -154,17 +110,16 @@ unsigned removal_threads_for(int folder) {
   }
 }
 
-void raise_handle_limit() {
-  rlimit limit = {};
-  if (getrlimit(RLIMIT_NOFILE, &limit) != 0) return;
-  limit.rlim_cur = limit.rlim_max;
-  (void)setrlimit(RLIMIT_NOFILE, &limit);  // the old limit serves too, only slower in very deep trees
-}
-
-std::size_t handle_limit() {
-  rlimit limit = {};
-  if (getrlimit(RLIMIT_NOFILE, &limit) != 0 || limit.rlim_cur == RLIM_INFINITY) return 1024;
-  return limit.rlim_cur;
+bool rename_to_free_name(const std::string& from, const std::string& to) {
+  if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) return true;
+  if (errno != EINVAL && errno != ENOSYS) return false;
+  // A file system without that operation. Others of this program who would take the name wait for a lock.
+  struct stat ignored = {};
+  if (::lstat(to.c_str(), &ignored) == 0) {
+    errno = EEXIST;
+    return false;
+  }
+  return errno == ENOENT && ::rename(from.c_str(), to.c_str()) == 0;
 }
 
 }  // namespace tarnby

@@ -67,6 +67,23 @@ std::unique_ptr<icu::Collator> open_collator(std::string_view locale_name) {
   return collator;
 }
 
+/// Bytes whose order is the collator's.
+std::string sort_key(const icu::Collator& collator, std::string_view text) {
+  const icu::UnicodeString utf16 = icu::UnicodeString::fromUTF8(piece(text));
+  std::string key(text.size() * 2 + 16, '\0');
+  const auto fill = [&] {
+    return collator.getSortKey(utf16, reinterpret_cast<std::uint8_t*>(key.data()),
+                               static_cast<std::int32_t>(key.size()));
+  };
+  const auto needed = static_cast<std::size_t>(fill());
+  if (needed > key.size()) {
+    key.resize(needed);
+    (void)fill();  // the length is the same again
+  }
+  key.resize(needed - 1);  // ICU counts the NUL at the end
+  return key;
+}
+
 NumberSymbols number_symbols(std::string_view locale_name) {
   using icu::DecimalFormatSymbols;
   constexpr DecimalFormatSymbols::ENumberFormatSymbol digits[] = {
@@ -180,21 +197,16 @@ int Text::compare(std::string_view a, std::string_view b) const {
   return order;
 }
 
-std::string Text::sort_key(std::string_view text) const {
-  const icu::UnicodeString utf16 = icu::UnicodeString::fromUTF8(piece(text));
-  const icu::Collator& collator = locale_->collator();
-  std::string key(text.size() * 2 + 16, '\0');
-  const auto fill = [&] {
-    return collator.getSortKey(utf16, reinterpret_cast<std::uint8_t*>(key.data()),
-                               static_cast<std::int32_t>(key.size()));
-  };
-  const auto needed = static_cast<std::size_t>(fill());
-  if (needed > key.size()) {
-    key.resize(needed);
-    (void)fill();  // the length is the same again
-  }
-  key.resize(needed - 1);  // ICU counts the NUL at the end
-  return key;
+std::vector<std::size_t> Text::order_of(const std::vector<std::string>& texts) const {
+  // Each text is prepared once, and not for every comparison.
+  std::vector<std::pair<std::string, std::size_t>> keys;
+  keys.reserve(texts.size());
+  for (const std::string& text : texts) keys.emplace_back(sort_key(locale_->collator(), text), keys.size());
+  std::sort(keys.begin(), keys.end());
+  std::vector<std::size_t> order;
+  order.reserve(texts.size());
+  for (const auto& [key, place] : keys) order.push_back(place);
+  return order;
 }
 
 std::string Text::byte_count(std::int64_t bytes) const {

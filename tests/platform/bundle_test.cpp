@@ -8,7 +8,7 @@
 #include <string>
 
 #include "platform/file_metadata.h"
-#include "platform/linux/file_times.h"
+#include "platform/file_times.h"
 #include "tests/support/temp_tree.h"
 #include "tools/bundle_files.h"
 

@@ -1,4 +1,4 @@
-#include "platform/linux/file_times.h"
+#include "platform/file_times.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -9,6 +9,14 @@ namespace tarnby {
 
 namespace {
 
+#ifdef __APPLE__
+constexpr auto accessed = &stat::st_atimespec;
+constexpr auto modified = &stat::st_mtimespec;
+#else
+constexpr auto accessed = &stat::st_atim;
+constexpr auto modified = &stat::st_mtim;
+#endif
+
 class FileTimes final : public FileMetadata {
  public:
   explicit FileTimes(const FileManager& files) : files_(files) {}
@@ -18,8 +26,8 @@ class FileTimes final : public FileMetadata {
     if (!executable || executable->empty()) return {};
     struct stat info = {};
     if (!look(application.appending("Contents/MacOS").appending(*executable), info) || S_ISDIR(info.st_mode)) return {};
-    const timespec& used = info.st_atim;
-    const timespec& changed = info.st_mtim;
+    const timespec& used = info.*accessed;
+    const timespec& changed = info.*modified;
     const bool later =
         used.tv_sec > changed.tv_sec || (used.tv_sec == changed.tv_sec && used.tv_nsec > changed.tv_nsec);
     return later ? std::optional(Moment(std::chrono::seconds(used.tv_sec))) : std::nullopt;
@@ -28,13 +36,13 @@ class FileTimes final : public FileMetadata {
   std::optional<Moment> content_change_date(const Url& application) const override {
     struct stat info = {};
     if (!look(application, info) || !S_ISDIR(info.st_mode)) return {};
-    return Moment(std::chrono::seconds(info.st_mtim.tv_sec));
+    return Moment(std::chrono::seconds((info.*modified).tv_sec));
   }
 
   std::optional<Moment> modification_date(const Url& entry) const override {
     struct stat info = {};
     if (!look(entry, info)) return {};
-    return Moment(std::chrono::seconds(info.st_mtim.tv_sec));
+    return Moment(std::chrono::seconds((info.*modified).tv_sec));
   }
 
  private:

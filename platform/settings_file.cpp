@@ -13,14 +13,14 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdio>
-#include <cstdlib>
 #include <string>
 #include <utility>
 #include <variant>
 
 #include "platform/descriptor.h"
+#include "platform/directory.h"
 #include "platform/settings_store.h"
+#include "platform/temporary_file.h"
 
 namespace tarnby {
 
@@ -31,16 +31,7 @@ using Values = SettingsStore::Values;
 /// More than any settings; a larger file is something else that stands in their place.
 constexpr std::size_t max_settings_bytes = std::size_t{64} << 20U;
 
-constexpr mode_t private_folder = 0700;
 constexpr mode_t private_file = 0600;
-
-/// Repeats a system call that a signal interrupted.
-template <typename Call>
-auto uninterrupted(Call call) {
-  auto result = call();
-  while (result < 0 && errno == EINTR) result = call();
-  return result;
-}
 
 // ---- What happened to a key
 
@@ -151,14 +142,6 @@ std::optional<std::string> without_links(std::string path) {
   return std::nullopt;
 }
 
-void make_folders(const Url& folder) {
-  // Whether they are there in the end shows when something is put into them.
-  if (::mkdir(folder.path().c_str(), private_folder) == 0 || errno != ENOENT) return;
-  if (folder.parent() == folder) return;
-  make_folders(folder.parent());
-  (void)::mkdir(folder.path().c_str(), private_folder);
-}
-
 /// Waits for its turn; lets the next one have it when closed. Holds nothing when there is no lock to be had.
 Descriptor take_lock(const std::string& path) {
   const std::string name = path + ".lock";
@@ -166,59 +149,6 @@ Descriptor take_lock(const std::string& path) {
       [&] { return ::open(name.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NOCTTY, private_file); }));
   if (lock && uninterrupted([&] { return ::flock(lock.get(), LOCK_EX); }) != 0) lock.reset();
   return lock;
-}
-
-/// A file that is removed at the end unless it was put in the place of another.
-class TemporaryFile {
- public:
-  explicit TemporaryFile(const std::string& beside)
-      : name_(beside + ".XXXXXX"), file_(::mkostemp(name_.data(), O_CLOEXEC)) {}
-  ~TemporaryFile() {
-    if (file_) (void)::unlink(name_.c_str());
-  }
-  TemporaryFile(const TemporaryFile&) = delete;
-  TemporaryFile& operator=(const TemporaryFile&) = delete;
-
-  /// True when all of it has reached the disk.
-  bool write(std::string_view bytes, mode_t mode) {
-    if (!file_) return false;
-    while (!bytes.empty()) {
-      const ssize_t count = uninterrupted([&] { return ::write(file_.get(), bytes.data(), bytes.size()); });
-      if (count <= 0) return false;
-      bytes.remove_prefix(static_cast<std::size_t>(count));
-    }
-    return ::fchmod(file_.get(), mode) == 0 && uninterrupted([&] { return ::fsync(file_.get()); }) == 0;
-  }
-
-  bool replace(const std::string& path) {
-    if (::rename(name_.c_str(), path.c_str()) != 0) return false;
-    file_.reset();
-    return true;
-  }
-
- private:
-  std::string name_;
-  Descriptor file_;
-};
-
-/// Until this is done a power failure may still bring back what was there before, which is no damage: the result does
-/// not count, for some file systems cannot do it.
-void flush_folder(const std::string& folder) {
-  const Descriptor opened(uninterrupted([&] { return ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
-  if (opened) (void)uninterrupted([&] { return ::fsync(opened.get()); });
-}
-
-/// Renames and never replaces; false with EEXIST when there is something under the new name.
-bool rename_to_free_name(const std::string& from, const std::string& to) {
-  if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) return true;
-  if (errno != EINVAL && errno != ENOSYS) return false;
-  // A file system without that operation. Others who would take the name wait for the lock.
-  struct stat ignored = {};
-  if (::lstat(to.c_str(), &ignored) == 0) {
-    errno = EEXIST;
-    return false;
-  }
-  return errno == ENOENT && ::rename(from.c_str(), to.c_str()) == 0;
 }
 
 bool set_aside(const std::string& path) {
@@ -240,9 +170,7 @@ bool replace_settings(const std::string& path, const FileContent& old, const Val
   TemporaryFile successor(path);
   if (!successor.write(bytes, old.mode)) return false;
   if (old.state == FileState::damaged && !set_aside(path)) return false;
-  if (!successor.replace(path)) return false;
-  flush_folder(folder_of(path));
-  return true;
+  return successor.replace(path);
 }
 
 /// Applies the changes to what the file holds now. Gives what it holds then; none when that failed.

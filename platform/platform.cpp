@@ -2,7 +2,7 @@
 
 #include <syslog.h>
 
-#include "platform/linux/file_times.h"
+#include "platform/system_services.h"
 
 namespace tarnby {
 
@@ -13,20 +13,13 @@ std::unique_ptr<Platform>& shared_place() {
   return platform;
 }
 
-std::unique_ptr<SettingsStore> standard_settings(const Session& session) {
-  return open_settings_file(session.settings_folder.appending("settings.plist"));
-}
-
-std::unique_ptr<SettingsStore> shared_settings(const Session& session) {
-  return open_settings_file(session.settings_folder.appending("QJ4RW7NX2P.com.corvash.tarnby-cleaner.plist"));
-}
-
 }  // namespace
 
 Platform::Platform(Session user, std::unique_ptr<SettingsStore> settings, MainQueue& queue)
-    : settings_(settings ? std::move(settings) : standard_settings(user)),
-      group_(shared_settings(user)),
-      metadata_(file_times(files)),
+    : settings_(settings ? std::move(settings) : open_standard_settings(user)),
+      group_(open_group_settings(user)),
+      metadata_(open_file_metadata(files)),
+      login_items_(open_login_items(user)),
       session(std::move(user)),
       text(session.collation_locale, session.number_locale),
       app_settings(*settings_),
@@ -34,6 +27,7 @@ Platform::Platform(Session user, std::unique_ptr<SettingsStore> settings, MainQu
       measurer(files),
       bookmarks(*settings_, files.granted()),
       metadata(*metadata_),
+      login_items(*login_items_),
       main_queue(queue),
       now([] { return std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now()); }),
       system_log([](std::string_view line) { syslog(LOG_INFO, "%.*s", static_cast<int>(line.size()), line.data()); }) {}

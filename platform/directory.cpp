@@ -1,0 +1,80 @@
+#include "platform/directory.h"
+
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+
+// What POSIX gives alike on every system; the rest is beside, in the folder of each.
+
+namespace tarnby {
+
+namespace {
+
+EntryKind kind_of_mode(mode_t mode) {
+  if (S_ISREG(mode)) return EntryKind::file;
+  if (S_ISDIR(mode)) return EntryKind::folder;
+  return S_ISLNK(mode) ? EntryKind::link : EntryKind::other;
+}
+
+Status status_from(const struct stat& info) {
+  Status status;
+  status.kind = kind_of_mode(info.st_mode);
+  const bool counts = status.kind == EntryKind::file || status.kind == EntryKind::link;
+  status.size = counts ? std::int64_t{info.st_size} : 0;
+  status.identity = {info.st_dev, info.st_ino};
+  return status;
+}
+
+}  // namespace
+
+Descriptor open_folder_at(int parent, const char* name) {
+  return Descriptor(openat(parent, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+}
+
+Descriptor open_file_at(int parent, const char* name) {
+  return Descriptor(openat(parent, name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+}
+
+Descriptor open_file_for_writing_at(int parent, const char* name) {
+  return Descriptor(openat(parent, name, O_WRONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, 0600));
+}
+
+bool make_folder_at(int parent, const char* name) {
+  return mkdirat(parent, name, 0700) == 0 || (errno == EEXIST && status_at(parent, name).kind == EntryKind::folder);
+}
+
+Status status_at(int parent, const char* name) {
+  struct stat info = {};
+  if (fstatat(parent, name, &info, AT_SYMLINK_NOFOLLOW) != 0) return {};
+  return status_from(info);
+}
+
+Status status_of(int handle) {
+  struct stat info = {};
+  if (fstat(handle, &info) != 0) return {};
+  return status_from(info);
+}
+
+void raise_handle_limit() {
+  rlimit limit = {};
+  if (getrlimit(RLIMIT_NOFILE, &limit) != 0) return;
+#ifdef OPEN_MAX
+  limit.rlim_cur = std::min(limit.rlim_max, rlim_t{OPEN_MAX});  // more is refused, even where no limit is told
+#else
+  limit.rlim_cur = limit.rlim_max;
+#endif
+  (void)setrlimit(RLIMIT_NOFILE, &limit);  // the old limit serves too, only slower in very deep trees
+}
+
+std::size_t handle_limit() {
+  rlimit limit = {};
+  if (getrlimit(RLIMIT_NOFILE, &limit) != 0 || limit.rlim_cur == RLIM_INFINITY) return 1024;
+  return limit.rlim_cur;
+}
+
+}  // namespace tarnby

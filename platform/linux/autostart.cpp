@@ -1,0 +1,71 @@
+#include "platform/linux/autostart.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <string>
+
+#include "platform/temporary_file.h"
+
+namespace tarnby {
+
+namespace {
+
+constexpr mode_t entry_mode = 0644;
+
+/// With "-" at its beginning a part would be read as an option where it stands as a command.
+bool is_identifier(std::string_view text) {
+  const auto may_stand = [](char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '-' || c == '_' ||
+           c == '.';
+  };
+  const std::string bounded = "." + std::string(text) + ".";
+  return bounded.find("..") == std::string::npos && bounded.find(".-") == std::string::npos &&
+         std::all_of(text.begin(), text.end(), may_stand);
+}
+
+std::string entry_text(std::string_view identifier, bool enabled) {
+  const std::string program(identifier.substr(identifier.rfind('.') + 1));
+  std::string text = "[Desktop Entry]\nType=Application\nName=" + program;
+  text += "\nTryExec=" + program;
+  text += "\nExec=" + program;
+  text += "\nNoDisplay=true\n";
+  return enabled ? text : text + "Hidden=true\n";
+}
+
+class Autostart final : public LoginItems {
+ public:
+  Autostart(Url own, std::vector<Url> system) : own_(std::move(own)), system_(std::move(system)) {}
+
+  bool set_enabled(std::string_view identifier, bool enabled) override {
+    if (!own_.is_file_url() || !is_identifier(identifier)) return false;
+    const std::string name = std::string(identifier) + ".desktop";
+    const std::string path = own_.appending(name).path();
+    if (!enabled && !system_has(name)) return ::unlink(path.c_str()) == 0 || errno == ENOENT || errno == ENOTDIR;
+    make_folders(own_);
+    // What a crash leaves of it does not end in ".desktop" and is never started.
+    TemporaryFile entry(path);
+    return entry.write(entry_text(identifier, enabled), entry_mode) && entry.replace(path);
+  }
+
+ private:
+  bool system_has(const std::string& name) const {
+    return std::any_of(system_.begin(), system_.end(), [&](const Url& folder) {
+      struct stat ignored = {};
+      return folder.is_file_url() && ::stat(folder.appending(name).path().c_str(), &ignored) == 0;
+    });
+  }
+
+  const Url own_;
+  const std::vector<Url> system_;
+};
+
+}  // namespace
+
+std::unique_ptr<LoginItems> autostart_entries(Url own, std::vector<Url> system) {
+  return std::make_unique<Autostart>(std::move(own), std::move(system));
+}
+
+}  // namespace tarnby

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+
+#include "platform/url.h"
+
+// What the sessions of every system share. Nobody outside platform/ needs it.
+
+namespace tarnby {
+
+/// What the account database tells of this user (getpwuid_r(3)); empty when it has no account.
+struct Account {
+  std::string name;
+  std::string home;
+};
+
+Account account_of_this_user();
+
+}  // namespace tarnby
