@@ -1,5 +1,6 @@
 #include "platform/file_manager.h"
 
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -215,6 +216,22 @@ bool FileManager::make_folder(const Url& folder) const {
   const int parent = cursor.parent_of(folder);
   const std::string name(folder.last_path_component());
   return parent >= 0 && name != ".." && make_folder_at(parent, name.c_str());
+}
+
+Readability FileManager::readability(const Url& file) const {
+  const std::string name(file.last_path_component());
+  if (!file.is_file_url() || name == "..") return Readability::absent;
+  const Descriptor folder = granted_.open_parent(file);
+  if (!folder) {
+    // Where the folder is guarded as well, the system may tell by the path what is in it; nothing is opened for that.
+    const bool guarded = errno == EPERM || errno == EACCES;
+    const bool is_there = guarded && status_at(AT_FDCWD, file.path().c_str()).kind == EntryKind::file;
+    return is_there ? Readability::unreadable : Readability::absent;
+  }
+  if (status_at(folder.get(), name.c_str()).kind != EntryKind::file) return Readability::absent;
+  const Descriptor handle = open_file_at(folder.get(), name.c_str());
+  char first = 0;
+  return handle && ::read(handle.get(), &first, 1) >= 0 ? Readability::readable : Readability::unreadable;
 }
 
 std::optional<std::string> FileManager::read(const Url& file, std::size_t most) const {

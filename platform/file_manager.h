@@ -38,6 +38,9 @@ bool is_application_name(std::string_view name);
 /// True when a folder of this name is a package, by its extension, whatever its case.
 bool is_package_name(std::string_view name);
 
+/// Whether the content of a plain file may be read. What is no plain file is absent.
+enum class Readability { absent, unreadable, readable };
+
 /// What became of one entry that was to be removed.
 struct Removal {
   /// False when the pass was stopped before it came to this entry.
@@ -92,6 +95,9 @@ class FileManager {
 
   /// The whole content of a plain file; none when it is anything else, cannot be read, or is larger than `most` bytes.
   std::optional<std::string> read(const Url& file, std::size_t most) const;
+
+  /// Whether a plain file is there and its content may be read; asked without reading more than its first byte.
+  Readability readability(const Url& file) const;
 
   /// Makes these bytes the content of a plain file, which is made when there is none; its folder must be there. It is
   /// written in place, so that others who have it open keep it, and may see a part. False, and nothing written, when
