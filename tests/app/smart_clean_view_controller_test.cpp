@@ -2,6 +2,7 @@
 
 #include <QMenu>
 
+#include "app/cleaned/cleaned_view_controller.h"
 #include "app/smart/about_panel.h"
 #include "app/smart/smart_cleanup_view_controller.h"
 #include "app/smart/warning_cleanup_view_controller.h"
@@ -71,7 +72,6 @@ TEST_F(SmartCleanTest, is_ticked_and_walked_by_keyboard_and_says_how_each_row_st
   EXPECT_EQ(screen->size->text(), "13 KB");
   press(Qt::Key_Space, Qt::ShiftModifier);
   EXPECT_THAT(at.workspace.asked, ElementsAre("preview " + ada.tree.path(library + "Logs/beta.log")));
-  EXPECT_EQ(screen->preview_url, ada.url(library + "Logs/beta.log"));
 
   // The box of the group, which turns on before it turns off.
   const QRect cell = outline->visualRect(group(logs));
@@ -86,8 +86,6 @@ TEST_F(SmartCleanTest, is_ticked_and_walked_by_keyboard_and_says_how_each_row_st
   EXPECT_EQ(screen->size->text(), "8 KB");
   EXPECT_THAT(about, ElementsAre("smart_clean_about_logs", "smart_clean_about_logs"))
       << "of groups only, each time the keyboard comes to one";
-  press(Qt::Key_Return);
-  EXPECT_FALSE(outline->isExpanded(group(logs)));
 }
 
 TEST_F(SmartCleanTest, tells_about_each_category_in_a_popover_that_goes_with_the_next_press) {
@@ -168,11 +166,15 @@ TEST_F(SmartCleanTest, goes_on_without_asking_when_nothing_is_ticked_or_nobody_w
   EXPECT_NE(at.screen<SmartCleanupViewController>(), nullptr);
   EXPECT_EQ(at.engine->cleaner.files.size(), 4U);
   at.settle();
+  at.pass(3500);
+  const auto* cleaned = at.screen<CleanedViewController>();
+  ASSERT_NE(cleaned, nullptr);
+  EXPECT_FALSE(cleaned->left_button->isVisible()) << "nothing was left";
+  EXPECT_EQ(QApplication::focusWidget(), cleaned->done_button);
   at.platform.app_settings.set_boolean("SkipWarning", false);
 
   at.scan();
   screen = at.screen<SmartCleanViewController>();
-  EXPECT_FALSE(screen->app_title->isVisible()) << "the mail program is an entry";
   for (int row = 0; row < 7; ++row) screen->select_smart_outline_item(group(row), false);
   screen->remove_button->click();
   EXPECT_NE(at.screen<SmartCleanupViewController>(), nullptr);

@@ -66,20 +66,5 @@ TEST(SmartCleanupViewController, moves_on_by_the_clock_alone_and_what_is_left_is
   }
 }
 
-TEST(SmartCleanupViewController, hides_what_was_left_when_nothing_was) {
-  TestPlatform ada;
-  ada.tree.file("ada/.Trash/x", 1);
-  TestWindow at(ada);
-  at.open_on_screen();
-  at.context.sharedCleaner().files = {ada.url("ada/.Trash/x")};
-  at.post("smart_cleanup_view_controller");
-  at.settle();
-  at.pass(3500);
-  const auto* cleaned = at.screen<CleanedViewController>();
-  ASSERT_NE(cleaned, nullptr);
-  EXPECT_FALSE(cleaned->left_button->isVisible());
-  EXPECT_EQ(QApplication::focusWidget(), cleaned->done_button);
-}
-
 }  // namespace
 }  // namespace tarnby
