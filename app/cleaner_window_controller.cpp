@@ -1,8 +1,15 @@
 #include "app/cleaner_window_controller.h"
 
+#include <QMenu>
+#include <QMenuBar>
 #include <QMouseEvent>
 #include <QWindow>
 
+#include "app/about_program.h"
+#include "app/home/home_view_controller.h"
+#include "app/links.h"
+#include "app/overlay.h"
+#include "app/screen_catalogue.h"
 #include "ui/theme.h"
 
 namespace tarnby {
@@ -14,7 +21,7 @@ constexpr QSize least_size(820, 560);
 
 }  // namespace
 
-CleanerWindowController::CleanerWindowController(AppContext& context) {
+CleanerWindowController::CleanerWindowController(AppContext& context) : context_(context) {
   setWindowTitle(context.text("Tarnby cleaner"));
   resize(usual_size);
   setMinimumSize(least_size);
@@ -24,6 +31,61 @@ CleanerWindowController::CleanerWindowController(AppContext& context) {
   setPalette(colors);
   content_ = new ViewController(context, this);
   setCentralWidget(content_);
+  make_menus();
+}
+
+void CleanerWindowController::make_menus() {
+  const auto add = [this](QMenu* menu, const char* text, const QKeySequence& keys, QAction::MenuRole role, auto work) {
+    QAction* action = menu->addAction(context_.text(text));
+    action->setShortcut(keys);
+    action->setMenuRole(role);
+    connect(action, &QAction::triggered, this, work);
+    return action;
+  };
+  const auto sheet = [this](const char* identifier) {
+    Sheet::present(ScreenCatalogue::main().make(identifier, context_), this);
+  };
+  QMenu* program = menuBar()->addMenu(context_.text("&Tarnby cleaner"));
+  add(program, "About Tarnby cleaner", {}, QAction::AboutRole, [this] { show_about(); });
+  add(program, "Preferences…", QKeySequence(Qt::CTRL | Qt::Key_Comma), QAction::PreferencesRole,
+      [sheet] { sheet("Preferences"); });
+  program->addSeparator();
+  add(program, "Quit", QKeySequence::Quit, QAction::QuitRole, [this] { close(); });
+  QMenu* actions = menuBar()->addMenu(context_.text("&Scan"));
+  // Only where the person is not in the middle of something: from the home screen.
+  QAction* scan = add(actions, "Smart scan", QKeySequence(Qt::CTRL | Qt::Key_R), QAction::NoRole, [this] {
+    if (auto* home = home_screen()) home->search();
+  });
+  QAction* categories = add(actions, "Categories", QKeySequence(Qt::CTRL | Qt::Key_K), QAction::NoRole, [this] {
+    if (auto* home = home_screen()) home->show_categories();
+  });
+  connect(actions, &QMenu::aboutToShow, this, [this, scan, categories] {
+    for (QAction* action : {scan, categories}) action->setEnabled(home_screen() != nullptr);
+  });
+  connect(actions, &QMenu::aboutToHide, this, [scan, categories] {
+    for (QAction* action : {scan, categories}) action->setEnabled(true);  // or their keys would stay dead
+  });
+  QMenu* help = menuBar()->addMenu(context_.text("&Help"));
+  add(help, "About folder access", {}, QAction::NoRole,
+      [this] { context_.workspace.open_link(links::folder_access_page); });
+  if (!links::feedback.empty()) {
+    add(help, "Send feedback…", {}, QAction::NoRole, [this] { showFeedbackDialog(); });
+  }
+}
+
+/// The home screen when it is what is seen, with nothing over it.
+HomeViewController* CleanerWindowController::home_screen() const {
+  if (content_->viewcontrollerA || !findChildren<Overlay*>(QString(), Qt::FindDirectChildrenOnly).isEmpty())
+    return nullptr;
+  return qobject_cast<HomeViewController*>(content_->viewcontrollerC.get());
+}
+
+void CleanerWindowController::showFeedbackDialog() {
+  context_.workspace.open_link(links::feedback);
+}
+
+void CleanerWindowController::show_about() {
+  Sheet::present(std::make_unique<AboutProgram>(context_), this);
 }
 
 /// Only what no control took arrives here.

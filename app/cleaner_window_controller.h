@@ -6,7 +6,9 @@
 
 namespace tarnby {
 
-/// The one window. It can be moved by its ground.
+class HomeViewController;
+
+/// The one window, with its menus. It can be moved by its ground.
 class CleanerWindowController : public QMainWindow {
   Q_OBJECT
  public:
@@ -18,6 +20,12 @@ class CleanerWindowController : public QMainWindow {
   void mousePressEvent(QMouseEvent* event) override;
 
  private:
+  void make_menus();
+  void show_about();
+  void showFeedbackDialog();
+  HomeViewController* home_screen() const;
+
+  AppContext& context_;
   ViewController* content_;
 };
 

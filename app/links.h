@@ -8,6 +8,10 @@ namespace tarnby::links {
 inline constexpr std::string_view store_page = "appstream://com.corvash.tarnby-cleaner";
 inline constexpr std::string_view companion_page = "appstream://com.corvash.uninstaller-orvane";
 inline constexpr std::string_view helper_page = "appstream://com.corvash.tarnby-cleaner-helper";
+inline constexpr std::string_view privacy_settings =
+    "x-apple.systempreferences:com.apple.preference.security?Privacy_AllFiles";
+/// Where people can tell what they think; empty: nowhere, and then there is no such menu entry.
+inline constexpr std::string_view feedback = "";
 /// Below the folder of the program's resources.
 inline constexpr std::string_view folder_access_page = "help/folder-access.html";
 

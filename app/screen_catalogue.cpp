@@ -16,6 +16,9 @@
 #include "app/junk/page_controllers.h"
 #include "app/junk/scan_view_controller.h"
 #include "app/junk/select_browsers.h"
+#include "app/privacy/guide_pages.h"
+#include "app/scheduler/enable_scheduler_view_controller.h"
+#include "app/scheduler/preferences_view_controller.h"
 #include "app/smart/about_panel.h"
 #include "app/smart/smart_clean_view_controller.h"
 #include "app/smart/smart_cleanup_view_controller.h"
@@ -35,6 +38,11 @@ std::unique_ptr<Screen> make(AppContext& context) {
 template <class Panel, const auto& type>
 std::unique_ptr<Screen> make_about(AppContext& context) {
   return std::make_unique<Panel>(context, type);
+}
+
+template <int number>
+std::unique_ptr<Screen> make_guide_page(AppContext& context) {
+  return std::make_unique<GuidePage>(context, number);
 }
 
 constexpr char caches[] = "caches";
@@ -70,6 +78,11 @@ constexpr ScreenRow main_rows[] = {
     {"LargeFiles", make<LargeFilesViewController>},
     {"SelectBrowsers", make<SelectBrowsers>},
     {"DownloadUninstallerOrvane", make<UninstallerOrvaneViewcontroller>},
+    {"EnableScheduler", make<EnableSchedulerViewController>},
+    {"Preferences", make<PreferencesViewController>},
+    {"PrivacyFullDiskPage1", make_guide_page<1>},
+    {"PrivacyFullDiskPage2", make_guide_page<2>},
+    {"PrivacyFullDiskPage3", make_guide_page<3>},
     {"RateOnAppStore", make<RateOnAppStore>},
 };
 

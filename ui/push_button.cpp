@@ -25,12 +25,14 @@ constexpr auto strong = theme::Weight::strong;
 constexpr auto regular = theme::Weight::regular;
 constexpr QColor nothing = QColor(0, 0, 0, 0);
 constexpr QColor lighter = QColor(255, 255, 255, 31);
+constexpr QColor darker = QColor(0, 0, 0, 20);
 
 constexpr std::array looks = {
     KindLook{ButtonKind::plain, lighter, theme::text, strong, 24},
     KindLook{ButtonKind::accent, theme::accent, theme::on_accent, strong, 24},
     KindLook{ButtonKind::destructive, theme::destructive, theme::on_destructive, strong, 24},
     KindLook{ButtonKind::shaded, theme::panel, theme::text, strong, 24},
+    KindLook{ButtonKind::light, darker, theme::light_text, strong, 24},
     KindLook{ButtonKind::link, nothing, theme::rgb(0x7FE7D8), regular, 8},
 };
 
@@ -79,7 +81,9 @@ void PushButton::draw_text(QPainter& painter) const {
   QFont lettering = font();
   lettering.setUnderline(kind_ == ButtonKind::link && underMouse() && isEnabled());
   painter.setFont(lettering);
-  painter.setPen(isEnabled() ? look_of(kind_).text : theme::disabled_text());
+  painter.setPen(isEnabled()                  ? look_of(kind_).text
+                 : kind_ == ButtonKind::light ? theme::light_secondary
+                                              : theme::disabled_text());
   painter.drawText(rect(), Qt::AlignCenter | Qt::TextShowMnemonic, text());
 }
 

@@ -13,6 +13,7 @@ enum class ButtonKind {
   accent,       // the one thing to do here
   destructive,  // only what removes
   shaded,       // plain, on coloured or bright ground, where a lighter fill would make white text hard to read
+  light,        // plain, on the light ground of a window with dark text
   link,         // a text that leads somewhere
 };
 

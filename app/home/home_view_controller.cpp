@@ -2,10 +2,21 @@
 
 #include <QVBoxLayout>
 
+#include "app/privacy/privacy_disk_access_view_controller.h"
+#include "app/screen_catalogue.h"
+#include "leftovers/full_disk_access.h"
 #include "ui/shadow_label.h"
 #include "ui/text_label.h"
 
 namespace tarnby {
+
+namespace {
+
+constexpr std::chrono::milliseconds until_offer{1500};
+constexpr std::chrono::milliseconds until_guide{4000};
+constexpr std::int64_t first_offer = 5;  // launches
+
+}  // namespace
 
 HomeViewController::HomeViewController(AppContext& context) : Screen(context) {
   auto* layout = new QVBoxLayout(this);
@@ -40,6 +51,49 @@ HomeViewController::HomeViewController(AppContext& context) : Screen(context) {
   entrance_ = std::make_unique<Entrance>(context.clock, this);
   entrance_->open();
   search_button->setFocus();
+}
+
+HomeViewController::~HomeViewController() = default;
+
+void HomeViewController::view_did_appear() {
+  if (FullDiskAccess(context_.platform).is_guarded()) {
+    if (!context_.platform.app_settings.boolean("PrivacyAccess")) privacy_for_directories();
+    privacy_full_disk_access();
+  }
+  if (offers_scheduler()) {
+    after(until_offer, [this] { present_sheet(ScreenCatalogue::main().make("EnableScheduler", context_)); });
+  }
+}
+
+bool HomeViewController::offers_scheduler() const {
+  const AppSettings& settings = context_.platform.app_settings;
+  return settings.integer("appLaunchCount") >= first_offer && !settings.boolean("Scheduler") &&
+         !settings.boolean("EnableScheduler");
+}
+
+void HomeViewController::privacy_for_directories() {
+  context_.errands.async([&platform = context_.platform] { FullDiskAccess(platform).privacy_for_directories(); });
+}
+
+void HomeViewController::privacy_full_disk_access() {
+  // As it is now: the folders may be touched for the first time at this moment, and the system's own questions go
+  // first.
+  const bool touched_before = context_.platform.app_settings.boolean("PrivacyAccess");
+  auto outcome = std::make_shared<DiskAccess>(DiskAccess::unknown);
+  const auto answer = while_here([this, outcome, touched_before] {
+    if (*outcome != DiskAccess::denied) return;
+    after(touched_before ? std::chrono::milliseconds(0) : until_guide, [this] { show_guide(); });
+  });
+  context_.errands.async([&platform = context_.platform, outcome, answer] {
+    *outcome = FullDiskAccess(platform).test();
+    platform.main_queue.async(answer);
+  });
+}
+
+void HomeViewController::show_guide() {
+  privacy_windowcontroller = new GuideWindow(context_, window());
+  privacy_windowcontroller->setAttribute(Qt::WA_DeleteOnClose);
+  privacy_windowcontroller->show();
 }
 
 void HomeViewController::search() {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QPointer>
+
 #include "app/screen.h"
 #include "ui/entrance.h"
 #include "ui/home_view.h"
@@ -9,11 +11,16 @@ class QLabel;
 
 namespace tarnby {
 
+class GuideWindow;
+
 /// The screen that everything begins from: one big button.
 class HomeViewController : public Screen {
   Q_OBJECT
  public:
   explicit HomeViewController(AppContext& context);
+  ~HomeViewController() override;
+
+  void view_did_appear() override;
 
   HomeView* search_button;
   /// What all runs together have removed; not shown before the first.
@@ -21,6 +28,13 @@ class HomeViewController : public Screen {
   /// The quiet way to the category pages.
   PushButton* categories_button;
 
+  /// The guide to full disk access; null while it is not shown.
+  QPointer<GuideWindow> privacy_windowcontroller;
+
+  /// Touches the personal folders once, so that the system asks for its consent now and not in the middle of a scan.
+  void privacy_for_directories();
+  /// Tests whether there is full disk access, and guides to it when there is not.
+  void privacy_full_disk_access();
   /// Looks for what can be removed.
   void search();
   /// Starts the junk scan in the background and shows its progress.
@@ -29,6 +43,9 @@ class HomeViewController : public Screen {
   void home_end_anim();
 
  private:
+  void show_guide();
+  bool offers_scheduler() const;
+
   std::unique_ptr<Entrance> entrance_;
 };
 

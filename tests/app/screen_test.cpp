@@ -17,9 +17,6 @@ using test::TestWindow;
 /// A home with something of several kinds, in front of which a smart scan has begun and stands still.
 struct HeldScan {
   HeldScan() {
-    ada.tree.file("ada/Library/Caches/plain/x", 1000).file("ada/Library/Logs/a.log", 2000);
-    ada.tree.file("ada/Downloads/c.dmg", 4000).file("ada/.Trash/t", 8000);
-    at.open_on_screen();
     at.post("smart_scan_view_controller");
     at.pass(100);
     hold.wait_until_there();
@@ -35,8 +32,18 @@ struct HeldScan {
   }
 
   TestPlatform ada;
-  Hold hold{ada.main_queue};
   TestWindow at{ada};
+  Hold hold{opened()};
+
+ private:
+  /// The main queue, once the home screen's own errands are over.
+  test::HandMainQueue& opened() {
+    ada.tree.file("ada/Library/Caches/plain/x", 1000).file("ada/Library/Logs/a.log", 2000);
+    ada.tree.file("ada/Downloads/c.dmg", 4000).file("ada/.Trash/t", 8000);
+    at.open_on_screen();
+    at.settle();
+    return ada.main_queue;
+  }
 };
 
 TEST(Screen, ends_its_scan_when_it_or_the_whole_window_goes) {

@@ -1,6 +1,7 @@
 #include <QMenu>
 #include <array>
 
+#include "app/about_program.h"
 #include "app/access/sandbox_view_controller.h"
 #include "app/cleaned/cleaned_view_controller.h"
 #include "app/home/home_view_controller.h"
@@ -11,6 +12,7 @@
 #include "app/junk/page_controllers.h"
 #include "app/junk/scan_view_controller.h"
 #include "app/overlay.h"
+#include "app/privacy/privacy_disk_access_view_controller.h"
 #include "app/smart/smart_clean_view_controller.h"
 #include "app/smart/smart_cleanup_view_controller.h"
 #include "app/smart/smart_scan_view_controller.h"
@@ -265,11 +267,54 @@ void delete_left(Stage& stage) {
   Sheet::present(std::make_unique<DownloadHelper>(stage.context(), *hand_off), stage.window());
 }
 
+void home_offer(Stage& stage) {
+  stage.context().platform.app_settings.set_integer("appLaunchCount", 5);
+  home_first(stage);
+  stage.run_delayed();
+}
+
+void preferences(Stage& stage) {
+  home_first(stage);
+  Sheet::present(main_screens().make("Preferences", stage.context()), stage.window());
+}
+
+void about_program(Stage& stage) {
+  home_first(stage);
+  Sheet::present(std::make_unique<AboutProgram>(stage.context()), stage.window());
+}
+
+/// The guide is a window of its own; here it lies in the middle of the stage.
+void guide(Stage& stage, int page) {
+  home_first(stage);
+  auto* window = new GuideWindow(stage.context(), stage.window());
+  window->setWindowFlags(Qt::Widget);
+  window->move(200, 110);
+  window->show();
+  for (int turned = 0; turned < page; ++turned) {
+    stage.context().platform.notifications.post("navigate_next_in_privacy_full_disk");
+  }
+  if (page == 2) window->content->shake_window();
+}
+
+void guide_first(Stage& stage) {
+  guide(stage, 0);
+}
+
+void guide_last(Stage& stage) {
+  guide(stage, 2);
+  stage.pass(1000);
+}
+
 constexpr std::array stages = {
     StageRow{"screen_access", access_new},
     StageRow{"screen_access_home_allowed", access_half},
     StageRow{"screen_home", home_first},
     StageRow{"screen_home_cleaned_before", home_later},
+    StageRow{"screen_home_offer", home_offer},
+    StageRow{"screen_preferences", preferences},
+    StageRow{"screen_about", about_program},
+    StageRow{"screen_guide", guide_first},
+    StageRow{"screen_guide_last", guide_last},
     StageRow{"screen_smart_scan_begins", scan_begins},
     StageRow{"screen_smart_scan", scan_browsers},
     StageRow{"screen_smart_clean_all", clean_all},

@@ -1,0 +1,99 @@
+#include "app/privacy/privacy_disk_access_view_controller.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPainter>
+#include <QVBoxLayout>
+#include <cmath>
+#include <numbers>
+
+#include "app/links.h"
+#include "app/screen_catalogue.h"
+#include "leftovers/full_disk_access.h"
+#include "ui/text_label.h"
+
+namespace tarnby {
+
+namespace {
+
+constexpr QSize window_size(560, 420);
+constexpr int shake_ms = 420;
+constexpr double shake_width = 14;
+constexpr double shakes = 3;
+
+}  // namespace
+
+PrivacyDiskAccessViewController::PrivacyDiskAccessViewController(AppContext& context)
+    : Screen(context),
+      appDelegate(context.appDelegate),
+      app_settings(context.platform.app_settings),
+      shake_(context.clock, 0, [this] { move_window(); }) {
+  setWindowTitle(context.text("Full disk access"));
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 3 * theme::grid);
+  pages = new PrivacyFullDiskPageController(context);
+  layout->addWidget(pages, 1);
+  missing_label = text_label({}, theme::Type::detail, theme::light_text, this);
+  layout->addWidget(missing_label);
+  auto* buttons = new QHBoxLayout;
+  buttons->setSpacing(theme::grid);
+  settings_button = new PushButton(context.text("Open settings"), ButtonKind::light, this);
+  confirm_button = new PushButton(context.text("Check again"), ButtonKind::light, this);
+  buttons->addStretch();
+  buttons->addWidget(settings_button);
+  buttons->addWidget(confirm_button);
+  buttons->addStretch();
+  layout->addLayout(buttons);
+  connect(settings_button, &QAbstractButton::clicked, this, &PrivacyDiskAccessViewController::open_settings);
+  connect(confirm_button, &QAbstractButton::clicked, this, &PrivacyDiskAccessViewController::confirm_disk_access);
+}
+
+void PrivacyDiskAccessViewController::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.fillRect(rect(), theme::light_background);
+}
+
+/// The probe reads a file, so it runs beside the main thread; its answer comes back here.
+void PrivacyDiskAccessViewController::confirm_disk_access() {
+  confirm_button->setEnabled(false);
+  auto outcome = std::make_shared<DiskAccess>(DiskAccess::unknown);
+  const auto answer = while_here([this, outcome] {
+    confirm_button->setEnabled(true);
+    if (*outcome == DiskAccess::granted) Q_EMIT dismissed();
+    if (*outcome == DiskAccess::denied) shake_window();
+  });
+  context_.errands.async([&platform = context_.platform, outcome, answer] {
+    *outcome = FullDiskAccess(platform).test();
+    platform.main_queue.async(answer);
+  });
+}
+
+void PrivacyDiskAccessViewController::open_settings() {
+  context_.workspace.open_link(links::privacy_settings);
+}
+
+/// From right to left and back to where it was; without motion the words say it alone.
+void PrivacyDiskAccessViewController::shake_window() {
+  missing_label->setText(context_.text("Access is still missing."));
+  if (!shake_.moving()) rest_ = window()->pos();
+  shake_.jump_to(0);
+  shake_.move_to(1, shake_ms, QEasingCurve::Linear);
+}
+
+void PrivacyDiskAccessViewController::move_window() {
+  const double fading = 1 - shake_.value();
+  const double way = std::sin(shake_.value() * shakes * 2 * std::numbers::pi) * shake_width * fading;
+  if (isVisible()) window()->move(rest_ + QPoint(static_cast<int>(std::lround(way)), 0));
+}
+
+GuideWindow::GuideWindow(AppContext& context, QWidget* parent) : QWidget(parent, Qt::Dialog) {
+  content = new PrivacyDiskAccessViewController(context);
+  setWindowTitle(content->windowTitle());
+  setFixedSize(window_size);
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(content);
+  connect(content, &Screen::dismissed, this, &QWidget::close);
+}
+
+}  // namespace tarnby

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "app/app_context.h"
+
+namespace tarnby {
+
+/// The separate program that is started at login and reminds of cleaning.
+inline constexpr std::string_view scheduler_identifier = "com.corvash.tarnby-cleaner-scheduler";
+
+/// Registers the scheduler as a login item or takes it back, and keeps that in "Scheduler". The disk is written in the
+/// background; whether it took it is not looked at.
+void enable_scheduler(AppContext& context, bool enabled);
+
+}  // namespace tarnby

@@ -1,0 +1,308 @@
+#include <gmock/gmock.h>
+
+#include <QLabel>
+#include <QSlider>
+
+#include "app/home/home_view_controller.h"
+#include "app/junk/applications_view_controller.h"
+#include "app/junk/delete_view_controller.h"
+#include "app/junk/download_helper.h"
+#include "app/junk/large_files_view_controller.h"
+#include "app/junk/media_view_controller.h"
+#include "app/junk/page_controllers.h"
+#include "app/junk/scan_view_controller.h"
+#include "app/junk/select_browsers.h"
+#include "tests/app/test_window.h"
+
+namespace tarnby {
+namespace {
+
+using test::Hold;
+using test::Layer;
+using test::TestPlatform;
+using test::TestWindow;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+/// A home with something in most categories, as far as the category pages.
+struct Pages {
+  explicit Pages(const std::function<void(TestPlatform&)>& more = {}) {
+    ada.tree.file("ada/Library/Caches/plain/x", 1'000'000).file("ada/Library/Logs/a.log", 2'000'000);
+    ada.tree.file("ada/Library/Safari/LocalStorage/s", 4'000'000).file("ada/.Trash/t", 8'000'000);
+    ada.tree.file("ada/Library/Application Support/Google/Chrome/Default/Application Cache/c", 9'000'000);
+    ada.tree.file("ada/Movies/long.mov", 600'000'000).file("ada/Movies/short.mov", 60'000'000);
+    ada.tree.file("ada/Notes/text.pdf", 20'000'000);
+    if (more) more(ada);
+    at.delegate.applicationDidFinishLaunching();
+    at.open_on_screen();
+    at.settle();
+    cleaner.clean_with_complete_handler([] {});
+    at.post("page_controller");
+    at.pass(1000);
+  }
+
+  template <class Page>
+  Page& page() {
+    return *at.window()->findChild<Page*>();
+  }
+  std::string sum(CategoryPage& page) { return page.overall_be_cleaned_label->text().toStdString(); }
+  bool setting(const char* key) { return ada.platform.app_settings.boolean(key); }
+
+  TestPlatform ada;
+  TestWindow at{ada};
+  Cleaner& cleaner = at.context.sharedCleaner();
+};
+
+TEST(ScanViewController, tells_each_step_at_its_moment_and_waits_for_the_scan_twice) {
+  TestPlatform ada;
+  ada.tree.file("ada/Library/Logs/a.log", 2'000'000).file("ada/Library/Logs/b.log").file("ada/.Trash/t", 8'000'000);
+  TestWindow at(ada);
+  at.open_on_screen();
+  at.settle();
+  Hold scan(at.background);
+  at.screen<HomeViewController>()->categories_button->click();
+  at.pass(99);
+  EXPECT_EQ(at.screen(Layer::overlay), nullptr);
+  at.pass(1);
+  auto* screen = at.screen<ScanViewController>(Layer::overlay);
+  ASSERT_NE(screen, nullptr);
+  const auto says = [&] { return screen->scan_label->text().toStdString(); };
+  EXPECT_EQ(screen->path->text(), "Wait...");
+  EXPECT_EQ(says(), "Scan in \"Applications caches\"");
+  at.pass(1990);
+  EXPECT_EQ(says(), "Scan in \"Applications caches\"");
+  at.pass(10);
+  EXPECT_EQ(says(), "Scan in \"Applications logs\"");
+  EXPECT_EQ(at.screen(), nullptr) << "the home screen has gone meanwhile";
+  at.pass(2000);
+  EXPECT_EQ(says(), "Scan in \"Applications remainders\"");
+  at.pass(3000);
+  EXPECT_EQ(says(), "Scan in \"Browsers\"");
+  at.pass(9000);
+  EXPECT_EQ(says(), "Scan in \"Browsers\"") << "the scan still runs";
+  EXPECT_DOUBLE_EQ(screen->scanView->stroke_end(), 0.5);
+  EXPECT_EQ(screen->path->text(), "Wait...") << "nothing is read before it is there";
+  scan.release();
+  at.settle();
+  at.pass(500);
+  EXPECT_EQ(says(), "Scan in \"Trash Bin\"");
+  EXPECT_EQ(screen->scan_size->text(), "2 MB");
+  EXPECT_EQ(screen->path->text(), "Wait...") << "the last who spoke had no files";
+  at.pass(1500);
+  EXPECT_EQ(says(), "Scan in \"Mail attachments\"");
+  at.pass(1290);
+  EXPECT_EQ(says(), "Scan in \"Mail attachments\"");
+  at.pass(10);
+  EXPECT_EQ(says(), "Scan complete...");
+  EXPECT_EQ(screen->text->text(), "Tarnby cleaner...");
+  EXPECT_EQ(screen->scan_size->text(), "10 MB");
+  at.pass(1490);
+  EXPECT_EQ(at.screen(), nullptr);
+  at.pass(10);
+  EXPECT_NE(at.screen<PageController>(), nullptr);
+  EXPECT_EQ(at.screen(Layer::overlay), nullptr);
+}
+
+TEST(ScanViewController, shows_the_files_of_a_category_but_never_the_first) {
+  TestPlatform ada;
+  for (const char* name : {"a", "b", "c"}) ada.tree.file(std::string("ada/Library/Caches/") + name, 1);
+  TestWindow at(ada);
+  at.open_on_screen();
+  at.context.sharedCleaner().clean_with_complete_handler([] {});
+  at.post("scan_view_controller");
+  at.pass(100);
+  const QLabel* path = at.screen<ScanViewController>(Layer::overlay)->path;
+  std::vector<std::string> shown;
+  for (int tick = 0; tick < 10; ++tick) {
+    at.pass(30);
+    shown.push_back(path->text().toStdString());
+  }
+  EXPECT_TRUE(shown[0].ends_with("/Caches/b")) << shown[0];
+  EXPECT_TRUE(shown[1].ends_with("/Caches/c") && shown[9].ends_with("/Caches/c")) << shown[1];
+}
+
+TEST(CategoryPages, tick_and_untick_what_will_be_cleaned) {
+  Pages pages;
+  auto& applications = pages.page<ApplicationsViewController>();
+  EXPECT_EQ(pages.sum(applications), "3 MB") << "caches and logs; browsers are off at launch";
+  EXPECT_TRUE(applications.category("remainders").button->isHidden()) << "nothing to tick";
+  const auto* inner = applications.findChild<ApplicationsPageController*>();
+  applications.category("logs").button->click();
+  EXPECT_EQ(pages.sum(applications), "1 MB");
+  EXPECT_FALSE(pages.setting("Logs"));
+  EXPECT_EQ(inner->pages->current(), 1);
+  applications.category("logs").button->click();
+  EXPECT_EQ(pages.sum(applications), "3 MB");
+  EXPECT_TRUE(pages.setting("Logs"));
+  applications.category("browsers").info->click();
+  EXPECT_EQ(inner->pages->current(), 3);
+  EXPECT_EQ(pages.sum(applications), "3 MB") << "only told about";
+
+  applications.category("browsers").button->click();
+  EXPECT_EQ(pages.sum(applications), "16 MB");
+  SelectBrowsers browsers(pages.at.context);
+  EXPECT_TRUE(browsers.chrome_button->isChecked() && browsers.safari_button->isChecked());
+  EXPECT_FALSE(browsers.mozilla_button->isEnabled()) << "nothing found of it";
+  browsers.chrome_button->click();
+  EXPECT_EQ(pages.sum(applications), "7 MB");
+  EXPECT_EQ(applications.category("browsers").size_label->text(), "4 MB");
+  EXPECT_EQ(pages.ada.relative(pages.cleaner.browser_item->files),
+            std::vector<std::string>{"ada/Library/Safari/LocalStorage"});
+  EXPECT_FALSE(SelectBrowsers(pages.at.context).chrome_button->isChecked()) << "the choice is kept";
+  browsers.chrome_button->click();
+  EXPECT_EQ(pages.sum(applications), "16 MB");
+
+  const PageTurner* turner = pages.at.screen<PageController>()->pages;
+  applications.next_button->click();
+  EXPECT_EQ(turner->current(), 1);
+  pages.page<MediaViewController>().back_button->click();
+  EXPECT_EQ(turner->current(), 0);
+  applications.back_button->click();
+  EXPECT_NE(pages.at.screen<HomeViewController>(), nullptr);
+}
+
+TEST(CategoryPages, take_large_files_that_were_chosen) {
+  Pages pages;
+  auto& media = pages.page<MediaViewController>();
+  CheckButton* box = media.category("large-files").button;
+  EXPECT_EQ(pages.sum(media), "8 MB");
+  EXPECT_EQ(media.category("large-files").size_label->text(), "Choose…");
+  pages.at.screen<PageController>()->pages->turn_to(1);
+  pages.at.pass(500);
+  box->click();
+  EXPECT_FALSE(box->isChecked() || pages.setting("LargeFiles")) << "until something is chosen";
+  pages.at.settle();
+  auto* sheet = pages.at.card<LargeFilesViewController>();
+  ASSERT_NE(sheet, nullptr);
+  EXPECT_EQ(sheet->overall_larges_label->text(), "680 MB");
+  const auto labels = [&] {
+    std::vector<std::string> names;
+    for (const auto& row : sheet->outline_items) names.push_back(row->label);
+    return names;
+  };
+  EXPECT_THAT(labels(), ElementsAre("Documents", "Movies"));
+  const auto* model = sheet->outlineview->model();
+  sheet->select_file(model->index(1, 0, model->index(1, 0)), true);
+  EXPECT_EQ(sheet->selected_larges_label->text(), "Selected: 60 MB");
+  sheet->slider->setValue(3);
+  EXPECT_THAT(labels(), ElementsAre("Movies"));
+  EXPECT_EQ(sheet->overall_larges_label->text(), "600 MB");
+  EXPECT_TRUE(sheet->selected_files.empty() && !sheet->submitt_button->isEnabled()) << "another choice begins";
+  sheet->select_file(model->index(0, 0, model->index(0, 0)), true);
+  sheet->submitt_button->click();
+  EXPECT_EQ(pages.sum(media), "608 MB");
+  EXPECT_TRUE(box->isChecked() && pages.setting("LargeFiles"));
+
+  media.show_large_files();
+  pages.at.settle();
+  sheet = pages.at.card<LargeFilesViewController>();
+  model = sheet->outlineview->model();
+  sheet->select_file(model->index(0, 0, model->index(0, 0)), true);
+  sheet->submit();
+  EXPECT_EQ(pages.sum(media), "28 MB") << "20 MB in the place of 600 MB";
+  EXPECT_EQ(pages.ada.relative(pages.cleaner.large_files_item->files), std::vector<std::string>{"ada/Notes/text.pdf"});
+  media.show_large_files();
+  pages.at.card<LargeFilesViewController>()->submit();
+  EXPECT_EQ(pages.sum(media), "28 MB") << "nothing ticked changes nothing";
+}
+
+TEST(LargeFiles, are_at_least_what_the_slider_says) {
+  const std::int64_t MB = 1'000'000;
+  const std::int64_t expected[] = {10, 10, 50, 100, 500, 1000, 2000, 2000, 10};
+  for (int position = 0; position < 9; ++position) {
+    EXPECT_EQ(large_file_size_at_index(position), expected[position] * MB) << position;
+  }
+}
+
+TEST(LargeFiles, of_a_search_that_was_given_up_are_not_kept) {
+  Pages pages;
+  auto& media = pages.page<MediaViewController>();
+  Hold search(pages.at.background);
+  media.show_large_files();
+  pages.at.card<LargeFilesViewController>()->cancel();
+  search.release();
+  pages.at.settle();
+  EXPECT_EQ(pages.cleaner.totalLargeFilesSize, 0);
+  media.show_large_files();
+  pages.at.settle();
+  EXPECT_EQ(pages.at.card<LargeFilesViewController>()->overall_larges_label->text(), "680 MB");
+}
+
+TEST(DeleteViewController, tells_each_step_and_waits_for_ring_and_removal) {
+  Pages pages;
+  pages.ada.platform.app_settings.set_boolean("Downloads", true);
+  pages.ada.platform.app_settings.set_boolean("Trash", false);
+  Hold removal(pages.at.background);
+  pages.at.post("delete_view_controller");
+  const auto* screen = pages.at.screen<DeleteViewController>();
+  ASSERT_NE(screen, nullptr);
+  struct Step {
+    int until;
+    const char* text;
+  };
+  int now = 0;
+  for (const Step& step :
+       {Step{790, "Cleanup in \"Applications caches\""}, Step{800, "Cleanup in \"Applications logs\""},
+        Step{1500, "Cleanup in \"Applications remainders\""}, Step{1800, "Cleanup in \"Downloads\""},
+        Step{2690, "Cleanup in \"Downloads\""}, Step{2700, "Cleanup in \"Mail attachments\""},
+        Step{3290, "Cleanup in \"Mail attachments\""}, Step{3300, "Cleanup complete..."}}) {
+    pages.at.pass(step.until - std::exchange(now, step.until));
+    EXPECT_EQ(screen->clean_label->text().toStdString(), step.text) << step.until;
+  }
+  pages.at.pass(6000 - now);
+  EXPECT_NE(pages.at.screen<DeleteViewController>(), nullptr) << "the removal still runs";
+  removal.release();
+  pages.at.settle();
+  pages.at.pass(200);
+  EXPECT_EQ(pages.at.screen<DeleteViewController>(), nullptr);
+  EXPECT_FALSE(pages.ada.tree.exists("ada/Library/Logs/a.log"));
+  EXPECT_TRUE(pages.ada.tree.exists("ada/.Trash/t")) << "switched off";
+  EXPECT_EQ(pages.cleaner.wasCleaned, 3'000'000);
+
+  pages.at.post("delete_view_controller");
+  pages.at.settle();
+  pages.at.pass(5890);
+  EXPECT_NE(pages.at.screen<DeleteViewController>(), nullptr) << "the show takes its time";
+  pages.at.pass(10);
+  EXPECT_EQ(pages.at.screen<DeleteViewController>(), nullptr);
+}
+
+TEST(DeleteViewController, gives_what_is_left_to_the_helper_or_lists_it) {
+  Pages pages([](TestPlatform& ada) { ada.tree.file("helper").file("outside/kept", 5).folder("support"); });
+  // Nothing outside the grants is ever removed, whoever puts it into the list.
+  pages.cleaner.trash_item->files = {pages.ada.url("outside/kept")};
+  const auto run = [&] {
+    pages.at.post("delete_view_controller");
+    pages.at.settle();
+    pages.at.pass(5900);
+  };
+  run();
+  auto* panel = pages.at.card<DownloadHelper>();
+  ASSERT_NE(panel, nullptr);
+  panel->show_button->click();
+  EXPECT_THAT(pages.at.workspace.asked, ElementsAre("reveal " + pages.ada.tree.path("outside/kept")));
+  QTest::keyClick(panel, Qt::Key_Escape);
+  EXPECT_EQ(pages.at.screen<DeleteViewController>(), nullptr) << "goes on to what was cleaned";
+
+  SettingsStore& settings = pages.ada.platform.app_settings.store();
+  settings.set("helper_url", pages.ada.tree.path("helper"));
+  settings.set("application_support_url", pages.ada.tree.path("support"));
+  pages.at.workspace.asked.clear();
+  run();
+  EXPECT_THAT(pages.at.workspace.asked, ElementsAre("launch " + pages.ada.tree.path("helper")));
+  const auto answers = [&](const char* key) {
+    pages.ada.tree.content("support/Tarnby cleaner/Store.plist",
+                           std::string("<plist><dict><key>") + key + "</key><true/></dict></plist>");
+    pages.at.pass(500);
+  };
+  pages.ada.tree.content("support/Tarnby cleaner/Store.plist", "<plist><dict><key>Comp");
+  pages.at.pass(2000);
+  EXPECT_NE(pages.at.screen<DeleteViewController>(), nullptr) << "half an answer is none";
+  answers("Cancel");
+  EXPECT_EQ(pages.at.workspace.asked.size(), 2) << "and all over again";
+  answers("Complete");
+  EXPECT_EQ(pages.at.screen<DeleteViewController>(), nullptr);
+}
+
+}  // namespace
+}  // namespace tarnby

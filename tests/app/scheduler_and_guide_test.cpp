@@ -1,0 +1,116 @@
+#include <gmock/gmock.h>
+
+#include <QLabel>
+
+#include "app/home/home_view_controller.h"
+#include "app/privacy/privacy_disk_access_view_controller.h"
+#include "app/scheduler/enable_scheduler_view_controller.h"
+#include "app/scheduler/preferences_view_controller.h"
+#include "tests/app/test_window.h"
+
+namespace tarnby {
+namespace {
+
+using test::TestPlatform;
+using test::TestWindow;
+
+TEST(Scheduler, is_offered_from_the_fifth_launch_until_it_was_answered) {
+  for (const bool accepts : {true, false}) {
+    TestPlatform ada;
+    AppSettings& settings = ada.platform.app_settings;
+    settings.set_integer("appLaunchCount", 4);
+    TestWindow at(ada);
+    at.open_on_screen();
+    at.pass(2000);
+    EXPECT_EQ(at.card(), nullptr) << "not at the fourth";
+    settings.set_integer("appLaunchCount", 5);
+    at.post("home_view_controller");
+    at.pass(1490);
+    EXPECT_EQ(at.card(), nullptr);
+    at.pass(10);
+    const auto* offer = at.card<EnableSchedulerViewController>();
+    ASSERT_NE(offer, nullptr);
+    (accepts ? offer->enable_button : offer->cancel_button)->click();
+    at.settle();
+    EXPECT_EQ(at.card(), nullptr);
+    EXPECT_TRUE(settings.boolean("EnableScheduler"));
+    EXPECT_EQ(settings.boolean("Scheduler"), accepts);
+    const auto date = ada.platform.group_settings.value("Date");
+    EXPECT_EQ(date.has_value(), accepts);
+    EXPECT_EQ(date.value_or(ada.platform.now()), PropertyList(ada.platform.now()));
+    at.post("home_view_controller");
+    at.pass(2000);
+    EXPECT_EQ(at.card(), nullptr) << "never again";
+
+    PreferencesViewController preferences(at.context);
+    EXPECT_EQ(preferences.scheduler_button->isChecked(), accepts);
+    for (const bool on : {!accepts, accepts}) {
+      preferences.scheduler_button->click();
+      at.settle();
+      EXPECT_EQ(settings.boolean("Scheduler"), on);
+    }
+    EXPECT_TRUE(settings.boolean("EnableScheduler"));
+  }
+}
+
+/// A user of a system whose privacy switches guard folders.
+struct Guarded {
+  explicit Guarded(TestPlatform& platform) : ada(platform), at(platform) {
+    at.open_on_screen();
+    at.settle();
+  }
+  GuideWindow* guide() { return at.screen<HomeViewController>()->privacy_windowcontroller; }
+
+  TestPlatform& ada;
+  TestWindow at;
+};
+
+TEST(Guide, comes_when_access_is_missing_and_goes_when_it_is_there) {
+  TestPlatform ada;
+  ada.tree.file("ada/Library/Safari/CloudTabs.db", 3).mode("ada/Library/Safari/CloudTabs.db", 0);
+  const_cast<Session&>(ada.platform.session).system_version = SystemVersion{10, 15};
+  test::as_plain_user(ada.tree, [&] {  // nothing is unreadable for root
+    Guarded user(ada);
+    AppSettings& settings = user.ada.platform.app_settings;
+    EXPECT_TRUE(settings.boolean("PrivacyAccess")) << "touched once";
+    user.at.pass(3990);
+    EXPECT_EQ(user.guide(), nullptr) << "the system's own questions go first";
+    user.at.pass(10);
+    ASSERT_TRUE(user.guide());
+    auto* content = user.guide()->content;
+    const PageTurner* pages = content->pages->pages;
+    for (const int page : {1, 2}) {
+      qobject_cast<GuidePage*>(pages->page(page - 1))->next_button->click();
+      EXPECT_EQ(pages->current(), page);
+    }
+    qobject_cast<GuidePage*>(pages->page(2))->back_button->click();
+    EXPECT_EQ(pages->current(), 1);
+
+    content->open_settings();
+    EXPECT_THAT(user.at.workspace.asked,
+                testing::ElementsAre("open x-apple.systempreferences:com.apple.preference.security?Privacy_AllFiles"));
+    content->confirm_button->click();
+    user.at.settle();
+    EXPECT_EQ(content->missing_label->text(), "Access is still missing.");
+    EXPECT_FALSE(settings.boolean("PrivacyFullDisk"));
+    const QPoint rest = user.guide()->pos();
+    user.at.pass(100);
+    EXPECT_NE(user.guide()->pos(), rest) << "it shakes";
+    user.at.pass(1000);
+    EXPECT_EQ(user.guide()->pos(), rest);
+
+    user.at.post("home_view_controller");
+    user.at.settle();
+    user.at.pass(10);
+    EXPECT_NE(user.guide(), nullptr) << "at once, now that the folders have been touched";
+    user.ada.tree.mode("ada/Library/Safari/CloudTabs.db", 0600);
+    user.guide()->content->confirm_button->click();
+    user.at.settle();
+    user.at.pass(10);
+    EXPECT_EQ(user.guide(), nullptr);
+    EXPECT_TRUE(settings.boolean("PrivacyFullDisk"));
+  });
+}
+
+}  // namespace
+}  // namespace tarnby
