@@ -123,6 +123,7 @@ TEST(ScreenCatalogue, makes_every_screen_it_names_and_no_other) {
     for (const ScreenRow& row : catalogue->rows()) {
       EXPECT_TRUE(identifiers.insert(row.identifier).second) << row.identifier << " twice";
       EXPECT_NE(catalogue->make(row.identifier, at.context), nullptr) << row.identifier;
+      at.settle();  // what the screen had begun, before the next one reads of it
     }
     for (const auto& row : ViewController::navigation()) {
       EXPECT_TRUE(&row.catalogue() != catalogue || identifiers.count(row.identifier) == 1) << row.notification;
