@@ -62,17 +62,16 @@ class Package(unittest.TestCase):
         for size in ("scalable", "16x16", "48x48", "256x256"):
             self.assertTrue(any(icon.startswith(f"{size}/apps/{words['Icon']}.") for icon in icons), icons)
 
-    def test_manual_is_well_formed_and_misses_nothing(self):
+    def test_manual_is_well_formed_and_tells_what_the_help_lists(self):
         pages = self.root / "usr/share/man/man1"
         for page in pages.iterdir():
-            self.assertNotRegex(self.passes("man", "--warnings=w", "-l", page), rf"{page.name}:\d+|standard input")
-        manual = self.passes("man", "-l", pages / "tarnby-cleaner-cli.1.gz", env={"MANWIDTH": "80"})
+            self.assertNotIn("standard input", self.passes("man", "--warnings=w", "-l", page))
+        manual = self.passes("zcat", pages / "tarnby-cleaner-cli.1.gz")
+        told = re.search(r"\.SH COMMANDS.*\.SH EXIT STATUS", manual, re.DOTALL)[0]
+        told = re.sub(r"^\.RS.*?^\.RE", "", told, flags=re.DOTALL | re.MULTILINE)  # groups and names, not commands
+        told = {word.replace("\\", "") for word in re.findall(r"^\.TP\n\.BI? ([a-z\\-]+)", told, re.MULTILINE)}
         help_text = self.passes(self.root / "usr/bin/tarnby-cleaner-cli", "--help")
-        listed = re.findall(r"^  ([a-z-]+) .* {2,}\S", help_text, re.MULTILINE)
-        self.assertIn("--dry-run", listed)
-        self.assertIn("settings", listed)
-        for word in listed:
-            self.assertRegex(manual, rf"(?m)^ {{7}}{word}\b")
+        self.assertEqual(told, set(re.findall(r"^  ([a-z-]+) .* {2}\S", help_text, re.MULTILINE)))
 
     def test_one_version_everywhere(self):
         metainfo = (self.root / f"usr/share/metainfo/{IDENTIFIER}.metainfo.xml").read_text()
