@@ -28,7 +28,7 @@ constexpr std::string_view personal_folders[] = {
 }  // namespace
 
 bool FullDiskAccess::is_guarded() const {
-  return !version_ || *version_ >= first_with_switches;
+  return !version_ || !(*version_ < first_with_switches);
 }
 
 std::string_view FullDiskAccess::probe_file() const {

@@ -1,11 +1,18 @@
 // The XML form, read with a small stack of open containers and written back.
 
 #include <expat.h>
+#include <locale.h>
+#ifdef __APPLE__
+#include <xlocale.h>
+#endif
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <charconv>
+#include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <limits>
 #include <memory>
 
@@ -31,14 +38,43 @@ bool is_blank(std::string_view text) {
   return trimmed(text).empty();
 }
 
-/// All of `text` as a number, or none.
-template <typename Number, typename... Form>
-std::optional<Number> number(std::string_view text, Form... form) {
-  Number value{};
+/// All of `text` as a whole number, or none.
+std::optional<std::uint64_t> whole_number(std::string_view text, int base) {
+  std::uint64_t value{};
   const char* end = text.data() + text.size();
-  const auto [stop, error] = std::from_chars(text.data(), end, value, form...);
+  const auto [stop, error] = std::from_chars(text.data(), end, value, base);
   if (error != std::errc{} || stop != end) return std::nullopt;
   return value;
+}
+
+/// While it lives this thread reads and writes numbers with a point, whatever the user's locale. Not every C++ library
+/// for the systems that are served reads and writes real numbers without a locale.
+class PlainNumbers {
+ public:
+  PlainNumbers() : before_(uselocale(plain())) {}
+  ~PlainNumbers() { uselocale(before_); }
+  PlainNumbers(const PlainNumbers&) = delete;
+  PlainNumbers& operator=(const PlainNumbers&) = delete;
+
+ private:
+  static locale_t plain() {
+    static const locale_t numbers = newlocale(LC_NUMERIC_MASK, "C", nullptr);
+    return numbers;
+  }
+
+  locale_t before_;
+};
+
+/// In as few digits as give the same number again.
+std::string written_real(double real) {
+  const PlainNumbers plain;
+  char digits[32];
+  int length = 0;
+  for (int precision = 15; precision <= 17; ++precision) {
+    length = std::snprintf(digits, sizeof digits, "%.*g", precision, real);
+    if (std::strtod(digits, nullptr) == real) break;
+  }
+  return {digits, static_cast<std::size_t>(length)};
 }
 
 std::optional<PropertyList> string_from(std::string&& text) {
@@ -58,7 +94,7 @@ std::optional<PropertyList> integer_from(std::string&& text) {
   if (negative || digits.starts_with('+')) digits.remove_prefix(1);
   const bool hexadecimal = digits.starts_with("0x") || digits.starts_with("0X");
   if (hexadecimal) digits.remove_prefix(2);
-  const auto size = number<std::uint64_t>(digits, hexadecimal ? 16 : 10);
+  const auto size = whole_number(digits, hexadecimal ? 16 : 10);
   const auto value = size ? with_sign(*size, negative) : std::nullopt;
   if (!value) return std::nullopt;
   return PropertyList(*value);
@@ -67,9 +103,16 @@ std::optional<PropertyList> integer_from(std::string&& text) {
 std::optional<PropertyList> real_from(std::string&& text) {
   std::string_view digits = trimmed(text);
   if (digits.starts_with("+") && !digits.starts_with("+-")) digits.remove_prefix(1);
-  const auto value = number<double>(digits, std::chars_format::general);
-  if (!value) return std::nullopt;
-  return PropertyList(*value);
+  // strtod(3) takes a second sign and hexadecimal digits as well.
+  if (digits.empty() || digits.starts_with("+") || digits.find_first_of("xX") != std::string_view::npos) return {};
+  const std::string terminated(digits);
+  const PlainNumbers plain;
+  char* stop = nullptr;
+  errno = 0;
+  const double value = std::strtod(terminated.c_str(), &stop);
+  const bool does_not_fit = errno == ERANGE && (value == 0 || std::isinf(value));
+  if (does_not_fit || stop != terminated.c_str() + terminated.size()) return std::nullopt;
+  return PropertyList(value);
 }
 
 template <bool value>
@@ -89,7 +132,7 @@ std::optional<PropertyList> date_from(std::string&& text) {
   const std::string_view date = trimmed(text);
   if (!has_form(date, "0000-00-00T00:00:00Z")) return std::nullopt;
   const auto part = [date](std::size_t start, std::size_t length) {
-    return number<unsigned>(date.substr(start, length)).value_or(0);
+    return static_cast<unsigned>(whole_number(date.substr(start, length), 10).value_or(0));
   };
   const chrono::year_month_day day(chrono::year(static_cast<int>(part(0, 4))), chrono::month(part(5, 2)),
                                    chrono::day(part(8, 2)));
@@ -377,11 +420,7 @@ class Writer {
 
   void element(bool flag) { line(flag ? "<true/>" : "<false/>"); }
   void element(std::int64_t integer) { line("<integer>" + std::to_string(integer) + "</integer>"); }
-  void element(double real) {
-    std::array<char, 32> digits{};
-    const auto written = std::to_chars(digits.data(), digits.data() + digits.size(), real);  // shortest exact form
-    line("<real>" + std::string(digits.data(), written.ptr) + "</real>");
-  }
+  void element(double real) { line("<real>" + written_real(real) + "</real>"); }
   void element(const std::string& text) { text_line("string", text); }
   void element(const PropertyList::Data& data) { line("<data>" + base64(data.bytes) + "</data>"); }
   void element(PropertyList::Date date) { line("<date>" + iso_date(date) + "</date>"); }

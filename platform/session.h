@@ -1,9 +1,9 @@
 #pragma once
 
-#include <compare>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <vector>
 
 #include "platform/url.h"
@@ -14,7 +14,9 @@ namespace tarnby {
 struct SystemVersion {
   int major_number = 0;
   int minor_number = 0;
-  friend auto operator<=>(const SystemVersion&, const SystemVersion&) = default;
+  friend bool operator<(const SystemVersion& a, const SystemVersion& b) {
+    return std::tie(a.major_number, a.minor_number) < std::tie(b.major_number, b.minor_number);
+  }
 };
 
 /// What is known of the logged-in user. Values are taken once, from the environment and the account database
