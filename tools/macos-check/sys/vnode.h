@@ -1,0 +1,5 @@
+#pragma once
+
+// Stands in for the system's header; see README.md.
+
+enum vtype { VNON, VREG, VDIR, VBLK, VCHR, VLNK, VSOCK, VFIFO, VBAD, VSTR, VCPLX };
