@@ -14,8 +14,9 @@ struct GroupRow {
 };
 
 constexpr GroupRow groups[] = {
-    {"app", "Applications"}, {"archive", "Archives"}, {"audio", "Audios"},     {"document", "Documents"},
-    {"movie", "Movies"},     {"picture", "Pictures"}, {"package", "Packages"}, {"other", "Other"},
+    {"app", english("Applications")},   {"archive", english("Archives")}, {"audio", english("Audios")},
+    {"document", english("Documents")}, {"movie", english("Movies")},     {"picture", english("Pictures")},
+    {"package", english("Packages")},   {"other", english("Other")},
 };
 
 /// What other categories clean, or what belongs to tools that look after it themselves. Below the Library.

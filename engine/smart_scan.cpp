@@ -9,20 +9,20 @@ namespace tarnby {
 namespace {
 
 constexpr SmartCategory categories[] = {
-    {"caches", "Applications caches", "Smart cache", &Cleaner::apps_caches_item, &Cleaner::totalCacheSize,
-     &Cleaner::outlineCacheItem, "Apps Junk"},
-    {"logs", "Applications logs", "Smart logs", &Cleaner::apps_logs_item, &Cleaner::totalLogsSize,
+    {"caches", english("Applications caches"), "Smart cache", &Cleaner::apps_caches_item, &Cleaner::totalCacheSize,
+     &Cleaner::outlineCacheItem, english("Apps Junk")},
+    {"logs", english("Applications logs"), "Smart logs", &Cleaner::apps_logs_item, &Cleaner::totalLogsSize,
      &Cleaner::outlineLogsItem, ""},
-    {"remainders", "Applications remainders", "Smart remainders", &Cleaner::apps_remainders_item,
+    {"remainders", english("Applications remainders"), "Smart remainders", &Cleaner::apps_remainders_item,
      &Cleaner::totalRemaindersSize, &Cleaner::outlineRemaindersItem, ""},
-    {"browsers", "Browsers", "Smart browsers", &Cleaner::browser_item, &Cleaner::totalBrowserSize,
-     &Cleaner::outlineBrowsersItem, "Apps Data"},
-    {"mails", "Mail attachments", "Smart mails", &Cleaner::mails_item, &Cleaner::totalMailsSize,
+    {"browsers", english("Browsers"), "Smart browsers", &Cleaner::browser_item, &Cleaner::totalBrowserSize,
+     &Cleaner::outlineBrowsersItem, english("Apps Data")},
+    {"mails", english("Mail attachments"), "Smart mails", &Cleaner::mails_item, &Cleaner::totalMailsSize,
      &Cleaner::outlineMailsItem, ""},
-    {"installs", "Installation files", "Smart installs", &Cleaner::install_files_item, &Cleaner::totalInstallSize,
-     &Cleaner::outlineInstallsItem, "Files"},
-    {"trash", "Trash Bin", "Smart trash", &Cleaner::trash_item, &Cleaner::totalTrashSize, &Cleaner::outlineTrashItem,
-     ""},
+    {"installs", english("Installation files"), "Smart installs", &Cleaner::install_files_item,
+     &Cleaner::totalInstallSize, &Cleaner::outlineInstallsItem, english("Files")},
+    {"trash", english("Trash Bin"), "Smart trash", &Cleaner::trash_item, &Cleaner::totalTrashSize,
+     &Cleaner::outlineTrashItem, ""},
 };
 
 /// Where installers lie, and which extensions count there, exactly as written. Applications keep files of their own

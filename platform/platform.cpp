@@ -15,13 +15,14 @@ std::unique_ptr<Platform>& shared_place() {
 
 }  // namespace
 
-Platform::Platform(Session user, std::unique_ptr<SettingsStore> settings, MainQueue& queue)
+Platform::Platform(Session user, std::unique_ptr<SettingsStore> settings, MainQueue& queue, Localization texts)
     : settings_(settings ? std::move(settings) : open_standard_settings(user)),
       group_(open_group_settings(user)),
       metadata_(open_file_metadata(files)),
       login_items_(open_login_items(user)),
       session(std::move(user)),
-      text(session.collation_locale, session.number_locale),
+      localization(std::move(texts)),
+      text(session.collation_locale, session.number_locale, localization),
       app_settings(*settings_),
       group_settings(*group_),
       measurer(files),

@@ -33,7 +33,8 @@ class Platform {
   /// @param session who the user is and where the settings are.
   /// @param settings the standard store; none opens that of the session.
   /// @param main_queue the queue of the main thread.
-  Platform(Session session, std::unique_ptr<SettingsStore> settings, MainQueue& main_queue);
+  /// @param texts the language that people are spoken to in; English without it.
+  Platform(Session session, std::unique_ptr<SettingsStore> settings, MainQueue& main_queue, Localization texts = {});
   Platform(const Platform&) = delete;
   Platform& operator=(const Platform&) = delete;
 
@@ -51,8 +52,8 @@ class Platform {
 
  public:
   const Session session;
-  const Text text;
   const Localization localization;
+  const Text text;
   AppSettings app_settings;
   /// What this program shares with its scheduler: the key "Date", the moment of the last removal run.
   SettingsStore& group_settings;

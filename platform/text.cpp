@@ -47,18 +47,18 @@ std::uint64_t pairs_in(std::string_view bytes) {
 }
 
 struct Unit {
-  std::string_view name;
+  const char* amount;
   std::uint64_t size;
   int decimals;
 };
 
 constexpr Unit units[] = {
-    {"KB", 1'000, 0},
-    {"MB", 1'000'000, 1},
-    {"GB", 1'000'000'000, 2},
-    {"TB", 1'000'000'000'000, 2},
-    {"PB", 1'000'000'000'000'000, 2},
-    {"EB", 1'000'000'000'000'000'000, 2},
+    {english("%@ KB"), 1'000, 0},
+    {english("%@ MB"), 1'000'000, 1},
+    {english("%@ GB"), 1'000'000'000, 2},
+    {english("%@ TB"), 1'000'000'000'000, 2},
+    {english("%@ PB"), 1'000'000'000'000'000, 2},
+    {english("%@ EB"), 1'000'000'000'000'000'000, 2},
 };
 
 constexpr std::uint64_t power_of_ten(int exponent) {
@@ -82,15 +82,19 @@ std::string decimal_number(std::uint64_t value, int decimals) {
   return text;
 }
 
-std::string write_magnitude(std::uint64_t bytes, const NumberSymbols& symbols) {
-  if (bytes == 0) return "Zero KB";
-  if (bytes < 1000) return in_symbols(std::to_string(bytes), symbols) + (bytes == 1 ? " byte" : " bytes");
+std::string write_magnitude(std::uint64_t bytes, const NumberSymbols& symbols, const Localization& localization) {
+  if (bytes == 0) return localization.text("Zero KB");
+  if (bytes < 1000) {
+    const std::string number[] = {in_symbols(std::to_string(bytes), symbols)};
+    return localization.plural(static_cast<std::int64_t>(bytes), "%@ byte", "%@ bytes", number);
+  }
   for (const Unit& unit : units) {
     const std::uint64_t step = unit.size / power_of_ten(unit.decimals);
     const std::uint64_t steps = bytes / step + (bytes % step * 2 >= step ? 1 : 0);
     // What rounds to 1000 of a unit is shown as 1 of the next; there is none above the last.
     if (steps >= 1000 * power_of_ten(unit.decimals) && &unit != std::end(units) - 1) continue;
-    return in_symbols(decimal_number(steps, unit.decimals), symbols).append(" ").append(unit.name);
+    const std::string number[] = {in_symbols(decimal_number(steps, unit.decimals), symbols)};
+    return localization.text(unit.amount, number);
   }
   return {};
 }
@@ -166,10 +170,10 @@ std::string to_valid_utf8(std::string_view bytes) {
   }
 }
 
-std::string write_byte_count(std::int64_t bytes, const NumberSymbols& symbols) {
-  if (bytes >= 0) return write_magnitude(static_cast<std::uint64_t>(bytes), symbols);
+std::string write_byte_count(std::int64_t bytes, const NumberSymbols& symbols, const Localization& localization) {
+  if (bytes >= 0) return write_magnitude(static_cast<std::uint64_t>(bytes), symbols, localization);
   std::string text = "-";
-  return text.append(write_magnitude(0 - static_cast<std::uint64_t>(bytes), symbols));
+  return text.append(write_magnitude(0 - static_cast<std::uint64_t>(bytes), symbols, localization));
 }
 
 }  // namespace tarnby

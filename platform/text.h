@@ -8,6 +8,8 @@
 #include <utility>
 #include <vector>
 
+#include "platform/localization.h"
+
 namespace tarnby {
 
 /// A text made ready for containment tests: decomposed canonically, stripped of nonspacing marks and case-folded (full
@@ -56,7 +58,8 @@ class Text {
  public:
   /// Locale names as in the environment ("de_DE.UTF-8", "C", ""). C, POSIX, empty and unknown names give the root
   /// collation and the number form "1.5".
-  Text(std::string_view collation_locale, std::string_view number_locale);
+  /// @param localization where the names of units are taken from; English without it.
+  Text(std::string_view collation_locale, std::string_view number_locale, Localization localization = {});
   ~Text();
   Text(const Text&) = delete;
   Text& operator=(const Text&) = delete;
@@ -69,7 +72,8 @@ class Text {
   std::vector<std::size_t> order_of(const std::vector<std::string>& texts) const;
 
   /// A byte count for people, decimal units: "Zero KB", "1 byte", "999 bytes", "12 KB", "1.5 MB", "2.25 GB". Halves
-  /// round up, and what would round to 1000 of a unit is 1 of the next. The number is the locale's, the units English.
+  /// round up, and what would round to 1000 of a unit is 1 of the next. The number is the locale's, the unit a
+  /// localised text.
   std::string byte_count(std::int64_t bytes) const;
 
   /// Sorts by the text that `label(item)` gives, ascending; equal ones keep the order they had.
@@ -87,6 +91,7 @@ class Text {
  private:
   struct Locale;
   std::unique_ptr<Locale> locale_;
+  Localization localization_;
 };
 
 }  // namespace tarnby

@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "platform/localization.h"
+
 // What the text functions of every system share, and what each system adds to them. Nobody outside platform/ needs it.
 
 namespace tarnby {
@@ -32,7 +34,7 @@ struct NumberSymbols {
   std::string decimal_point = ".";
 };
 
-/// The text of Text::byte_count with the given symbols.
-std::string write_byte_count(std::int64_t bytes, const NumberSymbols& symbols);
+/// The text of Text::byte_count with the given symbols and names of units.
+std::string write_byte_count(std::int64_t bytes, const NumberSymbols& symbols, const Localization& localization);
 
 }  // namespace tarnby

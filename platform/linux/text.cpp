@@ -185,8 +185,8 @@ struct Text::Locale {
   }
 };
 
-Text::Text(std::string_view collation_locale, std::string_view number_locale)
-    : locale_(std::make_unique<Locale>(collation_locale, number_locale)) {}
+Text::Text(std::string_view collation_locale, std::string_view number_locale, Localization localization)
+    : locale_(std::make_unique<Locale>(collation_locale, number_locale)), localization_(std::move(localization)) {}
 
 Text::~Text() = default;
 
@@ -210,7 +210,7 @@ std::vector<std::size_t> Text::order_of(const std::vector<std::string>& texts) c
 }
 
 std::string Text::byte_count(std::int64_t bytes) const {
-  return write_byte_count(bytes, locale_->symbols());
+  return write_byte_count(bytes, locale_->symbols(), localization_);
 }
 
 }  // namespace tarnby
