@@ -6,14 +6,29 @@
 
 namespace tarnby {
 
+namespace {
+
+std::vector<std::string> in_utf8(std::initializer_list<QString> values) {
+  std::vector<std::string> owned;
+  for (const QString& value : values) owned.push_back(value.toStdString());
+  return owned;
+}
+
+}  // namespace
+
 QString AppContext::text(const char* english) const {
   return QString::fromStdString(platform.localization.text(english));
 }
 
 QString AppContext::text(const char* english, std::initializer_list<QString> values) const {
-  std::vector<std::string> owned;
-  for (const QString& value : values) owned.push_back(value.toStdString());
-  return QString::fromStdString(platform.localization.text(english, owned));
+  return QString::fromStdString(platform.localization.text(english, in_utf8(values)));
+}
+
+QString AppContext::plural(std::int64_t count, const char* english_one, const char* english_other,
+                           std::initializer_list<QString> values) const {
+  std::vector<std::string> owned = in_utf8(values);
+  owned.push_back(number(count).toStdString());
+  return QString::fromStdString(platform.localization.plural(count, english_one, english_other, owned));
 }
 
 QString AppContext::byte_count(std::int64_t bytes) const {

@@ -35,6 +35,10 @@ struct AppContext {
   /// The text in the user's language; `values` take the places of its "%@".
   QString text(const char* english) const;
   QString text(const char* english, std::initializer_list<QString> values) const;
+  /// The form of a text that the language takes for that number; the number in the user's locale takes the place of its
+  /// "%@", or of the first after those of `values`.
+  QString plural(std::int64_t count, const char* english_one, const char* english_other,
+                 std::initializer_list<QString> values = {}) const;
   QString byte_count(std::int64_t bytes) const;
   /// A whole number in the user's locale.
   QString number(std::int64_t number) const;

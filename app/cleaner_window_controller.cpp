@@ -22,7 +22,7 @@ constexpr QSize least_size(820, 560);
 }  // namespace
 
 CleanerWindowController::CleanerWindowController(AppContext& context) : context_(context) {
-  setWindowTitle(context.text("Tarnby cleaner"));
+  setWindowTitle(QStringLiteral("Tarnby cleaner"));  // the program's name is the same in every language
   resize(usual_size);
   setMinimumSize(least_size);
   setMouseTracking(true);

@@ -1,12 +1,15 @@
 #include <QApplication>
+#include <QCommandLineParser>
 #include <cstdio>
 #include <cstring>
 
 #include "app/app_context.h"
 #include "app/cleaner_window_controller.h"
 #include "app/desktop/desktop_folder_chooser.h"
+#include "app/desktop/desktop_language.h"
 #include "app/desktop/desktop_look.h"
 #include "app/desktop/desktop_workspace.h"
+#include "app/desktop/resources.h"
 #include "app/qt_main_queue.h"
 #include "app/single_window.h"
 
@@ -20,13 +23,34 @@ void bring_to_front(QWidget& window) {
   window.activateWindow();
 }
 
+/// What the command line asks for; ends the program when it asks for anything else.
+Session session_asked_for(const QApplication& application) {
+  const QCommandLineOption languages(QStringLiteral("languages"),
+                                     QStringLiteral("Speak the first of these languages that there is, instead of the "
+                                                    "desktop's. Separated by commas."),
+                                     QStringLiteral("LIST"));
+  QCommandLineParser parser;
+  parser.addHelpOption();
+  parser.addOption(languages);
+  parser.process(application);
+  Session session = current_session();
+  if (parser.isSet(languages)) {
+    session.preferred_languages = languages_from_list(parser.value(languages).toStdString(), ',');
+  }
+  return session;
+}
+
 int run_window(QApplication& application) {
-  SingleWindow single(current_session().settings_folder);
+  const Session session = session_asked_for(application);
+  SingleWindow single(session.settings_folder);
   if (!single.is_first()) return 0;
   take_desktop_look(application);
 
   QtMainQueue main_queue;
-  Platform::set_shared(std::make_unique<Platform>(current_session(), nullptr, main_queue));
+  const Url tables = Url::file(resource_path(QStringLiteral("localization")).toStdString());
+  const Localization localization = Localization::for_languages(session.preferred_languages, tables);
+  take_desktop_language(application, localization);
+  Platform::set_shared(std::make_unique<Platform>(session, nullptr, main_queue, localization));
   Platform& platform = Platform::shared();
   TimerClock clock;
   BackgroundQueue errands;

@@ -111,13 +111,16 @@ Popover* Popover::present(std::unique_ptr<Screen> content, QWidget* window, cons
   return popover;
 }
 
-/// Beside what it points to, on the side where there is room.
+/// Beside what it points to: behind it in reading direction, or before it when there is no room.
 void Popover::place_content() {
   const QSize size = content().size();
-  const bool fits_right = anchor_.right() + 1 + pointer + size.width() <= width();
-  const int left = fits_right ? anchor_.right() + 1 + pointer : anchor_.left() - pointer - size.width();
+  const int on_the_left = anchor_.left() - pointer - size.width();
+  const int on_the_right = anchor_.right() + 1 + pointer;
+  const bool fits_right = on_the_right + size.width() <= width();
+  const bool goes_left = isRightToLeft() ? on_the_left >= 0 : !fits_right;
+  const int left = goes_left ? on_the_left : on_the_right;
   const int wanted = anchor_.center().y() - 2 * theme::panel_radius;
-  content().move(std::max(0, left), std::clamp(wanted, 0, std::max(0, height() - size.height())));
+  content().move(std::clamp(left, 0, std::max(0, width() - size.width())), std::clamp(wanted, 0, std::max(0, height() - size.height())));
 }
 
 void Popover::paintEvent(QPaintEvent*) {

@@ -16,7 +16,7 @@ struct RemovalRun {
 
   struct Left {
     Url url;
-    /// Why it is still there, in words.
+    /// Why it is still there, in English words that the tables of texts have.
     std::string reason;
   };
 

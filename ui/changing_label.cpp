@@ -2,6 +2,7 @@
 
 #include <QFontMetricsF>
 #include <QPainter>
+#include <QStyle>
 
 #include "ui/figures.h"
 #include "ui/motion.h"
@@ -39,7 +40,8 @@ void ChangingLabel::draw_line(QPainter& painter, const QString& line, double bel
   const QFont small_enough = fitted(font(), line, box.width());
   const QFontMetricsF metrics(small_enough);
   const double spare = box.width() - figures_width(small_enough, line);
-  const double left = alignment() & Qt::AlignHCenter ? spare / 2 : alignment() & Qt::AlignRight ? spare : 0;
+  const Qt::Alignment side = QStyle::visualAlignment(layoutDirection(), alignment());
+  const double left = side & Qt::AlignHCenter ? spare / 2 : side & Qt::AlignRight ? spare : 0;
   const double baseline = box.center().y() + (metrics.ascent() - metrics.descent()) / 2;
   draw_figures(painter, small_enough, {box.left() + left, baseline + below}, line);
 }

@@ -196,10 +196,11 @@ void ChartView::draw_legend(QPainter& painter) const {
   for (const Shown& shown : shown_) {
     if (!in_legend(shown)) continue;
     const QRectF row(theme::grid, top, width() - 2 * theme::grid, legend_row());
-    painter.fillPath(rounded_path({row.left(), row.center().y() - tag / 2, tag, tag}, 3), shown.segment.color);
+    const QRectF sign(row.left(), row.center().y() - tag / 2, tag, tag);
+    painter.fillPath(rounded_path(mirrored(*this, sign), 3), shown.segment.color);
     const QRectF text = row.adjusted(tag + theme::grid, 0, 0, 0);
     painter.setPen(theme::text);
-    painter.drawText(text, Qt::AlignVCenter,
+    painter.drawText(mirrored(*this, text), line_alignment(*this),
                      metrics.elidedText(shown.segment.label, Qt::ElideRight, static_cast<int>(text.width())));
     top += legend_row();
   }

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "ui/drawing.h"
 #include "ui/paths.h"
 #include "ui/theme.h"
 
@@ -71,13 +72,14 @@ void CheckButton::paintEvent(QPaintEvent*) {
   painter.setRenderHint(QPainter::Antialiasing);
   if (!isEnabled()) painter.setOpacity(disabled_opacity);
   const double side = check_box_side();
-  const QRectF box(margin, (height() - side) / 2, side, side);
+  const QRectF box = mirrored(*this, QRectF(margin, (height() - side) / 2, side, side));
   draw_check_box(painter, box, checkState());
   shade_state(painter, this, rounded_path(box, radius));
   painter.setOpacity(1);
   painter.setFont(font());
   painter.setPen(isEnabled() ? theme::text : theme::disabled_text());
-  painter.drawText(QRectF(rect()).adjusted(margin + side + text_gap, 0, 0, 0), Qt::AlignVCenter, text());
+  const QRectF beside = QRectF(rect()).adjusted(margin + side + text_gap, 0, 0, 0);
+  painter.drawText(mirrored(*this, beside), line_alignment(*this), text());
   constexpr double away = 2;
   if (shows_focus()) draw_focus_ring(painter, rounded_path(box.adjusted(-away, -away, away, away), radius + away));
 }

@@ -93,10 +93,12 @@ void DashView::paintEvent(QPaintEvent*) {
   for (int i = 0; i < static_cast<int>(steps_.size()); ++i) {
     const StepState state = state_of(i);
     const QColor color = state == StepState::now ? theme::text : theme::readable(theme::faint, theme::wave_ground);
-    draw_dot(painter, {left, (height() - dot) / 2, dot, dot}, state, color);
+    const double step = step_width(steps_[i]);
+    const QRectF words(left + dot + dot_gap, 0, step - dot - dot_gap, height());
+    draw_dot(painter, mirrored(*this, {left, (height() - dot) / 2, dot, dot}), state, color);
     painter.setFont(lettering(state));
-    painter.drawText(QRectF(left + dot + dot_gap, 0, width(), height()), Qt::AlignVCenter, steps_[i]);
-    left += step_width(steps_[i]) + gap;
+    painter.drawText(mirrored(*this, words), line_alignment(*this), steps_[i]);
+    left += step + gap;
   }
 }
 

@@ -45,7 +45,8 @@ void DisclosureButton::paintEvent(QPaintEvent*) {
   shade_state(painter, this, around);
   QRectF box(0, 0, triangle, triangle);
   box.moveCenter(QRectF(rect()).center());
-  painter.fillPath(pointer_path(box, 90 * turn_.value()), theme::secondary);
+  painter.fillPath(pointer_path(box, isRightToLeft() ? 180 - 90 * turn_.value() : 90 * turn_.value()),
+                   theme::secondary);
   if (shows_focus()) draw_focus_ring(painter, around);
 }
 

@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <QPainterPath>
 #include <QPen>
+#include <QStyle>
 #include <algorithm>
 
 #include "ui/theme.h"
@@ -18,6 +19,15 @@ Drawing::Drawing(QWidget* parent) : QWidget(parent) {
 QRectF Drawing::square(double margin) const {
   const double side = std::max(1.0, std::min(width(), height()) - 2 * margin);
   return QRectF((width() - side) / 2, (height() - side) / 2, side, side);
+}
+
+QRectF mirrored(const QWidget& widget, const QRectF& place) {
+  if (!widget.isRightToLeft()) return place;
+  return {widget.width() - place.right(), place.top(), place.width(), place.height()};
+}
+
+int line_alignment(const QWidget& widget) {
+  return static_cast<int>(QStyle::visualAlignment(widget.layoutDirection(), Qt::AlignLeft | Qt::AlignVCenter));
 }
 
 QLinearGradient ring_gradient(const QRectF& rect) {

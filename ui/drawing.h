@@ -23,6 +23,11 @@ class Drawing : public QWidget, public Speaks {
   QRectF square(double margin) const;
 };
 
+/// A place in a widget; where lines begin at the right it is on the other side.
+QRectF mirrored(const QWidget& widget, const QRectF& place);
+/// How a painter aligns a line in the middle of its height, at the side where lines begin.
+int line_alignment(const QWidget& widget);
+
 /// From the top left to the bottom right of `rect`, the colours of rings and marks.
 QLinearGradient ring_gradient(const QRectF& rect);
 

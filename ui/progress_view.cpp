@@ -16,12 +16,15 @@ constexpr int usual_width = 240;
 
 }  // namespace
 
-void draw_bar(QPainter& painter, const QRectF& bar, double part) {
+void draw_bar(QPainter& painter, const QRectF& bar, double part, Qt::LayoutDirection direction) {
   painter.fillPath(rounded_path(bar, bar.height()), theme::track);
   if (part <= 0) return;
   QRectF filled = bar;
   filled.setWidth(std::max(bar.height(), bar.width() * std::min(part, 1.0)));
+  const bool from_the_right = direction == Qt::RightToLeft;
+  if (from_the_right) filled.moveRight(bar.right());
   QLinearGradient gradient(bar.topLeft(), bar.topRight());
+  if (from_the_right) gradient = QLinearGradient(bar.topRight(), bar.topLeft());
   gradient.setColorAt(0, theme::gradient_start);
   gradient.setColorAt(1, theme::gradient_end);
   painter.fillPath(rounded_path(filled, bar.height()), gradient);
@@ -57,7 +60,7 @@ Spoken ProgressView::spoken() const {
 void ProgressView::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
-  draw_bar(painter, QRectF(0, (height() - thickness) / 2.0, width(), thickness), progress());
+  draw_bar(painter, QRectF(0, (height() - thickness) / 2.0, width(), thickness), progress(), layoutDirection());
 }
 
 }  // namespace tarnby

@@ -5,7 +5,7 @@
 
 namespace tarnby {
 
-/// A slim bar that fills from the left.
+/// A slim bar that fills from the side where lines begin.
 class ProgressView : public Drawing {
   Q_OBJECT
  public:
@@ -26,8 +26,8 @@ class ProgressView : public Drawing {
   Animation progress_;
 };
 
-/// A bar with round ends, filled from the left by `part`; what is filled is never shorter than a dot, unless nothing
-/// is.
-void draw_bar(QPainter& painter, const QRectF& bar, double part);
+/// A bar with round ends, filled by `part` from the side where lines begin; what is filled is never shorter than a dot,
+/// unless nothing is.
+void draw_bar(QPainter& painter, const QRectF& bar, double part, Qt::LayoutDirection direction);
 
 }  // namespace tarnby

@@ -52,14 +52,16 @@ Spoken SpaceView::spoken() const {
 void SpaceView::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
-  draw_bar(painter, QRectF(0, 0, width(), thickness), filled());
+  draw_bar(painter, QRectF(0, 0, width(), thickness), filled(), layoutDirection());
   const QFont font = fitted(lettering(), used_text_ + QStringLiteral("    ") + free_text_, width());
   const QFontMetricsF metrics(font);
   const double baseline = thickness + theme::grid + metrics.ascent();
   painter.setPen(theme::text);
-  draw_figures(painter, font, {0, baseline}, used_text_);
+  const double end_of_used = width() - figures_width(font, used_text_);
+  const double end_of_free = width() - figures_width(font, free_text_);
+  draw_figures(painter, font, {isRightToLeft() ? end_of_used : 0, baseline}, used_text_);
   painter.setPen(theme::secondary);
-  draw_figures(painter, font, {width() - figures_width(font, free_text_), baseline}, free_text_);
+  draw_figures(painter, font, {isRightToLeft() ? 0 : end_of_free, baseline}, free_text_);
 }
 
 }  // namespace tarnby

@@ -44,13 +44,15 @@ void SwitchButton::paintEvent(QPaintEvent*) {
   const QPainterPath shape = rounded_path(track, track_height / 2);
   painter.fillPath(shape, theme::blend(theme::rgb(0x7A7D8C), theme::accent, knob_.value()));
   shade_state(painter, this, shape);
+  const bool to_the_left = isRightToLeft();
   if (isChecked()) {
-    const QRectF mark(track.left() + 4, track.top() + 3, 18, 18);
+    const QRectF mark(to_the_left ? track.right() - 22 : track.left() + 4, track.top() + 3, 18, 18);
     painter.strokePath(check_path(mark), QPen(theme::on_accent, 2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
   }
   constexpr double inset = 2;
   const double knob = track_height - 2 * inset;
-  const double left = track.left() + inset + knob_.value() * (track_width - track_height);
+  const double part = to_the_left ? 1 - knob_.value() : knob_.value();
+  const double left = track.left() + inset + part * (track_width - track_height);
   painter.setPen(Qt::NoPen);
   painter.setBrush(theme::text);
   painter.drawEllipse(QRectF(left, track.top() + inset, knob, knob));

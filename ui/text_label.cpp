@@ -15,6 +15,11 @@ QLabel* text_label(const QString& text, theme::Type type, const QColor& color, Q
   return label;
 }
 
+void align_at_beginning(QLabel* label, Qt::Alignment vertical) {
+  const Qt::Alignment side = label->isRightToLeft() ? Qt::AlignRight : Qt::AlignLeft;
+  label->setAlignment(side | Qt::AlignAbsolute | vertical);
+}
+
 QLabel* paragraph(const QString& text, theme::Type type, const QColor& color, int most_width, QWidget* parent) {
   QLabel* label = text_label(text, type, color, parent);
   label->setWordWrap(true);

@@ -10,6 +10,9 @@ namespace tarnby {
 QLabel* text_label(const QString& text, theme::Type type, const QColor& color, QWidget* parent,
                    theme::Weight weight = theme::Weight::regular);
 
+/// Lets the lines begin where the window's lines do, also those of a text in another direction, such as a name.
+void align_at_beginning(QLabel* label, Qt::Alignment vertical = Qt::AlignVCenter);
+
 /// A paragraph: wraps, and is at most this many pixels wide at text scale 1.
 QLabel* paragraph(const QString& text, theme::Type type, const QColor& color, int most_width, QWidget* parent);
 

@@ -88,9 +88,9 @@ void CleanedViewController::update_left() {
   left_button->setVisible(removal.running || !removal.left.empty());
   left_button->setEnabled(!removal.running);
   const auto count = static_cast<std::int64_t>(removal.left.size());
-  left_button->setText(removal.running ? context_.text("Still removing…")
-                       : count == 1    ? context_.text("One entry could not be removed")
-                                       : context_.text("%@ entries could not be removed", {context_.number(count)}));
+  left_button->setText(
+      removal.running ? context_.text("Still removing…")
+                      : context_.plural(count, "One entry could not be removed", "%@ entries could not be removed"));
   left_button->updateGeometry();
 }
 

@@ -6,7 +6,7 @@
 namespace tarnby {
 
 UninstallerOrvaneViewcontroller::UninstallerOrvaneViewcontroller(AppContext& context) : Screen(context) {
-  setWindowTitle(context.text("Uninstaller Orvane"));
+  setWindowTitle(QStringLiteral("Uninstaller Orvane"));  // a name, the same in every language
   const Question question =
       ask(*this,
           context.text("Removes applications together with everything they have spread over your disk, so that "

@@ -35,11 +35,13 @@ LeftPanel::LeftPanel(AppContext& context) : Screen(context) {
   const Url& home = context.sharedCleaner().url_home;
   for (std::size_t at = 0; at < std::min(left.size(), most_shown); ++at) {
     const QString reason = context.text(left[at].reason.c_str());
-    auto* item = new QListWidgetItem(context.text("%@: %@", {QString::fromStdString(short_path(left[at].url, home)), reason}), list);
+    auto* item = new QListWidgetItem(
+        context.text("%@: %@", {QString::fromStdString(short_path(left[at].url, home)), reason}), list);
     item->setToolTip(QString::fromStdString(left[at].url.path()));
   }
   if (left.size() > most_shown) {
-    list->addItem(context.text("and %@ more", {context.number(static_cast<std::int64_t>(left.size() - most_shown))}));
+    const auto more = static_cast<std::int64_t>(left.size() - most_shown);
+    list->addItem(context.plural(more, "and one more", "and %@ more"));
   }
   layout->addWidget(list);
   auto* close = new PushButton(context.text("Close"), ButtonKind::accent, this);

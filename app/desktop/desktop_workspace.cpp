@@ -1,32 +1,19 @@
 #include "app/desktop/desktop_workspace.h"
 
-#include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDesktopServices>
-#include <QDir>
 #include <QFileInfo>
 #include <QProcess>
 #include <QWidget>
 
 #include "app/desktop/information_window.h"
 #include "app/desktop/preview_panel.h"
+#include "app/desktop/resources.h"
 
 namespace tarnby {
-
-namespace {
-
-/// Where the program's resources are: beside an installed program, or in the folder that it was built from.
-QString resource_path(std::string_view name) {
-  const QString file = QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()));
-  const QString installed = QCoreApplication::applicationDirPath() + QStringLiteral("/../share/tarnby-cleaner/") + file;
-  if (QFileInfo::exists(installed)) return QDir::cleanPath(installed);
-  return QStringLiteral(TARNBY_RESOURCES "/") + file;
-}
-
-}  // namespace
 
 QUrl DesktopWorkspace::file_url(const Url& entry) {
   const QByteArray path = QByteArray::fromStdString(entry.path());
@@ -77,7 +64,11 @@ void DesktopWorkspace::launch(const Url& application) {
 
 void DesktopWorkspace::open_link(std::string_view address) {
   const QString text = QString::fromUtf8(address.data(), static_cast<qsizetype>(address.size()));
-  QDesktopServices::openUrl(text.contains(u':') ? QUrl(text) : QUrl::fromLocalFile(resource_path(address)));
+  if (text.contains(u':')) {
+    QDesktopServices::openUrl(QUrl(text));
+  } else {
+    QDesktopServices::openUrl(QUrl::fromLocalFile(page_path(text, platform_.localization.language())));
+  }
 }
 
 }  // namespace tarnby

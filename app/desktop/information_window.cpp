@@ -14,15 +14,15 @@ namespace {
 const char* kind_name(EntryKind kind) {
   switch (kind) {
     case EntryKind::file:
-      return "File";
+      return english("File");
     case EntryKind::folder:
-      return "Folder";
+      return english("Folder");
     case EntryKind::link:
-      return "Link";
+      return english("Link");
     case EntryKind::other:
-      return "Special file";
+      return english("Special file");
     case EntryKind::none:
-      return "Not there any more";
+      return english("Not there any more");
   }
   return "";
 }
@@ -47,11 +47,11 @@ InformationWindow::InformationWindow(Platform& platform, BackgroundQueue& errand
   auto* form = new QFormLayout(this);
   form->setContentsMargins(3 * theme::grid, 3 * theme::grid, 3 * theme::grid, 3 * theme::grid);
   form->setSpacing(theme::grid);
-  add_line(form, "Name", readable(name));
-  QLabel* kind = add_line(form, "Kind", QStringLiteral("…"));
-  QLabel* size = add_line(form, "Size", QStringLiteral("…"));
-  add_line(form, "Where", readable(entry.parent().path()));
-  QLabel* changed = add_line(form, "Changed", QStringLiteral("…"));
+  add_line(form, english("Name"), readable(name));
+  QLabel* kind = add_line(form, english("Kind"), QStringLiteral("…"));
+  QLabel* size = add_line(form, english("Size"), QStringLiteral("…"));
+  add_line(form, english("Where"), readable(entry.parent().path()));
+  QLabel* changed = add_line(form, english("Changed"), QStringLiteral("…"));
   errands.async([here = std::weak_ptr(here_), entry, &platform, kind, size, changed] {
     if (here.expired()) return;
     auto facts = std::make_shared<Facts>(look_at(platform, entry));
@@ -82,7 +82,7 @@ InformationWindow::Facts InformationWindow::look_at(Platform& platform, const Ur
 QLabel* InformationWindow::add_line(QFormLayout* form, const char* name, const QString& value) {
   QLabel* title = text_label(text(name), theme::Type::detail, theme::readable(theme::secondary, theme::sheet), this);
   QLabel* said = text_label(value, theme::Type::detail, theme::text, this);
-  said->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+  align_at_beginning(said);
   said->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
   said->setAccessibleName(text(name));
   said->setAccessibleDescription(value);

@@ -28,10 +28,13 @@ struct ShowRow {
 };
 
 constexpr ShowRow show_rows[] = {
-    {"caches", "Show", &Cleaner::url_caches, true},   {"logs", "Show", &Cleaner::url_logs, true},
-    {"trash", "Show", &Cleaner::url_trash, true},     {"downloads", "Show", &Cleaner::url_downloads, true},
-    {"mails", "Show", &Cleaner::url_mails, false},    {"large-files", "Choose…", nullptr, false},
-    {"browsers", "Choose browsers…", nullptr, false},
+    {"caches", english("Show"), &Cleaner::url_caches, true},
+    {"logs", english("Show"), &Cleaner::url_logs, true},
+    {"trash", english("Show"), &Cleaner::url_trash, true},
+    {"downloads", english("Show"), &Cleaner::url_downloads, true},
+    {"mails", english("Show"), &Cleaner::url_mails, false},
+    {"large-files", english("Choose…"), nullptr, false},
+    {"browsers", english("Choose browsers…"), nullptr, false},
 };
 
 const ShowRow* show_row(std::string_view type) {
@@ -52,7 +55,7 @@ CategoryAbout::CategoryAbout(AppContext& context, std::string_view type) : Scree
   QLabel* words = paragraph(context.text(look_of(type).about_text), theme::Type::detail,
                             theme::readable(theme::secondary, theme::panel_ground()), text_width, this);
   for (QLabel* label : {title, words}) {
-    label->setAlignment(Qt::AlignLeading | Qt::AlignTop);
+    align_at_beginning(label, Qt::AlignTop);
     layout->addWidget(label);
   }
   setAccessibleName(title->text());

@@ -55,7 +55,7 @@ QWidget* CategoryPage::row_line(const JunkRow& row, QWidget* parent) {
   auto* line = new QWidget(parent);
   line->setMinimumHeight(theme::row_height);
   auto* layout = new QHBoxLayout(line);
-  layout->setContentsMargins(0, 0, theme::grid, 0);
+  layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(theme::grid);
   const QString label = context_.text(row.label);
   auto category = std::make_unique<Category>();
@@ -76,6 +76,7 @@ QWidget* CategoryPage::row_line(const JunkRow& row, QWidget* parent) {
   layout->addWidget(shown.info);
   layout->addStretch();
   layout->addWidget(shown.size_label);
+  layout->addSpacing(theme::grid);  // a margin would not change sides with the reading direction
   connect(shown.button, &QAbstractButton::clicked, this, [this, &shown](bool on) { toggle(shown, on); });
   connect(shown.info, &QAbstractButton::clicked, this, [this, &shown] { about(shown); });
   categories_.push_back(std::move(category));

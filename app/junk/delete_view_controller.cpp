@@ -23,11 +23,11 @@ struct TextRow {
 };
 
 constexpr TextRow text_rows[] = {
-    {milliseconds(800), "Logs", "Applications logs"},               // clean_in_apps_logs
-    {milliseconds(1500), "Remainders", "Applications remainders"},  // clean_in_apps_remainders
-    {milliseconds(1800), "Downloads", "Downloads"},                 // clean_in_downloads
-    {milliseconds(2200), "Trash", "Trash Bin"},                     // clean_in_trash
-    {milliseconds(2700), "Mails", "Mail attachments"},              // clean_in_mails
+    {milliseconds(800), "Logs", english("Applications logs")},               // clean_in_apps_logs
+    {milliseconds(1500), "Remainders", english("Applications remainders")},  // clean_in_apps_remainders
+    {milliseconds(1800), "Downloads", english("Downloads")},                 // clean_in_downloads
+    {milliseconds(2200), "Trash", english("Trash Bin")},                     // clean_in_trash
+    {milliseconds(2700), "Mails", english("Mail attachments")},              // clean_in_mails
 };
 constexpr milliseconds complete_delay{3300};
 
@@ -71,7 +71,7 @@ void DeleteViewController::schedule_texts() {
   const auto in_category = [this](const char* category) {
     return context_.text("Cleanup in \"%@\"", {context_.text(category)});
   };
-  clean_label->show_text(app_settings.boolean("Caches") ? in_category("Applications caches")
+  clean_label->show_text(app_settings.boolean("Caches") ? in_category(english("Applications caches"))
                                                         : context_.text("Clean up..."));
   for (const TextRow& row : text_rows) {
     after(row.delay, [this, &row, in_category] {

@@ -2,23 +2,27 @@
 
 #include <algorithm>
 
+#include "platform/localization.h"
+
 namespace tarnby {
 
 namespace {
 
 constexpr JunkRow applications[] = {
-    {"caches", "Applications caches", &Cleaner::apps_caches_item, "Caches", "move_applications_cache", "AboutCaches"},
-    {"logs", "Applications logs", &Cleaner::apps_logs_item, "Logs", "move_applications_logs", "AboutLogs"},
-    {"remainders", "Applications remainders", &Cleaner::apps_remainders_item, "Remainders",
+    {"caches", english("Applications caches"), &Cleaner::apps_caches_item, "Caches", "move_applications_cache",
+     "AboutCaches"},
+    {"logs", english("Applications logs"), &Cleaner::apps_logs_item, "Logs", "move_applications_logs", "AboutLogs"},
+    {"remainders", english("Applications remainders"), &Cleaner::apps_remainders_item, "Remainders",
      "move_applications_remainders", "AboutRemainders"},
-    {"browsers", "Browsers", &Cleaner::browser_item, "Browsers", "move_browsers", "AboutBrowsers"},
+    {"browsers", english("Browsers"), &Cleaner::browser_item, "Browsers", "move_browsers", "AboutBrowsers"},
 };
 
 constexpr JunkRow media[] = {
-    {"downloads", "Downloads", &Cleaner::downloads_item, "Downloads", "move_media_downloads", "AboutDownloads"},
-    {"trash", "Trash Bin", &Cleaner::trash_item, "Trash", "move_media_trash", "AboutTrash"},
-    {"mails", "Mail attachments", &Cleaner::mails_item, "Mails", "move_media_mails", "AboutMails"},
-    {"large-files", "Large files", &Cleaner::large_files_item, "LargeFiles", "move_media_large_files",
+    {"downloads", english("Downloads"), &Cleaner::downloads_item, "Downloads", "move_media_downloads",
+     "AboutDownloads"},
+    {"trash", english("Trash Bin"), &Cleaner::trash_item, "Trash", "move_media_trash", "AboutTrash"},
+    {"mails", english("Mail attachments"), &Cleaner::mails_item, "Mails", "move_media_mails", "AboutMails"},
+    {"large-files", english("Large files"), &Cleaner::large_files_item, "LargeFiles", "move_media_large_files",
      "AboutLargeFiles"},
 };
 

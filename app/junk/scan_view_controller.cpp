@@ -36,8 +36,8 @@ bool media_is_ready(const Cleaner& cleaner) {
   return cleaner.media_search_coomplete;
 }
 
-constexpr const char* wait = "Wait...";
-constexpr const char* clean = "In \"%@\" everything is clean";
+constexpr const char* wait = english("Wait...");
+constexpr const char* clean = english("In \"%@\" everything is clean");
 
 }  // namespace
 
@@ -46,7 +46,7 @@ const ScanViewController::Flicker ScanViewController::caches = {
     ""};
 const ScanViewController::Flicker ScanViewController::logs = {
     [](const Cleaner& cleaner) -> const Files* { return files_of(cleaner.apps_logs_item); }, apps_are_ready, clean,
-    "Applications logs"};
+    english("Applications logs")};
 // The applications that were looked through for what removed ones have left.
 const ScanViewController::Flicker ScanViewController::remainders = {
     [](const Cleaner& cleaner) -> const Files* { return &cleaner.remainders().installedApplications; }, apps_are_ready,
@@ -55,10 +55,10 @@ const ScanViewController::Flicker ScanViewController::browsers = {
     [](const Cleaner& cleaner) -> const Files* { return files_of(cleaner.browser_item); }, apps_are_ready, wait, ""};
 const ScanViewController::Flicker ScanViewController::trash = {
     [](const Cleaner& cleaner) -> const Files* { return files_of(cleaner.trash_item); }, media_is_ready, clean,
-    "Trash Bin"};
+    english("Trash Bin")};
 const ScanViewController::Flicker ScanViewController::mails = {
     [](const Cleaner& cleaner) -> const Files* { return files_of(cleaner.mails_item); }, media_is_ready, clean,
-    "Mail attachments"};
+    english("Mail attachments")};
 
 ScanViewController::ScanViewController(AppContext& context)
     : Screen(context),
@@ -102,7 +102,7 @@ void ScanViewController::scan_open_anim() {
   text->setText(context_.text(wait));
   scanView->show_number(context_.byte_count(0));
   scanView->show_caption(context_.text("found so far"));
-  show_category("Applications caches");
+  show_category(english("Applications caches"));
   scanView->animate_stroke_end(0.5, half_ring_ms);
 }
 
@@ -133,17 +133,17 @@ bool ScanViewController::tick(const Flicker& flicker, std::size_t& count) {
 }
 
 void ScanViewController::animation_apps_caches() {
-  show_category("Applications logs");
+  show_category(english("Applications logs"));
   start_flicker(logs);
 }
 
 void ScanViewController::animation_apps_remainders() {
-  show_category("Applications remainders");
+  show_category(english("Applications remainders"));
   start_flicker(remainders);
 }
 
 void ScanViewController::animation_browsers() {
-  show_category("Browsers");
+  show_category(english("Browsers"));
   start_flicker(browsers);
 }
 
@@ -159,14 +159,14 @@ void ScanViewController::animation_trash() {
   }
   scanView->animate_stroke_end(1, rest_of_ring_ms);
   scanView->show_number(context_.byte_count(sharedCleaner.apps_junk_size));
-  show_category("Trash Bin");
+  show_category(english("Trash Bin"));
   start_flicker(trash);
   after(until_mails, [this] { animation_mails(); });
   after(until_complete, [this] { scan_complete(); });
 }
 
 void ScanViewController::animation_mails() {
-  show_category("Mail attachments");
+  show_category(english("Mail attachments"));
   start_flicker(mails);
 }
 

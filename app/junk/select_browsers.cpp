@@ -24,7 +24,7 @@ SelectBrowsers::SelectBrowsers(AppContext& context)
   layout->setContentsMargins(20, 20, 20, 20);
   layout->setSpacing(theme::grid);
   QLabel* title = text_label(windowTitle(), theme::Type::title, theme::text, this, theme::Weight::strong);
-  title->setAlignment(Qt::AlignLeading);
+  align_at_beginning(title);
   layout->addWidget(title);
   add_row(chrome, chrome_button, chrome_size);
   add_row(mozilla, mozilla_button, mozilla_size);
@@ -41,7 +41,7 @@ void SelectBrowsers::add_row(const Browser& browser, CheckButton*& button, QLabe
   row->setContentsMargins(0, 0, 0, 0);
   const auto& item = sharedCleaner.*browser.item;
   const std::int64_t bytes = item ? item->size : 0;
-  button = new CheckButton(line, context_.text(browser.name));
+  button = new CheckButton(line, QString::fromUtf8(browser.name));
   button->setEnabled(bytes >= 1);
   button->setChecked(bytes >= 1 && app_settings.boolean(browser.setting));
   size = text_label(context_.byte_count(bytes), theme::Type::body, theme::text, line);

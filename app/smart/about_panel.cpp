@@ -34,7 +34,7 @@ AboutPanel::AboutPanel(AppContext& context, std::string_view type) : Screen(cont
   QLabel* words = paragraph(context.text(look_of(type).about_text), theme::Type::detail,
                             theme::readable(theme::secondary, theme::sheet), text_width, this);
   for (QLabel* label : {title, words}) {
-    label->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    align_at_beginning(label, Qt::AlignTop);
     layout->addWidget(label);
   }
   setAccessibleName(title->text());

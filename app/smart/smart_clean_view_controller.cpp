@@ -4,6 +4,7 @@
 #include <QItemSelectionModel>
 #include <QMenu>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "app/category_look.h"
 #include "app/overlay.h"
@@ -17,6 +18,8 @@ namespace tarnby {
 namespace {
 
 constexpr int chart_panel_width = 268;
+constexpr int widest_chart_panel = 360;
+constexpr int chart_edge = 3 * theme::grid;
 
 }  // namespace
 
@@ -38,15 +41,17 @@ SmartCleanViewController::SmartCleanViewController(AppContext& context)
   layout->addWidget(bottom_bar());
   make_menu();
   update_ui();
+  // Everything is ticked now, so the legend is as wide as it will ever be.
+  const int wanted = chart->sizeHint().width() + 2 * chart_edge;
+  chart->parentWidget()->setFixedWidth(std::clamp(wanted, chart_panel_width, widest_chart_panel));
   size->show_text(context.byte_count(sharedCleaner.total_smart_size));
   outlineview->setFocus();
 }
 
 QWidget* SmartCleanViewController::chart_panel() {
   auto* panel = new Panel(this);
-  panel->setFixedWidth(chart_panel_width);
   auto* layout = new QVBoxLayout(panel);
-  layout->setContentsMargins(3 * theme::grid, 28, 3 * theme::grid, 3 * theme::grid);
+  layout->setContentsMargins(chart_edge, 28, chart_edge, chart_edge);
   chart = new ChartView(context_.clock, panel);
   chart->setAccessibleName(context_.text("Selected, by category"));
   layout->addWidget(chart, 1);
@@ -111,11 +116,11 @@ void SmartCleanViewController::make_menu() {
   const auto add = [&](const char* text, auto operation) {
     connect(cleanItemMenu->addAction(context_.text(text)), &QAction::triggered, this, operation);
   };
-  add("Show in file viewer", &SmartCleanViewController::show_item_in_finder);
-  add("Preview", &SmartCleanViewController::quick_look_item);
+  add(english("Show in file viewer"), &SmartCleanViewController::show_item_in_finder);
+  add(english("Preview"), &SmartCleanViewController::quick_look_item);
   cleanItemMenu->actions().last()->setShortcut(QKeySequence(Qt::SHIFT | Qt::Key_Space));
   cleanItemMenu->actions().last()->setShortcutContext(Qt::WidgetShortcut);  // shown here, answered by the outline
-  add("Get info", &SmartCleanViewController::get_item_info);
+  add(english("Get info"), &SmartCleanViewController::get_item_info);
   connect(cleanItemMenu, &QMenu::aboutToHide, this, &SmartCleanViewController::menuDidClose);
 }
 

@@ -128,9 +128,9 @@ QString SmartOutlineModel::place(const CleanerEntry& entry) const {
 }
 
 QString SmartOutlineModel::spoken(const QString& label, std::int64_t size, Qt::CheckState state) const {
-  const char* said = state == Qt::Checked            ? "%@, %@, ticked"
-                     : state == Qt::PartiallyChecked ? "%@, %@, partly ticked"
-                                                     : "%@, %@, not ticked";
+  const char* said = state == Qt::Checked            ? english("%@, %@, ticked")
+                     : state == Qt::PartiallyChecked ? english("%@, %@, partly ticked")
+                                                     : english("%@, %@, not ticked");
   return context_.text(said, {label, context_.byte_count(size)});
 }
 

@@ -162,8 +162,11 @@ void SmartOutlineRows::paint(QPainter* painter, const QStyleOptionViewItem& opti
   };
   text(row.label, label_font(group), theme::text, index.data().toString(), Qt::ElideMiddle);
   const QString note = index.data(OutlineModel::note_role).toString();
-  if (!note.isEmpty() && row.note.width() > 3 * theme::grid) {
-    text(row.note, theme::font(theme::Type::note), quiet, note, Qt::ElideRight);
+  const QFont notes = theme::font(theme::Type::note);
+  // A place is understood from its beginning; what is said of a group is said whole or not at all.
+  const int least = group ? QFontMetrics(notes).horizontalAdvance(note) : 3 * theme::grid;
+  if (!note.isEmpty() && row.note.width() >= least) {
+    text(row.note, notes, quiet, note, Qt::ElideRight);
   }
   const QFont sizes = size_font(group);
   const QFontMetricsF metrics(sizes);

@@ -40,9 +40,7 @@ WarningCleanupViewController::WarningCleanupViewController(AppContext& context) 
 }
 
 void WarningCleanupViewController::show_amount(const QString& size, std::size_t entries) {
-  const QString count = context_.number(static_cast<std::int64_t>(entries));
-  amount_->setText(entries == 1 ? context_.text("%@ in one entry", {size})
-                                : context_.text("%@ in %@ entries", {size, count}));
+  amount_->setText(context_.plural(static_cast<std::int64_t>(entries), "%@ in one entry", "%@ in %@ entries", {size}));
   setAccessibleDescription(amount_->text());
 }
 

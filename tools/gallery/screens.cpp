@@ -133,8 +133,8 @@ void cleaned_all(Stage& stage) {
 
 void leave_some(Stage& stage) {
   const Url logs = stage.home().appending("Library/Logs");
-  stage.context().removal.left = {{logs.appending("DiagnosticReports"), "Permission denied"},
-                                  {logs.appending("Sketchbook"), "Device or resource busy"}};
+  stage.context().removal.left = {{logs.appending("DiagnosticReports"), "permission denied"},
+                                  {logs.appending("Sketchbook"), "it is in use"}};
 }
 
 void cleaned_left(Stage& stage) {

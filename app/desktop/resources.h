@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QString>
+#include <string>
+
+namespace tarnby {
+
+/// Where a file or folder of the program's resources is, as an absolute path: beside an installed program, in
+/// share/tarnby-cleaner, or in the folder that it was built from.
+QString resource_path(const QString& name);
+
+/// The same for a page that may be there in a language: "help/page.de.html" beside "help/page.html", which serves all
+/// others.
+QString page_path(const QString& name, const std::string& language);
+
+}  // namespace tarnby
