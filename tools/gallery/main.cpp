@@ -1,5 +1,6 @@
 // Draws every screen and every widget in their states into pictures, to be looked at:  gallery FOLDER [PART-OF-A-NAME]
-// Each comes as NAME.png, in the sharpness of a 1.5x and a 2x display, and once with larger texts. Needs no display.
+// Each comes as NAME.png, in the sharpness of a 1.5x and a 2x display, and once with larger texts; screens also in
+// longer texts, mirrored, and in two languages. Needs no display.
 #include <QApplication>
 #include <QDir>
 #include <QImage>
@@ -8,6 +9,7 @@
 
 #include "app/desktop/desktop_look.h"
 #include "tools/gallery/board.h"
+#include "tools/gallery/languages.h"
 #include "tools/gallery/stage.h"
 #include "ui/changing_label.h"
 #include "ui/theme.h"
@@ -20,8 +22,28 @@ struct Variant {
   double sharpness;
   double board_text_scale;
   double screen_text_scale;
+  /// Of the screens alone; English without it.
+  Localization (*language)() = nullptr;
+  Qt::LayoutDirection direction = Qt::LeftToRight;
 };
-constexpr Variant variants[] = {{"", 1, 1, 1}, {"@1.5x", 1.5, 1, 1}, {"@2x", 2, 1, 1}, {"-large-text", 1, 2, 1.25}};
+
+Localization german() {
+  return in_language("de");
+}
+Localization japanese() {
+  return in_language("ja");
+}
+
+constexpr Variant variants[] = {
+    {"", 1, 1, 1},
+    {"@1.5x", 1.5, 1, 1},
+    {"@2x", 2, 1, 1},
+    {"-large-text", 1, 2, 1.25},
+    {"-pseudo", 1, 1, 1, in_pseudo_language},
+    {"-german", 1, 1, 1, german},
+    {"-japanese", 1, 1, 1, japanese},
+    {"-rtl", 1, 1, 1, nullptr, Qt::RightToLeft},
+};
 
 QString file_name(const char* name, const Variant& variant) {
   return QString::fromUtf8(name) + QString::fromUtf8(variant.suffix) + QStringLiteral(".png");
@@ -49,6 +71,7 @@ bool save(QWidget* ground, const QString& path, double sharpness) {
 
 bool draw_board(const BoardRow& row, const Variant& variant, const QDir& folder) {
   theme::set_text_scale(variant.board_text_scale);
+  QApplication::setLayoutDirection(variant.direction);
   Board board;
   row.fill(board);
   board.show();
@@ -65,7 +88,8 @@ bool draw_board(const BoardRow& row, const Variant& variant, const QDir& folder)
 
 bool draw_stage(const StageRow& row, const Variant& variant, const QDir& folder) {
   theme::set_text_scale(variant.screen_text_scale);
-  Stage stage;
+  QApplication::setLayoutDirection(variant.direction);
+  Stage stage(variant.language == nullptr ? Localization() : variant.language());
   row.fill(stage);
   stage.pass(100);
   return save(stage.window(), folder.filePath(file_name(row.name, variant)), variant.sharpness);
@@ -78,6 +102,7 @@ bool draw_all(const QDir& folder, std::string_view part) {
       if (!draw_stage(row, variant, folder)) return false;
     }
     for (const BoardRow& row : component_boards()) {
+      if (variant.language != nullptr) break;
       if (std::string_view(row.name).find(part) == std::string_view::npos) continue;
       if (!draw_board(row, variant, folder)) return false;
     }

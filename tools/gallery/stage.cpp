@@ -103,13 +103,14 @@ class Stage::NoChooser : public FolderChooser {
   void choose(QWidget*, const FolderRequest&, Done) override {}
 };
 
-Stage::Stage()
+Stage::Stage(Localization localization)
     : queue_(std::make_unique<Queue>()),
       workspace_(std::make_unique<NoWorkspace>()),
       chooser_(std::make_unique<NoChooser>()),
       window_(std::make_unique<QWidget>()) {
   QDir(folder_.path()).mkdir(QStringLiteral("ada"));
-  platform_ = std::make_unique<Platform>(invented_session(folder_), open_settings_file(Url()), *queue_);
+  platform_ = std::make_unique<Platform>(invented_session(folder_), open_settings_file(Url()), *queue_,
+                                         std::move(localization));
   delegate_ = std::make_unique<AppDelegate>(platform_->app_settings, [] {});
   application_ = std::make_unique<Application>(*platform_);
   cache_ = std::make_unique<Cache>(*platform_, *application_);

@@ -16,7 +16,8 @@ namespace tarnby {
 /// A window that shows one screen by itself, with an engine whose results are invented and with nothing of the desktop.
 class Stage {
  public:
-  Stage();
+  /// @param localization the language of the screen; English without it.
+  explicit Stage(Localization localization = {});
   ~Stage();
 
   AppContext& context() { return *context_; }
