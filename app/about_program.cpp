@@ -17,7 +17,7 @@ AboutProgram::AboutProgram(AppContext& context) : Screen(context) {
   auto* mark = new CleanedMark(context.clock, this);
   layout->addWidget(mark, 0, Qt::AlignHCenter);
   layout->addWidget(
-      text_label(context.text("Tarnby cleaner"), theme::Type::heading, theme::text, this, theme::Weight::strong));
+      text_label(QStringLiteral("Tarnby cleaner"), theme::Type::heading, theme::text, this, theme::Weight::strong));
   const QColor quiet = theme::readable(theme::secondary, theme::sheet);
   layout->addWidget(text_label(context.text("Version %@", {QCoreApplication::applicationVersion()}),
                                theme::Type::detail, quiet, this));

@@ -45,20 +45,21 @@ void CleanerWindowController::make_menus() {
   const auto sheet = [this](const char* identifier) {
     Sheet::present(ScreenCatalogue::main().make(identifier, context_), this);
   };
-  QMenu* program = menuBar()->addMenu(context_.text("&Tarnby cleaner"));
-  add(program, "About Tarnby cleaner", {}, QAction::AboutRole, [this] { show_about(); });
-  add(program, "Preferences…", QKeySequence(Qt::CTRL | Qt::Key_Comma), QAction::PreferencesRole,
+  QMenu* program = menuBar()->addMenu(QStringLiteral("&Tarnby cleaner"));
+  add(program, english("About Tarnby cleaner"), {}, QAction::AboutRole, [this] { show_about(); });
+  add(program, english("Preferences…"), QKeySequence(Qt::CTRL | Qt::Key_Comma), QAction::PreferencesRole,
       [sheet] { sheet("Preferences"); });
   program->addSeparator();
-  add(program, "Quit", QKeySequence::Quit, QAction::QuitRole, [this] { close(); });
+  add(program, english("Quit"), QKeySequence::Quit, QAction::QuitRole, [this] { close(); });
   QMenu* actions = menuBar()->addMenu(context_.text("&Scan"));
   // Only where the person is not in the middle of something: from the home screen.
-  QAction* scan = add(actions, "Smart scan", QKeySequence(Qt::CTRL | Qt::Key_R), QAction::NoRole, [this] {
+  QAction* scan = add(actions, english("Smart scan"), QKeySequence(Qt::CTRL | Qt::Key_R), QAction::NoRole, [this] {
     if (auto* home = home_screen()) home->search();
   });
-  QAction* categories = add(actions, "Categories", QKeySequence(Qt::CTRL | Qt::Key_K), QAction::NoRole, [this] {
-    if (auto* home = home_screen()) home->show_categories();
-  });
+  QAction* categories =
+      add(actions, english("Categories"), QKeySequence(Qt::CTRL | Qt::Key_K), QAction::NoRole, [this] {
+        if (auto* home = home_screen()) home->show_categories();
+      });
   connect(actions, &QMenu::aboutToShow, this, [this, scan, categories] {
     for (QAction* action : {scan, categories}) action->setEnabled(home_screen() != nullptr);
   });
@@ -66,10 +67,10 @@ void CleanerWindowController::make_menus() {
     for (QAction* action : {scan, categories}) action->setEnabled(true);  // or their keys would stay dead
   });
   QMenu* help = menuBar()->addMenu(context_.text("&Help"));
-  add(help, "About folder access", {}, QAction::NoRole,
+  add(help, english("About folder access"), {}, QAction::NoRole,
       [this] { context_.workspace.open_link(links::folder_access_page); });
   if (!links::feedback.empty()) {
-    add(help, "Send feedback…", {}, QAction::NoRole, [this] { showFeedbackDialog(); });
+    add(help, english("Send feedback…"), {}, QAction::NoRole, [this] { showFeedbackDialog(); });
   }
 }
 

@@ -21,16 +21,15 @@ struct PageRow {
 };
 
 constexpr std::array page_rows = {
-    PageRow{"Some folders need your permission",
-            "The system keeps browser data and mail to itself until you allow a program to see them. Without full disk "
-            "access Tarnby cleaner cannot tell what is in there."},
-    PageRow{
-        "Open the settings",
-        "Press “Open settings”. In the list of programs with full disk access, switch Tarnby cleaner on. The system "
-        "may ask for your password."},
-    PageRow{
-        "Come back and check",
-        "Press “Check again”. When access is there this window closes by itself, and the next scan sees everything."},
+    PageRow{english("Some folders need your permission"),
+            english("The system keeps browser data and mail to itself until you allow a program to see them. Without "
+                    "full disk access Tarnby cleaner cannot tell what is in there.")},
+    PageRow{english("Open the settings"),
+            english("Press “Open settings”. In the list of programs with full disk access, switch Tarnby cleaner on. "
+                    "The system may ask for your password.")},
+    PageRow{english("Come back and check"),
+            english("Press “Check again”. When access is there this window closes by itself, and the next scan sees "
+                    "everything.")},
 };
 
 constexpr int words_width = 400;
@@ -44,8 +43,10 @@ GuidePage::GuidePage(AppContext& context, int number) : Screen(context), number_
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(5 * theme::grid, badge_top + badge + 3 * theme::grid, 5 * theme::grid, 2 * theme::grid);
   layout->setSpacing(theme::grid);
-  layout->addWidget(
-      text_label(context.text(row.title), theme::Type::heading, theme::light_text, this, theme::Weight::strong));
+  QLabel* title =
+      text_label(context.text(row.title), theme::Type::heading, theme::light_text, this, theme::Weight::strong);
+  title->setWordWrap(true);
+  layout->addWidget(title);
   layout->addWidget(paragraph(context.text(row.words), theme::Type::body, theme::light_secondary, words_width, this), 0,
                     Qt::AlignHCenter);
   layout->addStretch();

@@ -283,9 +283,9 @@ void about_program(Stage& stage) {
   Sheet::present(std::make_unique<AboutProgram>(stage.context()), stage.window());
 }
 
-/// The guide is a window of its own; here it lies in the middle of the stage.
+/// The guide is a window of its own; here it lies in the middle of an empty stage.
 void guide(Stage& stage, int page) {
-  home_first(stage);
+  stage.window()->show();
   auto* window = new GuideWindow(stage.context(), stage.window());
   window->setWindowFlags(Qt::Widget);
   window->move(200, 110);
