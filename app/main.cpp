@@ -8,7 +8,11 @@
 #include "app/desktop/desktop_folder_chooser.h"
 #include "app/desktop/desktop_language.h"
 #include "app/desktop/desktop_look.h"
+#ifdef __APPLE__
+#include "app/desktop/macos_workspace.h"
+#else
 #include "app/desktop/desktop_workspace.h"
+#endif
 #include "app/desktop/resources.h"
 #include "app/qt_main_queue.h"
 #include "app/single_window.h"
@@ -57,7 +61,11 @@ int run_window(QApplication& application) {
   AppDelegate delegate(platform.app_settings,
                        [&] { errands.async([&] { (void)platform.app_settings.synchronize(); }); });
   platform.application_delegate = &delegate;
+#ifdef __APPLE__
+  MacosWorkspace workspace;
+#else
   DesktopWorkspace workspace(platform, errands);
+#endif
   DesktopFolderChooser folder_chooser;
   BackgroundQueue background;
   AppContext context = {platform, clock,     delegate,       background,
@@ -66,7 +74,9 @@ int run_window(QApplication& application) {
   delegate.applicationDidFinishLaunching();
   QApplication::setQuitOnLastWindowClosed(delegate.applicationShouldTerminateAfterLastWindowClosed());
   CleanerWindowController window(context);
+#ifndef __APPLE__
   workspace.set_window(&window);
+#endif
   single.when_asked_to_front([&] { bring_to_front(window); });
   window.show();
   const int status = QApplication::exec();

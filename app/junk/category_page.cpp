@@ -95,7 +95,6 @@ QWidget* CategoryPage::bottom_bar(const Plan& plan) {
                                theme::readable(theme::secondary, theme::panel_ground()), bar));
   overall_be_cleaned_label = new NumberLabel(context_.clock, bar);
   overall_be_cleaned_label->setFont(theme::font(theme::Type::heading, theme::Weight::strong));
-  overall_be_cleaned_label->setAccessibleName(context_.text("Will be cleaned"));
   layout->addWidget(overall_be_cleaned_label);
   next_button = new PushButton(context_.text(plan.next_text), plan.next_kind, bar);
   layout->addWidget(next_button);

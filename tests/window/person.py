@@ -39,12 +39,12 @@ class Person:
     def sees(self, role, name):
         return self.waits_for(f'{role} "{name}"', lambda: self.find(role, name))
 
-    def presses(self, name):
+    def presses(self, name, role="push button"):
         """Presses the button of that name as soon as it is there and can be pressed."""
         def enabled():
-            button = self.find("push button", name)
+            button = self.find(role, name)
             return button if button and button.getState().contains(pyatspi.STATE_ENABLED) else None
-        self.waits_for(f'enabled button "{name}"', enabled).queryAction().doAction(0)
+        self.waits_for(f'enabled {role} "{name}"', enabled).queryAction().doAction(0)
 
     def types_into(self, field, text):
         field.queryEditableText().setTextContents(text)

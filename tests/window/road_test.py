@@ -60,8 +60,8 @@ class Window(unittest.TestCase):
         self.person.presses("Allow")
         self.person.waits_for("the chooser to go", lambda: not self.person.find("dialog", "Allow access"))
 
-    def rows(self):
-        return [cell.name for cell in self.person.sees("tree", OUTLINE) if cell.getRoleName() == "table cell"]
+    def rows(self, outline=OUTLINE):
+        return [cell.name for cell in self.person.sees("tree", outline) if cell.getRoleName() == "table cell"]
 
     def click_box(self, text, box):
         self.person.clicks(self.person.sees("table cell", text), box, ABOVE_BOTTOM)
@@ -137,6 +137,53 @@ class Window(unittest.TestCase):
         self.assertEqual({key: kept[key] for key in ("TotallyCleaned", "appLaunchCount", "home", "Applications")},
                          {"TotallyCleaned": size, "appLaunchCount": 1, "home": os.fsencode(self.home),
                           "Applications": os.fsencode(self.applications)})
+
+    def test_the_categories_and_the_large_files(self):
+        command = [BUILD / "tarnby-cleaner-cli", "--json", "--home", self.home, "--applications", self.applications]
+        junk = json.loads(run(*command, "junk"))
+        large = json.loads(run(*command, "large", "--at-least", "1GB"))
+        before = tree_of(self.folder / "sample")
+        sizes = {category["key"]: category["size"] for category in junk["categories"]}
+        self.grant_both()
+        someone = self.person
+        someone.starts([PROGRAM])
+        someone.presses("Categories", "link")
+        someone.sees("label", 'Scan in "Trash Bin"')
+        applications = ("Caches", "Logs", "Remainders")
+        someone.sees("label", byte_count(sum(sizes[key] for key in applications)))
+        someone.presses("Media junk")
+        someone.sees("label", byte_count(sizes["Mails"] + sizes["Trash"]))  # each page has a sum of its own
+        someone.presses("Mail attachments", "check box")
+
+        someone.presses("Large files", "check box")
+        someone.sees("slider", "Least size")
+        someone.waits_for("the search", lambda: self.rows("Large files"))
+        someone.strikes("shift+Tab", *["Right"] * 4)  # from the list back to the slider
+        someone.sees("label", "At least 1 GB")
+        someone.strikes("Tab", "Down", "space")
+        first = large["groups"][0]["items"][0]
+        someone.sees("label", f"Selected: {byte_count(first['size'])}")
+        someone.presses("Add to cleanup")
+        someone.sees("label", byte_count(sizes["Trash"] + first["size"]))
+        self.assertEqual(tree_of(self.folder / "sample"), before)
+        someone.presses("Clean")
+        someone.sees("label", 'Cleanup in "Applications logs"')
+        someone.sees("label", "was cleaned")
+        ticked = {*applications, "Trash"}
+        size = sum(sizes[key] for key in ticked) + first["size"]
+        someone.sees("label", byte_count(size))
+        someone.presses("Done")
+        someone.sees("push button", "Scan")
+        self.close_window()
+
+        gone = [pathlib.Path(path) for category in junk["categories"] if category["key"] in ticked
+                for path in category["paths"]] + [pathlib.Path(first["path"])]
+        self.assertEqual(tree_of(self.folder / "sample"),
+                         {path: state for path, state in before.items()
+                          if not any(path == top or top in path.parents for top in gone)})
+        kept = self.settings()
+        self.assertEqual({key: kept[key] for key in ("TotallyCleaned", "Mails", "LargeFiles", "Trash")},
+                         {"TotallyCleaned": size, "Mails": False, "LargeFiles": True, "Trash": True})
 
     def test_a_second_start_brings_the_first_window_to_the_front(self):
         self.grant_both()
