@@ -1,6 +1,7 @@
 #include "app/smart/warning_cleanup_view_controller.h"
 
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QVBoxLayout>
 
 #include "ui/text_label.h"

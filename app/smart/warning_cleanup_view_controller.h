@@ -4,6 +4,8 @@
 #include "ui/check_button.h"
 #include "ui/push_button.h"
 
+class QLabel;
+
 namespace tarnby {
 
 /// Asks once more before anything is removed, and says how much. Its answers stay in the settings.
@@ -28,7 +30,7 @@ class WarningCleanupViewController : public Screen {
   void confirmed();
 
  private:
-  class QLabel* amount_;
+  QLabel* amount_;
 };
 
 }  // namespace tarnby
