@@ -120,7 +120,8 @@ void Popover::place_content() {
   const bool goes_left = isRightToLeft() ? on_the_left >= 0 : !fits_right;
   const int left = goes_left ? on_the_left : on_the_right;
   const int wanted = anchor_.center().y() - 2 * theme::panel_radius;
-  content().move(std::clamp(left, 0, std::max(0, width() - size.width())), std::clamp(wanted, 0, std::max(0, height() - size.height())));
+  content().move(std::clamp(left, 0, std::max(0, width() - size.width())),
+                 std::clamp(wanted, 0, std::max(0, height() - size.height())));
 }
 
 void Popover::paintEvent(QPaintEvent*) {

@@ -66,9 +66,8 @@ TEST(SmartScan, lets_the_main_thread_read_what_a_notification_says_is_finished) 
     });
   }
   bool complete = false;
-  std::thread scan([&] {
-    of.cleaner.smart_clean_with_complete_handler([&] { ada.main_queue.async([&] { complete = true; }); });
-  });
+  std::thread scan(
+      [&] { of.cleaner.smart_clean_with_complete_handler([&] { ada.main_queue.async([&] { complete = true; }); }); });
   ada.main_queue.run_until([&] { return complete; });
   scan.join();
   EXPECT_THAT(seen, ElementsAre(9, 2, 8, 16, 0, 4));

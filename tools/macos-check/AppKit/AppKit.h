@@ -11,7 +11,8 @@ enum : NSStringEncoding { NSUTF8StringEncoding = 4 };
 
 @class NSError, NSRunningApplication;
 
-__attribute__((objc_root_class)) @interface NSObject
+__attribute__((objc_root_class))
+@interface NSObject
 + (instancetype)alloc;
 - (instancetype)init;
 @end
@@ -27,16 +28,14 @@ __attribute__((objc_root_class)) @interface NSObject
 @interface NSURL : NSObject
 @property(readonly, copy) NSString* path;
 + (instancetype)URLWithString:(NSString*)text;
-+ (NSURL*)fileURLWithFileSystemRepresentation:(const char*)path
-                                  isDirectory:(BOOL)is_folder
-                                relativeToURL:(NSURL*)base;
++ (NSURL*)fileURLWithFileSystemRepresentation:(const char*)path isDirectory:(BOOL)is_folder relativeToURL:(NSURL*)base;
 @end
 
-@interface NSArray <ObjectType> : NSObject
+@interface NSArray<ObjectType> : NSObject
 + (instancetype)arrayWithObjects:(const ObjectType*)objects count:(NSUInteger)count;
 @end
 
-@interface NSMutableArray <ObjectType> : NSArray <ObjectType>
+@interface NSMutableArray<ObjectType> : NSArray <ObjectType>
 + (instancetype)array;
 - (void)addObject:(ObjectType)object;
 @end

@@ -120,6 +120,5 @@ CFPropertyListRef CFPropertyListCreateWithData(CFAllocatorRef allocator, CFDataR
 CFPropertyListRef CFPreferencesCopyAppValue(CFStringRef key, CFStringRef application);
 void CFPreferencesSetAppValue(CFStringRef key, CFPropertyListRef value, CFStringRef application);
 Boolean CFPreferencesAppSynchronize(CFStringRef application);
-CFDictionaryRef CFPreferencesCopyMultiple(CFArrayRef keys, CFStringRef application, CFStringRef user,
-                                          CFStringRef host);
+CFDictionaryRef CFPreferencesCopyMultiple(CFArrayRef keys, CFStringRef application, CFStringRef user, CFStringRef host);
 }
