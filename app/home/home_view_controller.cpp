@@ -57,7 +57,9 @@ HomeViewController::~HomeViewController() = default;
 
 void HomeViewController::view_did_appear() {
   if (FullDiskAccess(context_.platform).is_guarded()) {
-    if (!context_.platform.app_settings.boolean("PrivacyAccess")) privacy_for_directories();
+    // Taken before the folders are touched, which may be over the next moment: the system's own questions go first.
+    folders_were_touched_ = context_.platform.app_settings.boolean("PrivacyAccess");
+    if (!folders_were_touched_) privacy_for_directories();
     privacy_full_disk_access();
   }
   if (offers_scheduler()) {
@@ -76,13 +78,10 @@ void HomeViewController::privacy_for_directories() {
 }
 
 void HomeViewController::privacy_full_disk_access() {
-  // As it is now: the folders may be touched for the first time at this moment, and the system's own questions go
-  // first.
-  const bool touched_before = context_.platform.app_settings.boolean("PrivacyAccess");
   auto outcome = std::make_shared<DiskAccess>(DiskAccess::unknown);
-  const auto answer = while_here([this, outcome, touched_before] {
+  const auto answer = while_here([this, outcome] {
     if (*outcome != DiskAccess::denied) return;
-    after(touched_before ? std::chrono::milliseconds(0) : until_guide, [this] { show_guide(); });
+    after(folders_were_touched_ ? std::chrono::milliseconds(0) : until_guide, [this] { show_guide(); });
   });
   context_.errands.async([&platform = context_.platform, outcome, answer] {
     *outcome = FullDiskAccess(platform).test();

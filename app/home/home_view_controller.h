@@ -46,6 +46,8 @@ class HomeViewController : public Screen {
   void show_guide();
   bool offers_scheduler() const;
 
+  bool folders_were_touched_ = false;
+
   std::unique_ptr<Entrance> entrance_;
 };
 
