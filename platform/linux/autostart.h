@@ -8,7 +8,7 @@
 
 namespace tarnby {
 
-/// Login items as autostart entries of the desktop (Desktop Application Autostart Specification). An entry is named
+/// Login items as autostart entries of the desktop (freedesktop.org's rules for autostart folders). An entry is named
 /// after the identifier; the program that it starts is what follows the identifier's last dot, as PATH finds it at
 /// login. Where there is no such program the desktop passes the entry over.
 ///
