@@ -1,10 +1,10 @@
 #include "app/cleaned/cleaned_view_controller.h"
 
-#include <QHBoxLayout>
 #include <QLabel>
 #include <QVBoxLayout>
 
 #include "app/cleaned/left_panel.h"
+#include "app/layouts.h"
 #include "app/screen_catalogue.h"
 #include "engine/lifetime_total.h"
 #include "ui/shadow_label.h"
@@ -35,8 +35,7 @@ CleanedSheet due_sheet(const AppSettings& settings) {
 }
 
 CleanedViewController::CleanedViewController(AppContext& context) : Screen(context), cleaner_(context.sharedCleaner()) {
-  auto* layout = new QVBoxLayout(this);
-  layout->setContentsMargins(2 * theme::grid, 2 * theme::grid, 2 * theme::grid, 2 * theme::grid);
+  QVBoxLayout* layout = screen_column(this);
   layout->setSpacing(0);
   layout->addStretch(11);
   imageview = new CleanedMark(context.clock, this);
@@ -53,19 +52,11 @@ CleanedViewController::CleanedViewController(AppContext& context) : Screen(conte
   done_button = new PushButton(context.text("Done"), ButtonKind::accent, this);
   connect(search_button, &QAbstractButton::clicked, this, &CleanedViewController::find_now);
   connect(done_button, &QAbstractButton::clicked, this, &CleanedViewController::done);
-  auto* buttons = new QHBoxLayout;
-  buttons->setSpacing(theme::grid);
-  buttons->addStretch();
-  buttons->addWidget(search_button);
-  buttons->addWidget(done_button);
-  buttons->addStretch();
-  layout->addLayout(buttons);
+  layout->addLayout(centred_row({search_button, done_button}));
   layout->addSpacing(2 * theme::grid);
 
   left_button = new PushButton({}, ButtonKind::shaded, this);
-  QSizePolicy keeps_place = left_button->sizePolicy();
-  keeps_place.setRetainSizeWhenHidden(true);
-  left_button->setSizePolicy(keeps_place);
+  keep_place_when_hidden(left_button);
   connect(left_button, &QAbstractButton::clicked, this, &CleanedViewController::show_left);
   layout->addWidget(left_button, 0, Qt::AlignHCenter);
   layout->addStretch(8);

@@ -2,6 +2,7 @@
 
 #include <QVBoxLayout>
 
+#include "app/layouts.h"
 #include "app/privacy/privacy_disk_access_view_controller.h"
 #include "app/screen_catalogue.h"
 #include "leftovers/full_disk_access.h"
@@ -19,8 +20,7 @@ constexpr std::int64_t first_offer = 5;  // launches
 }  // namespace
 
 HomeViewController::HomeViewController(AppContext& context) : Screen(context) {
-  auto* layout = new QVBoxLayout(this);
-  layout->setContentsMargins(2 * theme::grid, 2 * theme::grid, 2 * theme::grid, 2 * theme::grid);
+  QVBoxLayout* layout = screen_column(this);
   layout->setSpacing(0);
   layout->addStretch(10);
 

@@ -4,6 +4,7 @@
 #include <QVBoxLayout>
 
 #include "app/category_look.h"
+#include "app/layouts.h"
 #include "app/screen_catalogue.h"
 #include "ui/color_tag.h"
 #include "ui/panel.h"
@@ -63,9 +64,7 @@ QWidget* CategoryPage::row_line(const JunkRow& row, QWidget* parent) {
   shown.row = &row;
   shown.button = new CheckButton(line);
   shown.button->setAccessibleName(label);
-  QSizePolicy keeps_place = shown.button->sizePolicy();
-  keeps_place.setRetainSizeWhenHidden(true);
-  shown.button->setSizePolicy(keeps_place);
+  keep_place_when_hidden(shown.button);
   shown.info = new InfoButton(context_.text("About %@", {label}), line);
   shown.size_label = text_label({}, theme::Type::body, theme::text, line);
   layout->addWidget(shown.button);

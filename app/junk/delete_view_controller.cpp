@@ -3,6 +3,7 @@
 #include <QVBoxLayout>
 
 #include "app/junk/download_helper.h"
+#include "app/layouts.h"
 #include "ui/theme.h"
 
 namespace tarnby {
@@ -44,14 +45,11 @@ DeleteViewController::DeleteViewController(AppContext& context)
   deleteView->show_number(context.byte_count(sharedCleaner.beCleaned()));
   clean_label = new FadingLabel(context.clock, this);
   skip_button = new PushButton(context.text("Go on without it"), ButtonKind::shaded, this);
-  QSizePolicy keeps_place = skip_button->sizePolicy();
-  keeps_place.setRetainSizeWhenHidden(true);
-  skip_button->setSizePolicy(keeps_place);
+  keep_place_when_hidden(skip_button);
   skip_button->setVisible(false);
   connect(skip_button, &QAbstractButton::clicked, this, &DeleteViewController::cleanup);
 
-  auto* layout = new QVBoxLayout(this);
-  layout->setContentsMargins(2 * theme::grid, 2 * theme::grid, 2 * theme::grid, 2 * theme::grid);
+  QVBoxLayout* layout = screen_column(this);
   layout->addStretch(10);
   layout->addWidget(deleteView, 0, Qt::AlignHCenter);
   layout->addSpacing(4 * theme::grid);

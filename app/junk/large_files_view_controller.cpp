@@ -5,6 +5,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "app/layouts.h"
 #include "ui/text_label.h"
 
 namespace tarnby {
@@ -43,14 +44,18 @@ LargeFilesViewController::LargeFilesViewController(AppContext& context)
 }
 
 void LargeFilesViewController::build() {
-  auto* layout = new QVBoxLayout(this);
-  layout->setContentsMargins(3 * theme::grid, 3 * theme::grid, 3 * theme::grid, 3 * theme::grid);
-  layout->setSpacing(theme::grid);
-  layout->addWidget(text_label(windowTitle(), theme::Type::heading, theme::text, this, theme::Weight::strong));
+  QVBoxLayout* layout = wide_sheet_column(this);
+  layout->addLayout(size_line());
+  layout->addWidget(outline());
+  layout->addLayout(bottom_line());
+  show_selection();
+}
 
-  const QColor quiet = theme::readable(theme::secondary, theme::sheet);
+QLayout* LargeFilesViewController::size_line() {
   auto* line = new QHBoxLayout;
-  least_size_label = text_label({}, theme::Type::detail, quiet, this);
+  least_size_label = text_label({}, theme::Type::detail, theme::readable(theme::secondary, theme::sheet), this);
+  least_size_label->setText(
+      context_.text("At least %@", {context_.byte_count(large_file_size_at_index(first_position))}));
   slider = new QSlider(Qt::Horizontal, this);
   slider->setRange(first_position, last_position);
   slider->setPageStep(1);
@@ -58,40 +63,24 @@ void LargeFilesViewController::build() {
   slider->setTickInterval(1);
   slider->setAccessibleName(context_.text("Least size"));
   slider->setEnabled(false);
+  connect(slider, &QSlider::valueChanged, this, &LargeFilesViewController::larges_file);
   overall_larges_label = text_label(context_.text("Searching…"), theme::Type::body, theme::text, this);
   line->addWidget(least_size_label);
   line->addWidget(slider, 1);
   line->addSpacing(2 * theme::grid);
   line->addWidget(overall_larges_label);
-  layout->addLayout(line);
+  return line;
+}
 
+QWidget* LargeFilesViewController::outline() {
   outlineview = new SmartOutlineView(this);
   outlineview->setAccessibleName(windowTitle());
   outlineview->setFixedSize(outline_size_);
   model_ = new LargeFilesModel(context_, outline_items, ticked_, outlineview);
   outlineview->setModel(model_);
-  layout->addWidget(outlineview);
   progress = new PulseView(context_.clock, outlineview);
   progress->setAccessibleName(context_.text("Searching…"));
   progress->setGeometry(QRect(QPoint(), progress->sizeHint()).translated(220, 60));
-
-  auto* bottom = new QHBoxLayout;
-  selected_larges_label = text_label({}, theme::Type::body, theme::text, this);
-  cancel_button = new PushButton(context_.text("Cancel"), ButtonKind::plain, this);
-  submitt_button = new PushButton(context_.text("Add to cleanup"), ButtonKind::accent, this);
-  submitt_button->setEnabled(false);
-  bottom->addWidget(selected_larges_label);
-  bottom->addStretch();
-  bottom->addWidget(cancel_button);
-  bottom->addWidget(submitt_button);
-  layout->addLayout(bottom);
-  show_selection();
-  least_size_label->setText(
-      context_.text("At least %@", {context_.byte_count(large_file_size_at_index(first_position))}));
-
-  connect(slider, &QSlider::valueChanged, this, &LargeFilesViewController::larges_file);
-  connect(cancel_button, &QAbstractButton::clicked, this, &LargeFilesViewController::cancel);
-  connect(submitt_button, &QAbstractButton::clicked, this, &LargeFilesViewController::submit);
   connect(model_, &OutlineModel::tick_asked, this, &LargeFilesViewController::select_file);
   connect(outlineview, &SmartOutlineView::menu_asked, this,
           [this](const QModelIndex& file, const QPoint&) { show_in_finder(file); });
@@ -100,6 +89,22 @@ void LargeFilesViewController::build() {
   });
   connect(outlineview, &SmartOutlineView::disclosure_asked, this,
           [this](const QModelIndex& group) { outlineview->setExpanded(group, !outlineview->isExpanded(group)); });
+  return outlineview;
+}
+
+QLayout* LargeFilesViewController::bottom_line() {
+  auto* bottom = new QHBoxLayout;
+  selected_larges_label = text_label({}, theme::Type::body, theme::text, this);
+  cancel_button = new PushButton(context_.text("Cancel"), ButtonKind::plain, this);
+  submitt_button = new PushButton(context_.text("Add to cleanup"), ButtonKind::accent, this);
+  submitt_button->setEnabled(false);
+  connect(cancel_button, &QAbstractButton::clicked, this, &LargeFilesViewController::cancel);
+  connect(submitt_button, &QAbstractButton::clicked, this, &LargeFilesViewController::submit);
+  bottom->addWidget(selected_larges_label);
+  bottom->addStretch();
+  bottom->addWidget(cancel_button);
+  bottom->addWidget(submitt_button);
+  return bottom;
 }
 
 /// What an earlier search of this launch has found is taken as it is. Whether there was one is asked behind what still

@@ -52,6 +52,9 @@ class LargeFilesViewController : public Screen {
 
  private:
   void build();
+  QLayout* size_line();
+  QWidget* outline();
+  QLayout* bottom_line();
   void start_search();
   void show_result();
   void show_selection();

@@ -2,6 +2,7 @@
 
 #include <QVBoxLayout>
 
+#include "app/layouts.h"
 #include "leftovers/remainders.h"
 #include "ui/text_label.h"
 
@@ -76,8 +77,7 @@ ScanViewController::ScanViewController(AppContext& context)
   path = text_label({}, theme::Type::note, quiet, this);
   path->setFixedWidth(path_width);
 
-  auto* layout = new QVBoxLayout(this);
-  layout->setContentsMargins(2 * theme::grid, 2 * theme::grid, 2 * theme::grid, 2 * theme::grid);
+  QVBoxLayout* layout = screen_column(this);
   layout->addStretch(6);
   layout->addWidget(label);
   layout->addSpacing(2 * theme::grid);
@@ -147,15 +147,19 @@ void ScanViewController::animation_browsers() {
   start_flicker(browsers);
 }
 
+/// Looks at a flag of the scan again and again, and goes on with `next` when it is set.
+void ScanViewController::once_ready(bool (*is_ready)(const Cleaner&), std::function<void()> next) {
+  every(flag_interval, [this, is_ready, next = std::move(next)] {
+    if (!is_ready(sharedCleaner)) return true;
+    next();
+    return false;
+  });
+}
+
 void ScanViewController::animation_trash() {
   constexpr int rest_of_ring_ms = 2800;
   if (!sharedCleaner.apps_junk_search_complete) {
-    every(flag_interval, [this] {
-      if (!sharedCleaner.apps_junk_search_complete) return true;
-      animation_trash();
-      return false;
-    });
-    return;
+    return once_ready(apps_are_ready, [this] { animation_trash(); });
   }
   scanView->animate_stroke_end(1, rest_of_ring_ms);
   scanView->show_number(context_.byte_count(sharedCleaner.apps_junk_size));
@@ -172,12 +176,7 @@ void ScanViewController::animation_mails() {
 
 void ScanViewController::scan_complete() {
   if (!sharedCleaner.media_search_coomplete) {
-    every(flag_interval, [this] {
-      if (!sharedCleaner.media_search_coomplete) return true;
-      scan_complete();
-      return false;
-    });
-    return;
+    return once_ready(media_is_ready, [this] { scan_complete(); });
   }
   scanView->show_number(context_.byte_count(sharedCleaner.apps_junk_size + sharedCleaner.media_junk_size));
   scan_label->show_text(context_.text("Scan complete..."));

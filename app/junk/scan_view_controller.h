@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QLabel>
+#include <functional>
 #include <vector>
 
 #include "app/screen.h"
@@ -44,6 +45,7 @@ class ScanViewController : public Screen {
   };
   static const Flicker caches, logs, remainders, browsers, trash, mails;
 
+  void once_ready(bool (*is_ready)(const Cleaner&), std::function<void()> next);
   void start_flicker(const Flicker& flicker);
   bool tick(const Flicker& flicker, std::size_t& count);
   void show_category(const char* category);

@@ -1,12 +1,12 @@
 #include "app/privacy/privacy_disk_access_view_controller.h"
 
-#include <QHBoxLayout>
 #include <QLabel>
 #include <QPainter>
 #include <QVBoxLayout>
 #include <cmath>
 #include <numbers>
 
+#include "app/layouts.h"
 #include "app/links.h"
 #include "app/screen_catalogue.h"
 #include "leftovers/full_disk_access.h"
@@ -35,15 +35,9 @@ PrivacyDiskAccessViewController::PrivacyDiskAccessViewController(AppContext& con
   layout->addWidget(pages, 1);
   missing_label = text_label({}, theme::Type::detail, theme::light_text, this);
   layout->addWidget(missing_label);
-  auto* buttons = new QHBoxLayout;
-  buttons->setSpacing(theme::grid);
   settings_button = new PushButton(context.text("Open settings"), ButtonKind::light, this);
   confirm_button = new PushButton(context.text("Check again"), ButtonKind::light, this);
-  buttons->addStretch();
-  buttons->addWidget(settings_button);
-  buttons->addWidget(confirm_button);
-  buttons->addStretch();
-  layout->addLayout(buttons);
+  layout->addLayout(centred_row({settings_button, confirm_button}));
   connect(settings_button, &QAbstractButton::clicked, this, &PrivacyDiskAccessViewController::open_settings);
   connect(confirm_button, &QAbstractButton::clicked, this, &PrivacyDiskAccessViewController::confirm_disk_access);
 }

@@ -3,6 +3,7 @@
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
+#include "app/layouts.h"
 #include "app/scheduler/scheduler.h"
 #include "ui/text_label.h"
 
@@ -17,10 +18,8 @@ constexpr int words_width = 320;
 PreferencesViewController::PreferencesViewController(AppContext& context)
     : Screen(context), app_settings(context.platform.app_settings) {
   setWindowTitle(context.text("Preferences"));
-  auto* layout = new QVBoxLayout(this);
-  layout->setContentsMargins(4 * theme::grid, 4 * theme::grid, 4 * theme::grid, 3 * theme::grid);
+  QVBoxLayout* layout = sheet_column(this);
   layout->setSpacing(2 * theme::grid);
-  layout->addWidget(text_label(windowTitle(), theme::Type::heading, theme::text, this, theme::Weight::strong));
 
   auto* row = new QHBoxLayout;
   row->setSpacing(3 * theme::grid);

@@ -2,6 +2,7 @@
 
 #include <QVBoxLayout>
 
+#include "app/layouts.h"
 #include "ui/text_label.h"
 
 namespace tarnby {
@@ -36,8 +37,7 @@ SmartCleanupViewController::SmartCleanupViewController(AppContext& context) : Sc
   progressView->show_number(context.byte_count(cleaner.wasCleaned));
   smart_item->show_text(context.text("Removing what you chose..."));
 
-  auto* layout = new QVBoxLayout(this);
-  layout->setContentsMargins(2 * theme::grid, 2 * theme::grid, 2 * theme::grid, 2 * theme::grid);
+  QVBoxLayout* layout = screen_column(this);
   layout->addStretch(10);
   layout->addWidget(progressView, 0, Qt::AlignHCenter);
   layout->addSpacing(4 * theme::grid);

@@ -3,6 +3,7 @@
 #include <QVBoxLayout>
 
 #include "app/category_look.h"
+#include "app/layouts.h"
 #include "platform/bytes.h"
 #include "ui/text_label.h"
 
@@ -45,8 +46,7 @@ SmartScanViewController::SmartScanViewController(AppContext& context)
   transitionSize(context.byte_count(0));
   progressView->show_caption(context.text("found so far"));
 
-  auto* layout = new QVBoxLayout(this);
-  layout->setContentsMargins(2 * theme::grid, 2 * theme::grid, 2 * theme::grid, 2 * theme::grid);
+  QVBoxLayout* layout = screen_column(this);
   layout->addStretch(10);
   layout->addWidget(progressView, 0, Qt::AlignHCenter);
   layout->addSpacing(4 * theme::grid);

@@ -1,19 +1,15 @@
 #include "app/smart/warning_cleanup_view_controller.h"
 
-#include <QHBoxLayout>
-#include <QLabel>
 #include <QVBoxLayout>
 
+#include "app/layouts.h"
 #include "ui/text_label.h"
 
 namespace tarnby {
 
 WarningCleanupViewController::WarningCleanupViewController(AppContext& context) : Screen(context) {
   setWindowTitle(context.text("Remove for good?"));
-  auto* layout = new QVBoxLayout(this);
-  layout->setContentsMargins(4 * theme::grid, 4 * theme::grid, 4 * theme::grid, 3 * theme::grid);
-  layout->setSpacing(theme::grid);
-  layout->addWidget(text_label(windowTitle(), theme::Type::heading, theme::text, this, theme::Weight::strong));
+  QVBoxLayout* layout = sheet_column(this);
   const QColor quiet = theme::readable(theme::secondary, theme::sheet);
   amount_ = text_label({}, theme::Type::title, theme::text, this, theme::Weight::strong);
   layout->addWidget(amount_);
@@ -26,15 +22,9 @@ WarningCleanupViewController::WarningCleanupViewController(AppContext& context) 
   layout->addWidget(dont_show_button, 0, Qt::AlignHCenter);
   layout->addSpacing(theme::grid);
 
-  auto* buttons = new QHBoxLayout;
-  buttons->setSpacing(theme::grid);
   cancel_button = new PushButton(context.text("Cancel"), ButtonKind::plain, this);
   cleanup_button = new PushButton(context.text("Remove for good"), ButtonKind::destructive, this);
-  buttons->addStretch();
-  buttons->addWidget(cancel_button);
-  buttons->addWidget(cleanup_button);
-  buttons->addStretch();
-  layout->addLayout(buttons);
+  layout->addLayout(centred_row({cancel_button, cleanup_button}));
   connect(cancel_button, &QAbstractButton::clicked, this, &Screen::dismissed);
   connect(cleanup_button, &QAbstractButton::clicked, this, &WarningCleanupViewController::cleanup);
   cancel_button->setFocus();  // a key pressed too soon removes nothing
