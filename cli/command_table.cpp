@@ -11,14 +11,15 @@ namespace {
 constexpr std::size_t any_number = SIZE_MAX;
 
 constexpr CommandRow commands[] = {
-    {"scan", "", 0, 0, false, run_scan, "Look for what can be removed and show it by group",
+    {"scan", "", 0, 0, Effect::looks, run_scan, "Look for what can be removed and show it by group",
      R"(Nothing is changed. "clean --help" tells what each group is.
 
 Example:
   tarnby-cleaner-cli scan
   tarnby-cleaner-cli scan --json > found.json
 )"},
-    {"clean", "[GROUP...]", 0, any_number, true, run_clean, "Scan, then remove the named groups, or all of them",
+    {"clean", "[GROUP...]", 0, any_number, Effect::removes, run_clean,
+     "Scan, then remove the named groups, or all of them",
      R"(What is removed does not go to the Trash: it is gone. You are asked first.
 
 Groups:
@@ -36,14 +37,15 @@ Example:
   tarnby-cleaner-cli clean caches logs     remove these two groups, after asking
   tarnby-cleaner-cli clean trash --yes     empty the Trash without asking
 )"},
-    {"junk", "", 0, 0, false, run_junk, "Look for junk and show it by category",
-     R"(Nothing is removed. "cleanup --help" tells what each category is.
+    {"junk", "", 0, 0, Effect::looks, run_junk, "Look for junk and show it by category",
+     R"(Nothing is changed. "cleanup --help" tells what each category is.
 
 Example:
   tarnby-cleaner-cli junk
   tarnby-cleaner-cli junk --json > found.json
 )"},
-    {"cleanup", "[CATEGORY...]", 0, any_number, true, run_cleanup, "Look for junk, then remove the named categories",
+    {"cleanup", "[CATEGORY...]", 0, any_number, Effect::removes, run_cleanup,
+     "Look for junk, then remove the named categories",
      R"(What is removed does not go to the Trash: it is gone. You are asked first.
 
 Categories:
@@ -60,7 +62,7 @@ Example:
   tarnby-cleaner-cli cleanup Caches Logs     remove these two, after asking
   tarnby-cleaner-cli settings Browsers true  from now on with browsers
 )"},
-    {"large", "", 0, 0, false, run_large, "List applications, packages and files of 10 MB and more",
+    {"large", "", 0, 0, Effect::looks, run_large, "List applications, packages and files of 10 MB and more",
      R"(Files of other categories are left out: Downloads, caches, logs, iTunes, and what
 the developer tools keep. What is in an application or a package counts with it.
 Only the home folder is looked at. Nothing is removed.
@@ -68,19 +70,19 @@ Only the home folder is looked at. Nothing is removed.
 Example:
   tarnby-cleaner-cli large --at-least 1GB
 )"},
-    {"apps", "", 0, 0, false, run_apps, "List the installed applications",
+    {"apps", "", 0, 0, Effect::looks, run_apps, "List the installed applications",
      R"(One line each: name, version and path.
 
 Example:
   tarnby-cleaner-cli apps
 )"},
-    {"app", "PATH", 1, 1, false, run_app, "Describe one application and show what belongs to it",
+    {"app", "PATH", 1, 1, Effect::looks, run_app, "Describe one application and show what belongs to it",
      R"(PATH is the application's folder, NAME.app. Nothing is changed.
 
 Example:
   tarnby-cleaner-cli app /Applications/Firefox.app
 )"},
-    {"uninstall", "PATH", 1, 1, true, run_uninstall, "Remove one application with all that belongs to it",
+    {"uninstall", "PATH", 1, 1, Effect::removes, run_uninstall, "Remove one application with all that belongs to it",
      R"(PATH is the application's folder, NAME.app. What is removed does not go to the
 Trash: it is gone. You are asked first, with a list of everything that would go.
 Files that applications of one maker share are shown by "app" and stay.
@@ -89,21 +91,21 @@ Example:
   tarnby-cleaner-cli uninstall /Applications/Firefox.app --dry-run
   tarnby-cleaner-cli uninstall /Applications/Firefox.app
 )"},
-    {"unused", "", 0, 0, false, run_unused, "List the applications not used for thirty days",
+    {"unused", "", 0, 0, Effect::looks, run_unused, "List the applications not used for thirty days",
      R"(With the day on which each was last opened, and where other copies of it are.
 Nothing is changed.
 
 Example:
   tarnby-cleaner-cli unused
 )"},
-    {"languages", "", 0, 0, false, run_languages, "List application languages that you do not use",
+    {"languages", "", 0, 0, Effect::looks, run_languages, "List application languages that you do not use",
      R"(One folder a line. Your languages are those of your session, or what --languages
 names. Nothing is changed.
 
 Example:
   tarnby-cleaner-cli languages --languages de,en
 )"},
-    {"grant", "NAME DIR", 2, 2, false, run_grant, "Give access to a folder, for this and later runs",
+    {"grant", "NAME DIR", 2, 2, Effect::stores, run_grant, "Give access to a folder, for this and later runs",
      R"(Nothing is read or removed outside the folders you give.
 
 Names:
@@ -117,7 +119,7 @@ Example:
   tarnby-cleaner-cli grant home ~
   tarnby-cleaner-cli grant Applications /Applications
 )"},
-    {"settings", "[KEY [VALUE]]", 0, 2, false, run_settings, "Show all settings or one, or write one",
+    {"settings", "[KEY [VALUE]]", 0, 2, Effect::stores, run_settings, "Show all settings or one, or write one",
      R"(VALUE is true, false or a whole number, or the path that a setting takes whose
 name ends in "_url". Folders (home, Applications, macOS) are given with "grant".
 

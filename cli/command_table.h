@@ -14,6 +14,10 @@ namespace tarnby::cli {
 
 struct Context;
 
+/// What a command does to the disk. Only one that removes knows --dry-run and --yes; one that looks keeps what a scan
+/// would write to the settings to itself.
+enum class Effect { looks, removes, stores };
+
 /// A command: one row here, and it is read, run, and explained.
 struct CommandRow {
   std::string_view name;
@@ -21,8 +25,7 @@ struct CommandRow {
   std::string_view arguments;
   std::size_t fewest;
   std::size_t most;
-  /// Whether --dry-run and --yes mean something to it.
-  bool removes;
+  Effect effect;
   ExitStatus (*run)(Context& context);
   std::string_view summary;
   /// The rest of its help, in lines of at most 80 columns.

@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <system_error>
 
+#include "cli/command_table.h"
 #include "cli/setting_values.h"
 #include "platform/system_services.h"
 
@@ -108,7 +109,7 @@ std::unique_ptr<Platform> platform_for(const Invocation& asked, MainQueue& main_
   Session session = current_session();
   if (asked.languages) session.preferred_languages = languages_from_list(*asked.languages, ',');
   auto settings = std::make_unique<RunSettings>(open_standard_settings(session));
-  if (asked.dry_run) settings->keep_in_memory();
+  if (asked.dry_run || asked.command->effect == Effect::looks) settings->keep_in_memory();
   set_folders(asked, *settings);
   set_settings(asked, *settings);
   return std::make_unique<Platform>(std::move(session), std::move(settings), main_queue);

@@ -79,7 +79,7 @@ std::string command_help(const CommandRow& row) {
   text += ".\n";
   text += row.details;
   add_own_options(text, row);
-  if (row.removes) {
+  if (row.effect == Effect::removes) {
     text += "\nOptions of commands that remove:\n";
     add_options(text, true);
   }

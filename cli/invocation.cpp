@@ -107,7 +107,7 @@ void check(const Invocation& asked) {
   if (asked.arguments.size() > row.most) {
     refuse("\"" + one_line(asked.arguments[row.most]) + "\" is one word too many for " + name, advice);
   }
-  if (!row.removes && (asked.dry_run || asked.yes)) {
+  if (row.effect != Effect::removes && (asked.dry_run || asked.yes)) {
     refuse(name + " removes nothing; leave --dry-run and --yes out", "");
   }
   for (const OptionRow& option : option_rows()) {
