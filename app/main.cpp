@@ -14,6 +14,7 @@
 #include "app/desktop/desktop_workspace.h"
 #endif
 #include "app/desktop/resources.h"
+#include "app/notice.h"
 #include "app/qt_main_queue.h"
 #include "app/single_window.h"
 
@@ -76,6 +77,10 @@ int run_window(QApplication& application) {
   CleanerWindowController window(context);
 #ifndef __APPLE__
   workspace.set_window(&window);
+  workspace.when_nothing_opens([&](const QString& what) {
+    Notice::present(context, context.text("This could not be opened"),
+                    context.text("Nothing on this desktop opens %@.", {what}), &window);
+  });
 #endif
   single.when_asked_to_front([&] { bring_to_front(window); });
   window.show();

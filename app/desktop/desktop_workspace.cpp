@@ -22,7 +22,7 @@ QUrl DesktopWorkspace::file_url(const Url& entry) {
 
 void DesktopWorkspace::reveal(std::span<const Url> entries) {
   if (entries.empty()) return;
-  const auto open_folder = [folder = file_url(entries.front().parent())] { QDesktopServices::openUrl(folder); };
+  const auto open_folder = [this, folder = file_url(entries.front().parent())] { open(folder); };
   const QDBusConnection bus = QDBusConnection::sessionBus();
   if (!bus.isConnected()) return open_folder();
   QDBusMessage call = QDBusMessage::createMethodCall(
@@ -55,19 +55,23 @@ void DesktopWorkspace::show_information(const Url& entry) {
   information->show();
 }
 
+void DesktopWorkspace::open(const QUrl& url) const {
+  if (!QDesktopServices::openUrl(url)) tell_(url.toDisplayString(QUrl::PreferLocalFile));
+}
+
 void DesktopWorkspace::launch(const Url& application) {
   const auto path = QString::fromLocal8Bit(QByteArray::fromStdString(application.path()));
   const QFileInfo info(path);
   if (info.isFile() && info.isExecutable() && QProcess::startDetached(path, {})) return;
-  QDesktopServices::openUrl(file_url(application));
+  open(file_url(application));
 }
 
 void DesktopWorkspace::open_link(std::string_view address) {
   const QString text = QString::fromUtf8(address.data(), static_cast<qsizetype>(address.size()));
   if (text.contains(u':')) {
-    QDesktopServices::openUrl(QUrl(text));
+    open(QUrl(text));
   } else {
-    QDesktopServices::openUrl(QUrl::fromLocalFile(page_path(text, platform_.localization.language())));
+    open(QUrl::fromLocalFile(page_path(text, platform_.localization.language())));
   }
 }
 

@@ -2,6 +2,7 @@
 
 #include <QPointer>
 #include <QUrl>
+#include <functional>
 
 #include "platform/platform.h"
 #include "platform/queues.h"
@@ -24,6 +25,9 @@ class DesktopWorkspace final : public Workspace {
   /// The window that panels belong to.
   void set_window(QWidget* window) { window_ = window; }
 
+  /// To be called with what was to be opened when the desktop has nothing that opens it.
+  void when_nothing_opens(std::function<void(const QString&)> tell) { tell_ = std::move(tell); }
+
   /// org.freedesktop.FileManager1.ShowItems; where no file manager answers, the first one's folder is opened.
   void reveal(std::span<const Url> entries) override;
   void preview(const Url& entry) override;
@@ -37,10 +41,13 @@ class DesktopWorkspace final : public Workspace {
   static QUrl file_url(const Url& entry);
 
  private:
+  void open(const QUrl& url) const;
+
   Platform& platform_;
   BackgroundQueue& errands_;
   QPointer<QWidget> window_;
   QPointer<PreviewPanel> preview_;
+  std::function<void(const QString&)> tell_ = [](const QString&) {};
 };
 
 }  // namespace tarnby

@@ -23,7 +23,7 @@ void EnableSchedulerViewController::enable() {
   Platform& platform = context_.platform;
   platform.app_settings.set_boolean("EnableScheduler", true);
   platform.group_settings.set("Date", platform.now());
-  enable_scheduler(context_, true);
+  enable_scheduler(context_, true, window());
   context_.errands.async([&platform] { (void)platform.group_settings.synchronize(); });
   Q_EMIT dismissed();
 }

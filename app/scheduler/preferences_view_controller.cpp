@@ -48,7 +48,7 @@ PreferencesViewController::PreferencesViewController(AppContext& context)
 }
 
 void PreferencesViewController::enable_scheduler() {
-  tarnby::enable_scheduler(context_, scheduler_button->isChecked());
+  tarnby::enable_scheduler(context_, scheduler_button->isChecked(), window());
 }
 
 }  // namespace tarnby

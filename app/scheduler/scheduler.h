@@ -8,7 +8,7 @@ namespace tarnby {
 inline constexpr std::string_view scheduler_identifier = "com.corvash.tarnby-cleaner-scheduler";
 
 /// Registers the scheduler as a login item or takes it back, and keeps that in "Scheduler". The disk is written in the
-/// background; whether it took it is not looked at.
-void enable_scheduler(AppContext& context, bool enabled);
+/// background. "Scheduler" keeps what the user wants even where the disk did not take it: the window only says so.
+void enable_scheduler(AppContext& context, bool enabled, QWidget* window);
 
 }  // namespace tarnby

@@ -11,6 +11,7 @@
 #include "app/junk/large_files_view_controller.h"
 #include "app/junk/page_controllers.h"
 #include "app/junk/scan_view_controller.h"
+#include "app/notice.h"
 #include "app/overlay.h"
 #include "app/privacy/privacy_disk_access_view_controller.h"
 #include "app/smart/smart_clean_view_controller.h"
@@ -283,6 +284,14 @@ void about_program(Stage& stage) {
   Sheet::present(std::make_unique<AboutProgram>(stage.context()), stage.window());
 }
 
+void notice(Stage& stage) {
+  home_first(stage);
+  AppContext& context = stage.context();
+  Notice::present(context, context.text("This could not be opened"),
+                  context.text("Nothing on this desktop opens %@.", {QStringLiteral("/home/user/.Trash")}),
+                  stage.window());
+}
+
 /// The guide is a window of its own; here it lies in the middle of an empty stage.
 void guide(Stage& stage, int page) {
   stage.window()->show();
@@ -313,6 +322,7 @@ constexpr std::array stages = {
     StageRow{"screen_home_offer", home_offer},
     StageRow{"screen_preferences", preferences},
     StageRow{"screen_about", about_program},
+    StageRow{"screen_notice", notice},
     StageRow{"screen_guide", guide_first},
     StageRow{"screen_guide_last", guide_last},
     StageRow{"screen_smart_scan_begins", scan_begins},
