@@ -42,13 +42,11 @@ void CleanerWindowController::make_menus() {
     connect(action, &QAction::triggered, this, work);
     return action;
   };
-  const auto sheet = [this](const char* identifier) {
-    Sheet::present(ScreenCatalogue::main().make(identifier, context_), this);
-  };
   QMenu* program = menuBar()->addMenu(QStringLiteral("&Tarnby cleaner"));
-  add(program, english("About Tarnby cleaner"), {}, QAction::AboutRole, [this] { show_about(); });
+  add(program, english("About Tarnby cleaner"), {}, QAction::AboutRole,
+      [this] { show_sheet(std::make_unique<AboutProgram>(context_)); });
   add(program, english("Preferences…"), QKeySequence(Qt::CTRL | Qt::Key_Comma), QAction::PreferencesRole,
-      [sheet] { sheet("Preferences"); });
+      [this] { show_sheet(ScreenCatalogue::main().make("Preferences", context_)); });
   program->addSeparator();
   add(program, english("Quit"), QKeySequence::Quit, QAction::QuitRole, [this] { close(); });
   QMenu* actions = menuBar()->addMenu(context_.text("&Scan"));
@@ -85,8 +83,12 @@ void CleanerWindowController::showFeedbackDialog() {
   context_.workspace.open_link(links::feedback);
 }
 
-void CleanerWindowController::show_about() {
-  Sheet::present(std::make_unique<AboutProgram>(context_), this);
+/// Not while another one waits for its answer.
+void CleanerWindowController::show_sheet(std::unique_ptr<Screen> content) {
+  for (const auto* sheet : findChildren<Sheet*>(QString(), Qt::FindDirectChildrenOnly)) {
+    if (sheet->isVisible()) return;
+  }
+  Sheet::present(std::move(content), this);
 }
 
 /// Only what no control took arrives here.

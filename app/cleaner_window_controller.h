@@ -21,7 +21,7 @@ class CleanerWindowController : public QMainWindow {
 
  private:
   void make_menus();
-  void show_about();
+  void show_sheet(std::unique_ptr<Screen> content);
   void showFeedbackDialog();
   HomeViewController* home_screen() const;
 

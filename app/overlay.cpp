@@ -50,10 +50,20 @@ void Overlay::open() {
 
 void Overlay::close_overlay() {
   if (!isVisible()) return;
+  const QWidget* keyboard = window()->focusWidget();
+  const bool held_keyboard = keyboard == nullptr || holds(keyboard);
+  // What was opened above it gives the keyboard back to what is below it.
+  for (auto* above : parentWidget()->findChildren<Overlay*>(QString(), Qt::FindDirectChildrenOnly)) {
+    if (holds(above->focus_before_)) above->focus_before_ = focus_before_;
+  }
   hide();
   content_->retire();
-  if (focus_before_) focus_before_->setFocus();
+  if (focus_before_ && held_keyboard) focus_before_->setFocus();
   deleteLater();  // one of its own buttons may be in the middle of its click
+}
+
+bool Overlay::holds(const QWidget* widget) const {
+  return widget == this || isAncestorOf(widget);
 }
 
 bool Overlay::eventFilter(QObject* watched, QEvent* event) {

@@ -38,6 +38,8 @@ class Overlay : public QWidget, public Speaks {
   virtual void pressed_beside() {}
 
  private:
+  bool holds(const QWidget* widget) const;
+
   Screen* content_;  // a child
   QPointer<QWidget> focus_before_;
 };

@@ -3,6 +3,8 @@
 #include <QLabel>
 
 #include "app/home/home_view_controller.h"
+#include "app/notice.h"
+#include "app/overlay.h"
 #include "app/privacy/privacy_disk_access_view_controller.h"
 #include "app/scheduler/enable_scheduler_view_controller.h"
 #include "app/scheduler/preferences_view_controller.h"
@@ -51,6 +53,23 @@ TEST(Scheduler, is_offered_from_the_fifth_launch_until_it_was_answered) {
     }
     EXPECT_TRUE(settings.boolean("EnableScheduler"));
   }
+}
+
+TEST(Sheets, leave_the_keyboard_to_the_one_above_them_and_the_menu_opens_none_over_another) {
+  TestPlatform ada;
+  TestWindow at(ada);
+  at.open_on_screen();
+  QWidget* const below = at.window()->focusWidget();
+  ASSERT_NE(below, nullptr);
+  Sheet* lower = Sheet::present(std::make_unique<Notice>(at.context, "Lower", "."), at.window());
+  Sheet* upper = Sheet::present(std::make_unique<Notice>(at.context, "Upper", "."), at.window());
+  QWidget* const button = at.window()->focusWidget();
+  QTest::keyClick(at.window(), Qt::Key_Comma, Qt::ControlModifier);
+  lower->close_overlay();
+  EXPECT_EQ(at.window()->focusWidget(), button);
+  upper->close_overlay();
+  EXPECT_EQ(at.window()->focusWidget(), below);
+  EXPECT_EQ(at.card(), nullptr);
 }
 
 /// A user of a system whose privacy switches guard folders.
