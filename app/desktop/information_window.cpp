@@ -31,7 +31,17 @@ QString readable(const std::string& path) {
   return QString::fromUtf8(path.data(), static_cast<qsizetype>(path.size()));
 }
 
+/// What is read out is what is seen.
+void show_value(QLabel* label, const QString& value) {
+  label->setText(value);
+  label->setAccessibleDescription(value);
+}
+
 }  // namespace
+
+QString InformationWindow::kind_text(const Platform& platform, EntryKind kind) {
+  return QString::fromStdString(platform.localization.text(kind_name(kind)));
+}
 
 QString InformationWindow::text(const char* english) const {
   return QString::fromStdString(platform_.localization.text(english));
@@ -57,9 +67,9 @@ InformationWindow::InformationWindow(Platform& platform, BackgroundQueue& errand
     auto facts = std::make_shared<Facts>(look_at(platform, entry));
     platform.main_queue.async([here, facts, kind, size, changed] {
       if (here.expired()) return;
-      kind->setText(facts->kind);
-      size->setText(facts->size);
-      changed->setText(facts->changed);
+      show_value(kind, facts->kind);
+      show_value(size, facts->size);
+      show_value(changed, facts->changed);
     });
   });
 }
@@ -68,24 +78,27 @@ InformationWindow::Facts InformationWindow::look_at(Platform& platform, const Ur
   const Status status = platform.files.status(entry);
   const std::int64_t bytes =
       status.kind == EntryKind::folder ? platform.measurer.overall_size_of_direcory(entry) : status.size;
-  Facts facts;
-  facts.kind = QString::fromStdString(platform.localization.text(kind_name(status.kind)));
-  facts.size = QString::fromStdString(platform.text.byte_count(bytes)) + QStringLiteral(" (") +
-               QLocale().toString(static_cast<qlonglong>(bytes)) + u')';
+  const QString unknown = QStringLiteral("–");
+  Facts facts = {kind_text(platform, status.kind), unknown, unknown};
+  if (status.kind == EntryKind::none) return facts;
+  facts.size = QString::fromStdString(platform.text.byte_count(bytes));
+  if (bytes >= 1000) facts.size += QStringLiteral(" (%1)").arg(QLocale().toString(static_cast<qlonglong>(bytes)));
   const auto changed = platform.metadata.modification_date(entry);
-  facts.changed = changed ? QLocale().toString(QDateTime::fromSecsSinceEpoch(changed->time_since_epoch().count()),
-                                               QLocale::ShortFormat)
-                          : QStringLiteral("–");
+  if (changed) {
+    facts.changed =
+        QLocale().toString(QDateTime::fromSecsSinceEpoch(changed->time_since_epoch().count()), QLocale::ShortFormat);
+  }
   return facts;
 }
 
 QLabel* InformationWindow::add_line(QFormLayout* form, const char* name, const QString& value) {
   QLabel* title = text_label(text(name), theme::Type::detail, theme::readable(theme::secondary, theme::sheet), this);
+  align_at_beginning(title, Qt::AlignTop);
   QLabel* said = text_label(value, theme::Type::detail, theme::text, this);
-  align_at_beginning(said);
+  align_at_beginning(said, Qt::AlignTop);
   said->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
   said->setAccessibleName(text(name));
-  said->setAccessibleDescription(value);
+  show_value(said, value);
   said->setWordWrap(true);
   said->setMinimumWidth(320);
   form->addRow(title, said);

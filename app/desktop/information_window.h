@@ -17,6 +17,9 @@ class InformationWindow : public QDialog {
  public:
   InformationWindow(Platform& platform, BackgroundQueue& errands, const Url& entry, QWidget* parent);
 
+  /// What people call that kind of entry.
+  static QString kind_text(const Platform& platform, EntryKind kind);
+
  private:
   struct Facts {
     QString kind;

@@ -8,6 +8,7 @@
 #include <QStackedLayout>
 #include <algorithm>
 
+#include "app/desktop/information_window.h"
 #include "ui/scroller.h"
 #include "ui/text_label.h"
 
@@ -65,6 +66,8 @@ PreviewPanel::PreviewPanel(Platform& platform, BackgroundQueue& errands, QWidget
   picture_->setMinimumSize(1, 1);
   text_ = new QPlainTextEdit(this);
   text_->setReadOnly(true);
+  text_->setFrameShape(QFrame::NoFrame);
+  text_->document()->setDocumentMargin(2 * theme::grid);
   text_->setFont(theme::font(theme::Type::detail));
   use_scrollers(text_);
   facts_ = text_label({}, theme::Type::body, theme::text, this);
@@ -90,7 +93,10 @@ void PreviewPanel::show_entry(const Url& entry) {
 PreviewPanel::Found PreviewPanel::look_at(Platform& platform, const Url& entry) {
   Found found;
   const Status status = platform.files.status(entry);
-  found.facts = QString::fromStdString(platform.text.byte_count(status.size));
+  found.facts = InformationWindow::kind_text(platform, status.kind);
+  if (status.kind == EntryKind::file) {
+    found.facts += QStringLiteral(", ") + QString::fromStdString(platform.text.byte_count(status.size));
+  }
   if (status.kind == EntryKind::folder) found.text = listing_of(platform.files, entry);
   if (status.kind != EntryKind::file) return found;
   const auto content = platform.files.read(entry, most_bytes);
@@ -107,6 +113,9 @@ void PreviewPanel::show_found(const Found& found) {
   image_ = found.picture;
   text_->setPlainText(found.text);
   facts_->setText(windowTitle() + u'\n' + found.facts);
+  for (QWidget* page : {static_cast<QWidget*>(picture_), static_cast<QWidget*>(text_)}) {
+    page->setAccessibleName(windowTitle());
+  }
   fit_picture();
   pages_->setCurrentWidget(!image_.isNull()        ? static_cast<QWidget*>(picture_)
                            : !found.text.isEmpty() ? static_cast<QWidget*>(text_)

@@ -65,6 +65,7 @@ GuidePage::GuidePage(AppContext& context, int number) : Screen(context), number_
   }
   buttons->addStretch();
   layout->addLayout(buttons);
+  setFocusProxy(next_button != nullptr ? next_button : back_button);  // the keyboard goes on from page to page
 }
 
 /// The page's number in a bright disc.

@@ -80,7 +80,7 @@ void PrivacyDiskAccessViewController::move_window() {
   if (isVisible()) window()->move(rest_ + QPoint(static_cast<int>(std::lround(way)), 0));
 }
 
-GuideWindow::GuideWindow(AppContext& context, QWidget* parent) : QWidget(parent, Qt::Dialog) {
+GuideWindow::GuideWindow(AppContext& context, QWidget* parent) : QDialog(parent) {
   content = new PrivacyDiskAccessViewController(context);
   setWindowTitle(content->windowTitle());
   setFixedSize(window_size);
@@ -88,6 +88,7 @@ GuideWindow::GuideWindow(AppContext& context, QWidget* parent) : QWidget(parent,
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(content);
   connect(content, &Screen::dismissed, this, &QWidget::close);
+  content->pages->pages->page(0)->setFocus();
 }
 
 }  // namespace tarnby

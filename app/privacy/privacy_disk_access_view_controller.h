@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QDialog>
+
 #include "app/privacy/guide_pages.h"
 #include "app/screen.h"
 #include "ui/animation.h"
@@ -38,7 +40,7 @@ class PrivacyDiskAccessViewController : public Screen {
 };
 
 /// The window that holds the guide. Closes when its content is done.
-class GuideWindow : public QWidget {
+class GuideWindow : public QDialog {
   Q_OBJECT
  public:
   GuideWindow(AppContext& context, QWidget* parent);
