@@ -55,8 +55,14 @@ class Screen:
         self.width, self.height, self._line_size = header[4], header[5], header[12]
         self._start = header[0] + header[19] * 12
 
+    def shows(self, color, width, height):
+        """Whether there is an area of that colour (blue, green, red), at least that large."""
+        runs = [(color + unused) * width for unused in (b"\0", b"\xff")]
+        lines = (self.line(0, y, self.width) for y in range(self.height))
+        return sum(any(run in line for run in runs) for line in lines) >= height
+
     def line(self, x, y, width):
-        """Blue, green, red and nothing, for each pixel from there on to the right."""
+        """Blue, green, red and a byte that is not used, for each pixel from there on to the right."""
         start = self._start + y * self._line_size + x * 4
         return self._picture[start:start + width * 4]
 

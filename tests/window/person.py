@@ -16,9 +16,14 @@ class Person:
         self._deadline = time.monotonic() + DEADLINE_SECONDS
         self._program = None
 
-    def starts(self, words):
-        """Starts the program that is used from now on, and waits for its window."""
-        self._program = subprocess.Popen(words)
+    def runs(self, words, environment=None):
+        """Starts the program that is used from now on."""
+        self._program = subprocess.Popen(words, env=environment)
+        return self._program
+
+    def starts(self, words, environment=None):
+        """The same, and waits for its window."""
+        self.runs(words, environment)
         self.sees("frame", "Tarnby cleaner")
         return self._program
 
@@ -52,6 +57,13 @@ class Person:
     def strikes(self, *keys):
         subprocess.run(["xdotool", "key", *keys], check=True)
 
+    def waits_in_front(self, role, name):
+        """Until that window, or that control of one, is what keys are struck for."""
+        def in_front():
+            states = self.find(role, name).getState()
+            return states.contains(pyatspi.STATE_FOCUSED) or states.contains(pyatspi.STATE_ACTIVE)
+        self.waits_for(f'{role} "{name}" in front', in_front)
+
     def clicks(self, element, right, below):
         """Clicks at a place within an element; a negative one is told from the other side."""
         place = element.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
@@ -59,11 +71,15 @@ class Person:
         y = place.y + below + (place.height if below < 0 else 0)
         subprocess.run(["xdotool", "mousemove", str(x), str(y), "click", "1"], check=True)
 
-    def window(self):
-        """The program's window, as the window manager knows it."""
-        found = subprocess.run(["xdotool", "search", "--onlyvisible", "--pid", str(self._program.pid), "--name",
-                                "^Tarnby cleaner$"], check=False, capture_output=True, text=True).stdout.split()
+    def window(self, title="Tarnby cleaner"):
+        """A window of the program, as the window manager knows it."""
+        found = _told("search", "--all", "--onlyvisible", "--pid", str(self._program.pid), "--name",
+                      f"^{title}$").split()
         return found[0] if found else ""
+
+    def has_in_front(self, window):
+        """Whether it is that window which the window manager gives the keys to."""
+        return _told("getactivewindow").strip() == window
 
     def waits_for_end(self, program=None):
         """The exit status."""
@@ -81,7 +97,14 @@ class Person:
             return
         for program in pyatspi.Registry.getDesktop(0):
             if program is not None and program.get_process_id() == self._program.pid:
-                yield from _below(program, 0)
+                yield from self.below(program)
+
+    def below(self, element, depth=0):
+        """All that is shown within an element, each with its depth."""
+        for child in element:
+            if child is not None and child.getState().contains(pyatspi.STATE_SHOWING):
+                yield child, depth
+                yield from self.below(child, depth + 1)
 
     def tells(self):
         """What is shown, as an indented text."""
@@ -95,8 +118,6 @@ class Person:
         return "\n".join(lines)
 
 
-def _below(element, depth):
-    for child in element:
-        if child is not None and child.getState().contains(pyatspi.STATE_SHOWING):
-            yield child, depth
-            yield from _below(child, depth + 1)
+def _told(*words):
+    return subprocess.run(["xdotool", *words], check=False, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
+                          text=True).stdout

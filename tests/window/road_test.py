@@ -1,84 +1,16 @@
-"""Starts the real program on a desktop of its own and uses it as a person would:  road_test.py BUILD TEST...
+"""From the first screen to a clean disk, and what may come between."""
 
-BUILD is the folder of the build to test. Ends with status 77 where the machine has no such desktop to offer.
-"""
-
-import decimal
 import json
 import os
 import pathlib
-import plistlib
-import pwd
 import signal
 import subprocess
-import sys
-import unittest
 
-import desktop
-
-SKIPPED = 77
-BUILD = pathlib.Path(sys.argv[1])
-PROGRAM = str(BUILD / "tarnby-cleaner")
-OUTLINE = "What can be removed"
-
-# Where a check box is, from the left of its row: half of one behind what stands before it.
-GROUP_BOX, ENTRY_BOX = 49, 73
-ABOVE_BOTTOM = -14  # a header may stand above a row, nothing stands below it
+import window
+from window import BUILD, ENTRY_BOX, GROUP_BOX, PROGRAM, byte_count, run, said, tree_of
 
 
-class Window(unittest.TestCase):
-    def setUp(self):
-        self.folder = pathlib.Path(os.environ["TARNBY_DESKTOP"])
-        self.person = person.Person()
-        sample = self.folder / "sample"
-        run(BUILD / "tools" / "sample-home", sample)
-        self.home, self.applications = sample / pwd.getpwuid(os.getuid()).pw_name, sample / "Applications"
-
-    def run(self, result=None):
-        before = len(result.failures) + len(result.errors)
-        super().run(result)
-        if len(result.failures) + len(result.errors) > before:
-            picture = f"/tmp/tarnby-window-{self._testMethodName}-{os.getpid()}.png"
-            desktop.save_screenshot(picture)
-            print(f"The screen was {picture} and told:\n{self.person.tells()}", file=sys.stderr)
-
-    def grant_both(self):
-        run(BUILD / "tarnby-cleaner-cli", "grant", "home", self.home)
-        run(BUILD / "tarnby-cleaner-cli", "grant", "Applications", self.applications)
-
-    def settings(self):
-        place = pathlib.Path(os.environ["XDG_CONFIG_HOME"], "tarnby-cleaner", "settings.plist")
-        return plistlib.loads(place.read_bytes())
-
-    def close_window(self):
-        self.person.strikes("alt+F4")
-        self.assertEqual(self.person.waits_for_end(), 0)
-
-    def pick(self, button, folder):
-        self.person.presses(button)
-        self.person.types_into(self.person.sees("text", "Directory:"), str(folder))
-        self.person.presses("Allow")
-        self.person.waits_for("the chooser to go", lambda: not self.person.find("dialog", "Allow access"))
-
-    def rows(self, outline=OUTLINE):
-        return [cell.name for cell in self.person.sees("tree", outline) if cell.getRoleName() == "table cell"]
-
-    def click_box(self, text, box):
-        self.person.clicks(self.person.sees("table cell", text), box, ABOVE_BOTTOM)
-
-    def expect_rows(self, expected):
-        try:
-            self.person.waits_for("the rows", lambda: self.rows() == expected)
-        except AssertionError:
-            self.assertEqual(self.rows(), expected)
-
-    def expect_selected(self, size):
-        """Beside the word, below the outline."""
-        def told():
-            names = [element.name for element, _ in self.person.everything()]
-            return size == names[names.index("Selected") + 1]
-        self.person.waits_for(f"{size} selected", told)
-
+class Road(window.Window):
     def test_from_the_access_screen_to_the_cleaned_screen(self):
         scan = json.loads(run(BUILD / "tarnby-cleaner-cli", "scan", "--json", "--home", self.home, "--applications",
                               self.applications))
@@ -167,7 +99,8 @@ class Window(unittest.TestCase):
         someone.sees("label", byte_count(sizes["Trash"] + first["size"]))
         self.assertEqual(tree_of(self.folder / "sample"), before)
         someone.presses("Clean")
-        someone.sees("label", 'Cleanup in "Applications logs"')
+        someone.waits_for("the cleanup", lambda: any(
+            element.name.startswith('Cleanup in "') for element, _ in someone.everything()))
         someone.sees("label", "was cleaned")
         ticked = {*applications, "Trash"}
         size = sum(sizes[key] for key in ticked) + first["size"]
@@ -193,8 +126,8 @@ class Window(unittest.TestCase):
         run("xdotool", "windowminimize", window)
         self.person.waits_for("no window", lambda: not self.person.window())
         self.assertEqual(self.person.waits_for_end(subprocess.Popen([PROGRAM])), 0)
-        self.person.waits_for("the window in front", lambda: self.person.window() == window and subprocess.run(
-            ["xdotool", "getactivewindow"], check=False, capture_output=True, text=True).stdout.strip() == window)
+        self.person.waits_for("the window in front", lambda: self.person.window() == window
+                              and self.person.has_in_front(window))
         self.close_window()
         self.assertEqual(self.settings()["appLaunchCount"], 1)
 
@@ -220,43 +153,5 @@ class Window(unittest.TestCase):
         self.assertEqual(self.settings()["appLaunchCount"], 1)
 
 
-def run(*words):
-    """What the program printed; its end must be a good one."""
-    return subprocess.run([str(word) for word in words], check=True, stdout=subprocess.PIPE, text=True).stdout
-
-
-def byte_count(size):
-    for power, unit in enumerate(("KB", "MB", "GB")):
-        step = decimal.Decimal(1).scaleb(-power)  # no decimals, one, two
-        number = decimal.Decimal(size).scaleb(-3 * power - 3).quantize(step, decimal.ROUND_HALF_UP)
-        if number < 1000:
-            return f"{number.normalize():f} {unit}"
-    raise ValueError(size)
-
-
-def said(row, state="ticked", items=None):
-    """What a row of the outline says of itself, with the size of those items or its own."""
-    size = row["size"] if items is None else sum(item["size"] for item in items)
-    return f"{row['label']}, {byte_count(size)}, {state}"
-
-
-def tree_of(top):
-    """Everything below a folder, with what would show that it was touched; folders are touched by what goes in them."""
-    state = {}
-    for folder, folders, files in os.walk(top):
-        for name in folders + files:
-            path = pathlib.Path(folder, name)
-            status = path.lstat()
-            is_folder = path.is_dir() and not path.is_symlink()
-            state[path] = (status.st_ino, status.st_mode) + (() if is_folder else (status.st_size, status.st_mtime_ns))
-    return state
-
-
 if __name__ == "__main__":
-    if "TARNBY_DESKTOP" in os.environ:
-        import person
-        unittest.main(argv=[sys.argv[0], *sys.argv[2:]], warnings="ignore")  # the bindings warn of themselves
-    if missing := desktop.why_not():
-        print(f"Skipped: {missing}")
-        sys.exit(SKIPPED)
-    sys.exit(desktop.run_inside([sys.executable, "-B", __file__, *sys.argv[1:]]))
+    window.main(__file__)
