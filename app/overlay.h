@@ -15,6 +15,8 @@ namespace tarnby {
 class Overlay : public QWidget, public Speaks {
   Q_OBJECT
  public:
+  ~Overlay() override;
+
   Screen& content() { return *content_; }
   Spoken spoken() const override { return {.role = QAccessible::Dialog, .text = accessibleDescription()}; }
 
@@ -24,7 +26,6 @@ class Overlay : public QWidget, public Speaks {
 
  protected:
   Overlay(std::unique_ptr<Screen> content, QWidget* window);
-  ~Overlay() override;
 
   /// Puts the content where it belongs; called whenever the window's size has changed.
   virtual void place_content() = 0;
