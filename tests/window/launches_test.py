@@ -21,7 +21,7 @@ class Road(window.Window):
         self.grant_both()
 
     def expect_entry(self, **also):
-        """The autostart entry on the disk; there is none where nothing is expected of it."""
+        """What is in the autostart entry on the disk, and nothing else."""
         def entry():
             read = configparser.ConfigParser(interpolation=None)
             read.optionxform = str

@@ -44,6 +44,11 @@ class Person:
     def sees(self, role, name):
         return self.waits_for(f'{role} "{name}"', lambda: self.find(role, name))
 
+    def reads(self, beginning):
+        """A text of which only the beginning matters: what changes every moment may be missed on a busy machine."""
+        self.waits_for(f'"{beginning}…"', lambda: any(
+            element.name.startswith(beginning) for element, _ in self.everything()))
+
     def presses(self, name, role="push button"):
         """Presses the button of that name as soon as it is there and can be pressed."""
         def enabled():
