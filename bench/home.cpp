@@ -90,7 +90,32 @@ void make_application(const fs::path& applications, int number) {
                                          << "</string></dict></plist>\n";
 }
 
+void make_files(const fs::path& folder, std::size_t count, const std::string& name) {
+  fs::create_directories(folder);
+  const int handle = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  for (std::size_t at = 0; at < count; ++at) {
+    make_file(handle, name + std::to_string(at * 7919 % count), static_cast<off_t>(at % 4000 + 1));
+  }
+  close(handle);
+}
+
 }  // namespace
+
+Home make_wide_home(const std::string& folder) {
+  const fs::path top = fs::path(folder) / "home-wide";
+  const fs::path library = top / "user" / "Library";
+  if (!fs::exists(top / "finished")) {
+    fs::remove_all(top);
+    make_files(library / "Logs", wide_home.logs, "tool ");
+    for (std::size_t at = 0; at < wide_home.applications; ++at) make_application(top / "Applications", int(at));
+    for (std::size_t at = 0; at < wide_home.caches; ++at) {
+      make_files(library / "Caches" / ((at % 2 == 0 ? "com.example.app" : "com.gone.tool") + std::to_string(at)), 1,
+                 "f");
+    }
+    std::ofstream(top / "finished") << wide_home.logs << '\n';
+  }
+  return {(top / "user").string(), (top / "Applications").string(), {}};
+}
 
 Home make_home(const std::string& folder, std::size_t files) {
   const fs::path top = fs::path(folder) / ("home-" + std::to_string(files));

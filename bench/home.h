@@ -19,4 +19,15 @@ struct Home {
 /// Throws std::system_error when the disk does not take it.
 Home make_home(const std::string& folder, std::size_t files);
 
+/// The same for a home whose lists are long: `wide_home` entries of each kind, most of them empty.
+Home make_wide_home(const std::string& folder);
+
+struct WideHome {
+  std::size_t logs;
+  std::size_t applications;
+  /// Caches, half of them of applications that are gone.
+  std::size_t caches;
+};
+constexpr WideHome wide_home = {100'000, 1'000, 10'000};
+
 }  // namespace tarnby::bench
