@@ -43,4 +43,15 @@ void AppContext::flush_settings() {
   errands.async([&settings = platform.app_settings] { (void)settings.synchronize(); });
 }
 
+void AppContext::end() {
+  ending = true;
+  platform.files.stop_looking();
+}
+
+bool AppContext::begin_looking() {
+  platform.files.look_again();
+  if (ending) platform.files.stop_looking();  // it may have been asked to between the two
+  return !ending;
+}
+
 }  // namespace tarnby

@@ -32,6 +32,13 @@ struct AppContext {
   /// Set when the program is to end: a removal finishes the entry in hand and leaves the rest. Any thread.
   std::atomic<bool> ending{false};
 
+  /// The program is to end: what looks stops, and a removal as above.
+  void end();
+  /// To be asked in the background before a scan or a search: lets the file manager look again, which a scan that was
+  /// given up may have stopped. False when the program is to end: then nothing may begin. Whether this very scan was
+  /// given up is to be asked afterwards, or a stop in between would be lost.
+  bool begin_looking();
+
   /// The text in the user's language; `values` take the places of its "%@".
   QString text(const char* english) const;
   QString text(const char* english, std::initializer_list<QString> values) const;

@@ -86,8 +86,7 @@ int run_window(QApplication& application) {
   window.show();
   const int status = QApplication::exec();
   delegate.applicationWillTerminate();
-  context.ending = true;
-  platform.files.stop_looking();
+  context.end();
   background.finish();  // a removal finishes the entry in hand
   errands.finish();     // and the settings reach the disk
   return status;

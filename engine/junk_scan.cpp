@@ -55,7 +55,7 @@ std::vector<Url> Cleaner::cache_locations() const {
 
 std::shared_ptr<CleanerItem> Cleaner::measured_item(std::vector<Url> locations) {
   auto item = std::make_shared<CleanerItem>();
-  item->size = overall_size_of_files(locations);
+  if (!platform_.files.stopped_looking()) item->size = overall_size_of_files(locations);
   item->string_size = platform_.text.byte_count(item->size);
   item->files = std::move(locations);
   return item;

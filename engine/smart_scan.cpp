@@ -66,19 +66,20 @@ void Cleaner::smart_clean_with_complete_handler(const std::function<void()>& han
     smart_outline_items.clear();
     smart_menu_items.clear();
     total_smart_size = 0;
-    scan_caches();
-    post("smart_scan_logs");
-    scan_logs();
-    post("smart_scan_remainders");
-    scan_remainders();
-    post("smart_scan_browsers");
-    scan_browsers();
-    post("smart_scan_mails");
-    scan_mails();
-    post("smart_scan_installs");
-    scan_installs();
-    post("smart_scan_trash");
-    scan_trash();
+    constexpr std::pair<void (Cleaner::*)(), std::string_view> steps[] = {
+        {&Cleaner::scan_caches, "smart_scan_logs"},
+        {&Cleaner::scan_logs, "smart_scan_remainders"},
+        {&Cleaner::scan_remainders, "smart_scan_browsers"},
+        {&Cleaner::scan_browsers, "smart_scan_mails"},
+        {&Cleaner::scan_mails, "smart_scan_installs"},
+        {&Cleaner::scan_installs, "smart_scan_trash"},
+        {&Cleaner::scan_trash, {}},
+    };
+    for (const auto& [scan, next] : steps) {
+      if (platform_.files.stopped_looking()) break;  // nobody waits for the rest
+      (this->*scan)();
+      if (!next.empty()) post(next);
+    }
   }
   search_is_complete = true;
   handler();
@@ -130,6 +131,7 @@ Cleaner::Found Cleaner::measured_entries(const Url& folder, Hidden hidden) {
 }
 
 void Cleaner::sort_by_name(std::vector<std::shared_ptr<LargeFile>>& records) const {
+  if (platform_.files.stopped_looking()) return;  // the longest lists take longer than anybody should wait for nothing
   platform_.text.sort_by_label(records, [](const auto& record) -> const std::string& { return record->name; });
 }
 

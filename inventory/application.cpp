@@ -92,6 +92,7 @@ void Application::installedApplications(const std::function<void(bool)>& handler
   const bool keep_all = app_settings->integer("includeDefaultApps") == 1;
   auto found = std::make_shared<ApplicationItems>();
   for (const Url& url : candidates()) {
+    if (files_.stopped_looking()) break;
     auto item = application(url);
     if (item->bundle && (keep_all || is_kept(*item->bundle))) found->push_back(std::move(item));
   }

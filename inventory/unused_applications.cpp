@@ -41,6 +41,7 @@ void Application::unusedApplications(const std::function<void(bool)>& handler) {
   ApplicationItems found;
   std::unordered_map<std::string, std::shared_ptr<ApplicationItem>> by_bundle;
   for (const Url& url : applications_of_the_user(files_, url_applications, url_home)) {
+    if (files_.stopped_looking()) break;
     if (!may_be_unused(files_, url)) continue;
     const auto used = platform_.metadata.last_used_date(url);
     if (!counts_as_unused(used, platform_.metadata.content_change_date(url), now)) continue;

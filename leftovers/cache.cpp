@@ -39,6 +39,7 @@ ApplicationItems Cache::installed_applications() {
   ApplicationMap by_bundle;
   ApplicationMap by_name;
   for (const Url& url : applications_urls) {
+    if (defaultManager->stopped_looking()) break;
     auto item = inventory_.application(url);
     if (!item->bundle) continue;
     by_bundle[*item->bundle] = item;
@@ -88,6 +89,7 @@ std::pair<CacheItems, std::int64_t> Cache::search() {
   CacheItems items;
   std::int64_t total = 0;
   for (const Candidate& candidate : candidates()) {
+    if (defaultManager->stopped_looking()) break;
     const std::int64_t size = overall_size_of_direcory(candidate.url);
     total = add_bytes(total, size);
     if (size <= 0) continue;

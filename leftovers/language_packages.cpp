@@ -56,6 +56,7 @@ std::vector<Url> Remainders::language_packages() const {
   const Codes spoken = codes_of(platform_.session.preferred_languages);
   std::vector<Url> packages;
   for (const Url& application : installedApplications) {
+    if (defaultManager->stopped_looking()) break;
     if (!is_examined(*defaultManager, application)) continue;
     for (const Url& folder : defaultManager->list_urls(application.appending("Contents/Resources"))) {
       const int times = times_listed(folder.last_path_component(), spoken);

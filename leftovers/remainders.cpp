@@ -67,6 +67,7 @@ void add_owned(Identifiers& owned, std::string identifier) {
 Identifiers identifiers_of(const FileManager& files, std::span<const Url> applications) {
   Identifiers owned;
   for (const Url& application : applications) {
+    if (files.stopped_looking()) break;
     if (auto identifier = bundle_identifier(files, application)) add_owned(owned, std::move(*identifier));
   }
   return owned;
@@ -130,6 +131,8 @@ std::vector<Remainders::Orphan> Remainders::orphans(const std::unordered_set<std
     listings.push_back(std::move(listing));
   }
   for (Orphan& orphan : found) {
+    // Then applications may have been missed as well, and what they own would be called left over.
+    if (defaultManager->stopped_looking()) return {};
     const FoldedText identifier(orphan.identifier);
     for (const Listing& listing : listings) add_matching(listing, identifier, orphan.files);
   }

@@ -70,6 +70,9 @@ class FileManager {
   /// `look_again`; removals go on. For when nobody waits for the result any more.
   void stop_looking() { traversal_.stop_looking(); }
   void look_again() { traversal_.look_again(); }
+  /// True between the two: what looks at one thing after the other may as well end. What it has is not all there is, so
+  /// nothing may be concluded from what is missing in it.
+  bool stopped_looking() const { return traversal_.stopped_looking(); }
 
   /// The immediate entries of a folder in byte order of their names; empty when it is no folder or cannot be read.
   std::vector<Entry> list(const Url& folder, Hidden hidden = Hidden::skip) const;

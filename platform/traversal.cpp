@@ -97,6 +97,11 @@ void Traversal::look_again() {
   stopped_ = false;
 }
 
+bool Traversal::stopped_looking() const {
+  const std::lock_guard lock(mutex_);
+  return stopped_;
+}
+
 /// Wakes idle workers, or makes new ones, for so many new tasks. Under the mutex.
 void Traversal::add_workers(std::size_t waiting) {
   for (std::size_t woken = std::min(waiting, idle_); woken > 0; --woken) work_waits_.notify_one();

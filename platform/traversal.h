@@ -157,6 +157,7 @@ class Traversal {
   /// Ends the jobs that only look, and each that is started from now on, at once, until `look_again`.
   void stop_looking();
   void look_again();
+  bool stopped_looking() const;
 
  private:
   struct Task {
@@ -182,7 +183,7 @@ class Traversal {
   const std::size_t most_handles_;
   std::atomic<std::size_t> open_handles_{0};
 
-  std::mutex mutex_;
+  mutable std::mutex mutex_;
   std::condition_variable work_waits_;
   std::condition_variable start_finished_;
   std::vector<Task> stack_;

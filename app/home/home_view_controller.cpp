@@ -103,9 +103,8 @@ void HomeViewController::show_categories() {
   Cleaner& cleaner = context_.sharedCleaner();
   cleaner.apps_junk_search_complete = false;  // of an earlier scan, whose results are replaced now
   cleaner.media_search_coomplete = false;
-  context_.background.async([&cleaner, &platform = context_.platform] {
-    platform.files.look_again();
-    cleaner.clean_with_complete_handler([] {});
+  context_.background.async([&cleaner, &context = context_] {
+    if (context.begin_looking()) cleaner.clean_with_complete_handler([] {});
   });
   categories_button->setEnabled(false);
   search_button->setEnabled(false);

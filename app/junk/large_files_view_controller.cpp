@@ -112,19 +112,17 @@ QLayout* LargeFilesViewController::bottom_line() {
 void LargeFilesViewController::start_search() {
   progress->set_pulsing(true);
   const auto found = while_here([this] { show_result(); });
-  context_.background.async(
-      [&cleaner = context_.sharedCleaner(), &platform = context_.platform, found, given_up = given_up_] {
-        if (cleaner.totalLargeFilesSize <= 0 && !*given_up) {
-          platform.files.look_again();
-          cleaner.search_large_files_with_complete_handler([](const auto&, const auto&, std::int64_t) {});
-          if (*given_up) {
-            cleaner.outlineItems.clear();
-            cleaner.largeFiles.clear();
-            cleaner.totalLargeFilesSize = 0;
-          }
-        }
-        platform.main_queue.async(found);
-      });
+  context_.background.async([&cleaner = context_.sharedCleaner(), &context = context_, found, given_up = given_up_] {
+    if (cleaner.totalLargeFilesSize <= 0 && context.begin_looking() && !*given_up) {
+      cleaner.search_large_files_with_complete_handler([](const auto&, const auto&, std::int64_t) {});
+      if (*given_up) {
+        cleaner.outlineItems.clear();
+        cleaner.largeFiles.clear();
+        cleaner.totalLargeFilesSize = 0;
+      }
+    }
+    context.platform.main_queue.async(found);
+  });
 }
 
 void LargeFilesViewController::will_retire() {

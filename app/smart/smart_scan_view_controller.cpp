@@ -70,11 +70,10 @@ void SmartScanViewController::start() {
     scanning_ = false;
     post("smart_clean_view_controller");
   });
-  context_.background.async([&cleaner = sharedCleaner, &platform = context_.platform, begun, complete, here = here()] {
-    platform.files.look_again();  // a scan that nobody waited for any more may have been stopped
-    if (here.expired()) return;   // and so may this one before it began
-    platform.main_queue.async(begun);
-    cleaner.smart_clean_with_complete_handler([&] { platform.main_queue.async(complete); });
+  context_.background.async([&cleaner = sharedCleaner, &context = context_, begun, complete, here = here()] {
+    if (!context.begin_looking() || here.expired()) return;
+    context.platform.main_queue.async(begun);
+    cleaner.smart_clean_with_complete_handler([&] { context.platform.main_queue.async(complete); });
   });
 }
 

@@ -51,5 +51,20 @@ TEST(SmartScanViewController, tells_each_category_as_it_begins) {
   EXPECT_EQ(clean->size->text(), "71 KB");
 }
 
+TEST(SmartScanViewController, that_waits_for_the_background_does_not_scan_once_the_program_is_to_end) {
+  TestPlatform ada;
+  ada.tree.file("ada/Library/Caches/a/x", 1000);
+  TestWindow at(ada);
+  at.open();
+  test::Hold hold(at.background);
+  at.post("smart_scan_view_controller");
+  at.pass(100);
+  at.context.end();
+  hold.release();
+  at.settle();
+  EXPECT_TRUE(ada.platform.files.stopped_looking());
+  EXPECT_FALSE(at.engine->cleaner.search_is_complete);
+}
+
 }  // namespace
 }  // namespace tarnby

@@ -6,6 +6,7 @@
 #include <thread>
 
 #include "tests/engine/test_engine.h"
+#include "tests/support/open_watch.h"
 
 namespace tarnby {
 namespace {
@@ -14,6 +15,7 @@ using test::Engine;
 using test::row_texts;
 using test::TestPlatform;
 using testing::ElementsAre;
+using testing::IsEmpty;
 
 using Texts = std::vector<std::string>;
 
@@ -72,6 +74,27 @@ TEST(SmartScan, lets_the_main_thread_read_what_a_notification_says_is_finished) 
   scan.join();
   EXPECT_THAT(seen, ElementsAre(9, 2, 8, 16, 0, 4));
   EXPECT_EQ(of.cleaner.total_smart_size, 39);
+}
+
+TEST(SmartScan, that_is_stopped_reads_no_application_and_calls_nothing_left_over) {
+  TestPlatform ada;
+  const std::string editor = "Applications/Editor.app";
+  ada.application(editor, "com.example.editor").tree.file(library + "Caches/com.example.editor/x", 1);
+  ada.tree.file(library + "Caches/com.gone.tool/x", 1);
+  Engine of(ada);
+  of.remainders.installedApplications = {ada.url(editor)};
+  ada.platform.files.stop_looking();
+  test::OpenWatch watch(ada.tree.path(editor + "/Contents/Info.plist"));
+  of.scan();
+  EXPECT_THAT(of.cache.smart_caches(), IsEmpty());
+  EXPECT_THAT(of.remainders.remianders(), IsEmpty()) << "an application that was not read owns files all the same";
+  EXPECT_THAT(of.remainders.language_packages(), IsEmpty());
+  of.inventory.installedApplications([](bool) {});
+  of.inventory.unusedApplications([](bool) {});
+  EXPECT_FALSE(watch.has_seen_any());
+  ada.platform.files.look_again();
+  of.scan();
+  EXPECT_EQ(of.cleaner.total_smart_size, 3) << "two caches, of which one is left over";
 }
 
 TEST(SmartScan, takes_the_clients_that_are_present) {

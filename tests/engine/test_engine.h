@@ -21,7 +21,7 @@ struct Engine {
     cleaner.smart_clean_with_complete_handler([] {});
   }
 
-  const Application inventory;
+  Application inventory;
   Cache cache;
   Remainders remainders;
   Cleaner cleaner;

@@ -86,6 +86,28 @@ TEST(Walk, comes_to_the_end_of_paths_longer_than_the_system_takes) {
   }
 }
 
+TEST(Looking, opens_no_further_folder_once_it_is_to_stop) {
+  TempTree tree;
+  for (int i = 0; i < 50; ++i) tree.file("top/" + std::to_string(i) + "/x", 1);
+  for (const Team& team : teams) {
+    SCOPED_TRACE(team.why());
+    FileManager files(team.workers, team.handles);
+    const auto walk = [&](const WantEntry& want) {
+      return files.walk(tree.url("top"), Hidden::take, Packages::enter, want).size();
+    };
+    const auto stop = [&](std::string_view, EntryKind) {
+      files.stop_looking();
+      return true;
+    };
+    EXPECT_EQ(walk(stop), 50U) << "the folder in hand";
+    EXPECT_EQ(walk(want_all), 0U) << "nor is one begun afterwards";
+    EXPECT_EQ(Measurer(files).overall_size_of_direcory(tree.url("top")), 0);
+    EXPECT_TRUE(files.stopped_looking());
+    files.look_again();
+    EXPECT_EQ(walk(want_all), 100U);
+  }
+}
+
 TEST(Status, tells_of_entries_themselves_and_reads_whole_plain_files) {
   struct Case {
     const char* why;
