@@ -47,9 +47,17 @@ std::vector<std::string_view> all_category_names() {
   return names;
 }
 
+/// Somebody may have switched a category off, and its default is on.
+void need_settings(const Context& context) {
+  if (context.platform.app_settings.store().is_readable()) return;
+  throw CommandError(no_access, "the settings, which say what to remove, cannot be read in " +
+                                    one_line(context.platform.session.settings_folder.path()) +
+                                    "; mend them or name the categories");
+}
+
 /// With categories named, exactly those are on for this run; otherwise the settings decide.
 void switch_categories(Context& context, std::span<const std::string_view> named) {
-  if (named.empty()) return;
+  if (named.empty()) return need_settings(context);
   for (const CleanupCategory& category : cleanup_categories()) {
     const bool is_named = std::find(named.begin(), named.end(), category.setting) != named.end();
     set_for_this_run(context, category.setting, is_named);

@@ -24,7 +24,7 @@ Url real_folder(const Url& folder) {
   const std::unique_ptr<char, decltype(&std::free)> path(realpath(folder.path().c_str(), nullptr), &std::free);
   if (!path) return {};
   struct stat info = {};
-  if (stat(path.get(), &info) != 0 || !S_ISDIR(info.st_mode)) return {};
+  if (uninterrupted([&] { return stat(path.get(), &info); }) != 0 || !S_ISDIR(info.st_mode)) return {};
   return Url::file(path.get());
 }
 

@@ -2,9 +2,19 @@
 
 #include <unistd.h>
 
+#include <cerrno>
 #include <utility>
 
 namespace tarnby {
+
+/// Repeats a system call that a signal interrupted. Folders on other machines and in user space can be interrupted
+/// where those on a disk cannot.
+template <typename Call>
+auto uninterrupted(Call call) {
+  auto result = call();
+  while (result < 0 && errno == EINTR) result = call();
+  return result;
+}
 
 /// Owns one open file descriptor and closes it at the end. Holds none while its number is negative, which is what a
 /// failed open(2) returns, so the result of a call can be handed over unchecked.

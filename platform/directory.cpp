@@ -30,34 +30,60 @@ Status status_from(const struct stat& info) {
   return status;
 }
 
+Status untold(int why) {
+  Status status;
+  status.error = why;
+  return status;
+}
+
+/// Opens for reading without a trace in the access time, which only the owner may; others leave one.
+Descriptor open_for_reading_at(int parent, const char* name, int flags) {
+  const auto open = [&](int more) {
+    return uninterrupted([&] { return openat(parent, name, O_RDONLY | O_NOFOLLOW | O_CLOEXEC | flags | more); });
+  };
+#ifdef O_NOATIME
+  const int handle = open(O_NOATIME);
+  if (handle >= 0 || errno != EPERM) return Descriptor(handle);
+#endif
+  return Descriptor(open(0));
+}
+
 }  // namespace
 
 Descriptor open_folder_at(int parent, const char* name) {
-  return Descriptor(openat(parent, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+  return open_for_reading_at(parent, name, O_DIRECTORY);
 }
 
 Descriptor open_file_at(int parent, const char* name) {
-  return Descriptor(openat(parent, name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+  return open_for_reading_at(parent, name, O_NONBLOCK | O_NOCTTY);
 }
 
 Descriptor open_file_for_writing_at(int parent, const char* name) {
-  return Descriptor(openat(parent, name, O_WRONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, 0600));
+  constexpr int flags = O_WRONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+  return Descriptor(uninterrupted([&] { return openat(parent, name, flags, 0600); }));
 }
 
 bool make_folder_at(int parent, const char* name) {
-  return mkdirat(parent, name, 0700) == 0 || (errno == EEXIST && status_at(parent, name).kind == EntryKind::folder);
+  return uninterrupted([&] { return mkdirat(parent, name, 0700); }) == 0 ||
+         (errno == EEXIST && status_at(parent, name).kind == EntryKind::folder);
 }
 
 Status status_at(int parent, const char* name) {
   struct stat info = {};
-  if (fstatat(parent, name, &info, AT_SYMLINK_NOFOLLOW) != 0) return {};
+  if (uninterrupted([&] { return fstatat(parent, name, &info, AT_SYMLINK_NOFOLLOW); }) != 0) return untold(errno);
   return status_from(info);
 }
 
 Status status_of(int handle) {
   struct stat info = {};
-  if (fstat(handle, &info) != 0) return {};
+  if (uninterrupted([&] { return fstat(handle, &info); }) != 0) return untold(errno);
   return status_from(info);
+}
+
+bool on_same_device(int handle, int other) {
+  const Status one = status_of(handle);
+  const Status two = status_of(other);
+  return one.error == 0 && two.error == 0 && one.identity.device == two.identity.device;
 }
 
 void raise_handle_limit() {

@@ -11,11 +11,9 @@
 #include <vector>
 
 #include "platform/descriptor.h"
+#include "platform/entry_kind.h"
 
 namespace tarnby {
-
-/// What an entry is, links not followed. `none`: there is no such entry, or nobody has told yet.
-enum class EntryKind : std::uint8_t { none, file, folder, link, other };
 
 /// What makes an entry the same one as before: its file system and its number there (inode(7)).
 struct Identity {
@@ -30,6 +28,8 @@ struct Status {
   /// Logical length in bytes of a file or of a link's own text; 0 for everything else.
   std::int64_t size = 0;
   Identity identity;
+  /// Why nothing is told (errno(3)); 0 when something is.
+  int error = 0;
 };
 
 /// One entry as a folder gives it. `name` is followed by a NUL and lives until the reader reads again.
@@ -47,8 +47,11 @@ class DirectoryReader {
   DirectoryReader& operator=(const DirectoryReader&) = delete;
 
   /// The next entries of the folder, in the order in which the file system gives them. Empty at the end, and when it
-  /// cannot be read (getdents64(2)). Their kinds are all told.
+  /// cannot be read (getdents64(2)), see `error`. Their kinds are all told.
   std::span<const RawEntry> read(int folder);
+
+  /// EIO when the last call could not read on, whatever the system said: an open folder may be read. Else 0.
+  int error() const { return error_; }
 
   /// True when the last batch filled the buffer well enough that another one is likely to follow.
   bool likely_more() const { return likely_more_; }
@@ -56,6 +59,7 @@ class DirectoryReader {
  private:
   std::unique_ptr<char[]> buffer_;
   std::vector<RawEntry> entries_;
+  int error_ = 0;
   bool likely_more_ = false;
 };
 
@@ -66,7 +70,8 @@ Descriptor open_place_at(int parent, const char* name);
 /// The same, through a link if one stands there: only for what lies above a granted folder.
 Descriptor open_place_following(int parent, const char* name);
 
-/// A handle for reading a folder's entries; a link in its place is not followed.
+/// A handle for reading a folder's entries; a link in its place is not followed. Where the system permits it, reading
+/// leaves the access time alone, here and in files.
 Descriptor open_folder_at(int parent, const char* name);
 
 /// As open_folder_at, and refused when another file system or a bind mount begins there (openat2(2)).
@@ -86,6 +91,9 @@ Status status_at(int parent, const char* name);
 
 /// What an open handle stands for.
 Status status_of(int handle);
+
+/// True when both are known to lie in one file system.
+bool on_same_device(int handle, int other);
 
 /// Renames an entry and never replaces another; false with EEXIST when there is something under the new name.
 bool rename_to_free_name(const std::string& from, const std::string& to);

@@ -114,7 +114,9 @@ bool GrantedFolders::add(Grant kind, const Url& folder) {
   // A program that is confined to the folder may not open those above it, but knows the way through them.
   Descriptor handle = above ? open_place_at(above.get(), name.c_str()) : open_place_at(AT_FDCWD, folder.path().c_str());
   if (!handle) return false;
-  std::vector<Identity> line = {status_of(handle.get()).identity};
+  const Status itself = status_of(handle.get());
+  if (itself.error != 0) return false;  // it could not be told apart from what may be removed
+  std::vector<Identity> line = {itself.identity};
   for (Url url = folder; url.path() != "/";) {
     url = url.parent();
     const Descriptor place = open_place(url);

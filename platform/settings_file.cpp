@@ -106,13 +106,13 @@ std::optional<std::string> read_all(int descriptor) {
 
 FileContent read_settings(const std::string& path) {
   struct stat status = {};
-  if (::stat(path.c_str(), &status) != 0) {
+  if (uninterrupted([&] { return ::stat(path.c_str(), &status); }) != 0) {
     return {errno == ENOENT ? FileState::missing : FileState::unreadable, {}};
   }
   if (!S_ISREG(status.st_mode)) return {};  // opening a FIFO or a device could wait or do something
   const Descriptor file(
       uninterrupted([&] { return ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY); }));
-  if (!file || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) return {};
+  if (!file || uninterrupted([&] { return ::fstat(file.get(), &status); }) != 0 || !S_ISREG(status.st_mode)) return {};
   const bool too_large = status.st_size > off_t{max_settings_bytes};
   const auto bytes = too_large ? std::nullopt : read_all(file.get());
   if (!bytes) return {};
@@ -128,12 +128,13 @@ std::string folder_of(const std::string& path) {
 }
 
 /// The file that a chain of links leads to, which may be missing. Those who keep their settings elsewhere and a link in
-/// their place want the file there to change and the link to stay. None when the chain has no end.
+/// their place want the file there to change and the link to stay. None when the chain has no end or cannot be read.
 std::optional<std::string> without_links(std::string path) {
   constexpr int longest_chain = 40;
   for (int links = 0; links < longest_chain; ++links) {
     std::string target(4096, '\0');
-    const ssize_t length = ::readlink(path.c_str(), target.data(), target.size());
+    const ssize_t length = uninterrupted([&] { return ::readlink(path.c_str(), target.data(), target.size()); });
+    if (length < 0 && errno != EINVAL && status_at(AT_FDCWD, path.c_str()).error != ENOENT) return std::nullopt;
     if (length < 0) return path;  // no link; whatever else it is shows when it is read
     target.resize(static_cast<std::size_t>(length));
     if (!target.starts_with('/')) target.insert(0, folder_of(path) + "/");
@@ -162,7 +163,8 @@ bool set_aside(const std::string& path) {
   return false;
 }
 
-/// Puts `values` in the place of what was read. A damaged file goes aside only when its successor is on the disk.
+/// Puts `values` in the place of what was read. A damaged file goes aside only when its successor is on the disk. Where
+/// there was no file, none is replaced, should one be there all the same.
 bool replace_settings(const std::string& path, const FileContent& old, const Values& values) {
   const std::string bytes = write_xml_property_list(values);
   // What could not be read again is not written: it would be set aside as damaged, with all other keys.
@@ -170,7 +172,7 @@ bool replace_settings(const std::string& path, const FileContent& old, const Val
   TemporaryFile successor(path);
   if (!successor.write(bytes, old.mode)) return false;
   if (old.state == FileState::damaged && !set_aside(path)) return false;
-  return successor.replace(path);
+  return old.state == FileState::sound ? successor.replace(path) : successor.take_free_name(path);
 }
 
 /// Applies the changes to what the file holds now. Gives what it holds then; none when that failed.
@@ -205,6 +207,11 @@ class SettingsFile final : public SettingsStore {
       if (change != changes->end()) seen = changed(seen ? &*seen : nullptr, change->second);
     }
     return seen;
+  }
+
+  bool is_readable() const override {
+    const std::lock_guard lock(mutex_);
+    return is_readable_;
   }
 
   void set(std::string_view key, PropertyList value) override { change(key, NewValue(std::move(value))); }
@@ -249,6 +256,7 @@ class SettingsFile final : public SettingsStore {
     const std::lock_guard lock(mutex_);
     if (written) {
       held_ = std::move(*written);
+      is_readable_ = true;
     } else {
       for (auto& [key, later] : changes_) put(being_written_, key, std::move(later));
       changes_ = std::move(being_written_);
@@ -260,15 +268,17 @@ class SettingsFile final : public SettingsStore {
   void read_again() {
     if (!file_.is_file_url()) return;
     FileContent now = read_settings(file_.path());
-    if (now.state != FileState::sound && now.state != FileState::missing) return;
     const std::lock_guard lock(mutex_);
+    is_readable_ = now.state == FileState::sound || now.state == FileState::missing;
+    if (!is_readable_) return;
     held_ = std::move(now.values);
   }
 
   const Url file_;
   /// Held for the whole of a write; taken before the other one.
   std::mutex writing_;
-  mutable std::mutex mutex_;
+  mutable std::mutex mutex_;  // guards what follows
+  bool is_readable_ = true;
   Values held_;
   Changes being_written_;
   Changes changes_;

@@ -36,6 +36,9 @@ class SettingsStore {
   /// Brings what was set to the disk. False when that failed: the old content is still there, this object keeps
   /// what was set, and the next call tries again. True when there was nothing to write.
   virtual bool synchronize() = 0;
+
+  /// False when what the user chose is unknown, because it is there but could not be read or is no settings.
+  virtual bool is_readable() const { return true; }
 };
 
 /// What `add` makes of the value that a key holds, if any.
@@ -69,6 +72,7 @@ class RunSettings final : public SettingsStore {
   void remove(std::string_view key) override;
   Values all() const override;
   bool synchronize() override;
+  bool is_readable() const override { return below_->is_readable(); }
 
  private:
   bool stays_here(std::string_view key) const;

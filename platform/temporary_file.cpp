@@ -7,6 +7,8 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "platform/directory.h"
+
 namespace tarnby {
 
 namespace {
@@ -21,10 +23,13 @@ void flush_folder(const std::string& folder) {
 }  // namespace
 
 TemporaryFile::TemporaryFile(const std::string& beside)
-    : name_(beside + ".XXXXXX"), file_(::mkostemp(name_.data(), O_CLOEXEC)) {}
+    : file_(uninterrupted([&] {
+        name_ = beside + ".XXXXXX";
+        return ::mkostemp(name_.data(), O_CLOEXEC);
+      })) {}
 
 TemporaryFile::~TemporaryFile() {
-  if (file_) (void)::unlink(name_.c_str());
+  if (file_) (void)uninterrupted([&] { return ::unlink(name_.c_str()); });
 }
 
 bool TemporaryFile::write(std::string_view bytes, mode_t mode) {
@@ -34,11 +39,19 @@ bool TemporaryFile::write(std::string_view bytes, mode_t mode) {
     if (count <= 0) return false;
     bytes.remove_prefix(static_cast<std::size_t>(count));
   }
-  return ::fchmod(file_.get(), mode) == 0 && uninterrupted([&] { return ::fsync(file_.get()); }) == 0;
+  return uninterrupted([&] { return ::fchmod(file_.get(), mode); }) == 0 &&
+         uninterrupted([&] { return ::fsync(file_.get()); }) == 0;
 }
 
 bool TemporaryFile::replace(const std::string& path) {
-  if (::rename(name_.c_str(), path.c_str()) != 0) return false;
+  return uninterrupted([&] { return ::rename(name_.c_str(), path.c_str()); }) == 0 && has_moved(path);
+}
+
+bool TemporaryFile::take_free_name(const std::string& path) {
+  return rename_to_free_name(name_, path) && has_moved(path);
+}
+
+bool TemporaryFile::has_moved(const std::string& path) {
   file_.reset();
   flush_folder(Url::file(path).parent().path());
   return true;
@@ -46,10 +59,11 @@ bool TemporaryFile::replace(const std::string& path) {
 
 void make_folders(const Url& folder) {
   constexpr mode_t private_folder = 0700;
-  if (::mkdir(folder.path().c_str(), private_folder) == 0 || errno != ENOENT) return;
+  const auto make = [&] { return uninterrupted([&] { return ::mkdir(folder.path().c_str(), private_folder); }); };
+  if (make() == 0 || errno != ENOENT) return;
   if (folder.parent() == folder) return;
   make_folders(folder.parent());
-  (void)::mkdir(folder.path().c_str(), private_folder);
+  (void)make();
 }
 
 }  // namespace tarnby

@@ -2,7 +2,6 @@
 
 #include <sys/types.h>
 
-#include <cerrno>
 #include <string>
 #include <string_view>
 
@@ -10,14 +9,6 @@
 #include "platform/url.h"
 
 namespace tarnby {
-
-/// Repeats a system call that a signal interrupted.
-template <typename Call>
-auto uninterrupted(Call call) {
-  auto result = call();
-  while (result < 0 && errno == EINTR) result = call();
-  return result;
-}
 
 /// The whole new content of a file on its way into the file's place, so that nobody ever sees a part of it. It stands
 /// beside that file, under its name with a dot and six characters more, and is removed at the end unless it took the
@@ -35,8 +26,12 @@ class TemporaryFile {
   /// Takes the place of what stands under this name, be it a link; false when a folder does. The folder that holds it
   /// is flushed, too.
   bool replace(const std::string& path);
+  /// The same where nothing is to be replaced: false when something stands there.
+  bool take_free_name(const std::string& path);
 
  private:
+  bool has_moved(const std::string& path);
+
   std::string name_;
   Descriptor file_;
 };

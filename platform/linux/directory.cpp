@@ -55,7 +55,8 @@ DirectoryReader::~DirectoryReader() = default;
 std::span<const RawEntry> DirectoryReader::read(int folder) {
   entries_.clear();
   while (entries_.empty()) {
-    const long got = syscall(SYS_getdents64, folder, buffer_.get(), buffer_size);
+    const long got = uninterrupted([&] { return syscall(SYS_getdents64, folder, buffer_.get(), buffer_size); });
+    error_ = got < 0 ? EIO : 0;
     if (got <= 0) break;
     likely_more_ = static_cast<std::size_t>(got) > buffer_size / 2;
     for (long at = 0; at < got;) {
@@ -74,23 +75,23 @@ std::span<const RawEntry> DirectoryReader::read(int folder) {
 }
 
 Descriptor open_place_at(int parent, const char* name) {
-  return Descriptor(openat(parent, name, O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+  return Descriptor(uninterrupted([&] { return openat(parent, name, O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC); }));
 }
 
 Descriptor open_place_following(int parent, const char* name) {
-  return Descriptor(openat(parent, name, O_PATH | O_DIRECTORY | O_CLOEXEC));
+  return Descriptor(uninterrupted([&] { return openat(parent, name, O_PATH | O_DIRECTORY | O_CLOEXEC); }));
 }
 
 Descriptor open_folder_on_same_mount(int parent, const char* name) {
   struct open_how how = {};
   how.flags = folder_flags;
   how.resolve = RESOLVE_NO_XDEV | RESOLVE_NO_SYMLINKS | RESOLVE_BENEATH;
-  const long handle = syscall(SYS_openat2, parent, name, &how, sizeof how);
+  const long handle = uninterrupted([&] { return syscall(SYS_openat2, parent, name, &how, sizeof how); });
   if (handle >= 0) return Descriptor(static_cast<int>(handle));
   if (errno != ENOSYS && errno != EPERM) return {};
   // A kernel or a sandbox without openat2: another device number is all that can be told.
   Descriptor folder = open_folder_at(parent, name);
-  if (folder && status_of(folder.get()).identity.device != status_of(parent).identity.device) {
+  if (folder && !on_same_device(folder.get(), parent)) {
     folder.reset();
     errno = EXDEV;
   }
@@ -111,7 +112,8 @@ unsigned removal_threads_for(int folder) {
 }
 
 bool rename_to_free_name(const std::string& from, const std::string& to) {
-  if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) return true;
+  const auto move = [&] { return ::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE); };
+  if (uninterrupted(move) == 0) return true;
   if (errno != EINVAL && errno != ENOSYS) return false;
   // A file system without that operation. Others of this program who would take the name wait for a lock.
   struct stat ignored = {};

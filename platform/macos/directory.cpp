@@ -57,7 +57,8 @@ std::span<const RawEntry> DirectoryReader::read(int folder) {
   wanted.bitmapcount = ATTR_BIT_MAP_COUNT;
   wanted.commonattr = ATTR_CMN_RETURNED_ATTRS | ATTR_CMN_NAME | ATTR_CMN_ERROR | ATTR_CMN_OBJTYPE;
   while (entries_.empty()) {
-    const int got = getattrlistbulk(folder, &wanted, buffer_.get(), buffer_size, 0);
+    const int got = uninterrupted([&] { return getattrlistbulk(folder, &wanted, buffer_.get(), buffer_size, 0); });
+    error_ = got < 0 ? EIO : 0;
     if (got <= 0) break;
     const char* record = buffer_.get();
     for (int count = 0; count < got; ++count) {
@@ -82,16 +83,16 @@ std::span<const RawEntry> DirectoryReader::read(int folder) {
 }
 
 Descriptor open_place_at(int parent, const char* name) {
-  return Descriptor(openat(parent, name, place_flags | O_NOFOLLOW));
+  return Descriptor(uninterrupted([&] { return openat(parent, name, place_flags | O_NOFOLLOW); }));
 }
 
 Descriptor open_place_following(int parent, const char* name) {
-  return Descriptor(openat(parent, name, place_flags));
+  return Descriptor(uninterrupted([&] { return openat(parent, name, place_flags); }));
 }
 
 Descriptor open_folder_on_same_mount(int parent, const char* name) {
   Descriptor folder = open_folder_at(parent, name);
-  if (folder && status_of(folder.get()).identity.device != status_of(parent).identity.device) {
+  if (folder && !on_same_device(folder.get(), parent)) {
     folder.reset();
     errno = EXDEV;
   }
@@ -99,7 +100,7 @@ Descriptor open_folder_on_same_mount(int parent, const char* name) {
 }
 
 bool rename_to_free_name(const std::string& from, const std::string& to) {
-  return renamex_np(from.c_str(), to.c_str(), RENAME_EXCL) == 0;
+  return uninterrupted([&] { return renamex_np(from.c_str(), to.c_str(), RENAME_EXCL); }) == 0;
 }
 
 unsigned removal_threads_for(int /*folder*/) {

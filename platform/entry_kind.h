@@ -1,0 +1,10 @@
+#pragma once
+
+#include <cstdint>
+
+namespace tarnby {
+
+/// What an entry is, links not followed. `none`: there is no such entry, or nobody has told yet.
+enum class EntryKind : std::uint8_t { none, file, folder, link, other };
+
+}  // namespace tarnby
