@@ -1,5 +1,6 @@
 #include "cli/removal_report.h"
 
+#include <cerrno>
 #include <iostream>
 #include <unordered_set>
 
@@ -9,13 +10,18 @@ namespace tarnby::cli {
 
 namespace {
 
+/// Nothing is told of it, which need not mean that it is gone.
+bool may_be_there(const Status& status) {
+  return status.kind != EntryKind::none || is_failure(status.error);
+}
+
 /// The listed paths that exist, each once, with their places in the list.
 std::vector<std::size_t> existing_once(const FileManager& files, std::span<const Url> urls) {
   const std::vector<Status> statuses = files.statuses(urls);
   std::unordered_set<Url> met;
   std::vector<std::size_t> places;
   for (std::size_t at = 0; at < urls.size(); ++at) {
-    if (statuses[at].kind != EntryKind::none && met.insert(urls[at]).second) places.push_back(at);
+    if (may_be_there(statuses[at]) && met.insert(urls[at]).second) places.push_back(at);
   }
   return places;
 }
@@ -23,6 +29,7 @@ std::vector<std::size_t> existing_once(const FileManager& files, std::span<const
 std::string why_left(const Removal& removal, bool refused) {
   if (refused) return "is never removed whole";
   if (!removal.attempted) return "not attempted any more";
+  if (removal.error.value() == ESTALE) return "has become something else since it was listed";
   return removal.error ? one_line(removal.error.message()) : "came back";
 }
 
@@ -105,10 +112,11 @@ RemovalReport run_removal(Context& context, std::span<const Url> urls, const Sto
   RemovalReport report;
   report.was_interrupted = stop.asked();
   for (const std::size_t at : places) {
-    if (after[at].kind == EntryKind::none) {
-      report.removed.push_back(urls[at]);
-    } else {
+    const bool is_said_to_be_gone = removals[at].attempted && !removals[at].error;
+    if (after[at].kind != EntryKind::none || (may_be_there(after[at]) && !is_said_to_be_gone)) {
       report.left.push_back({urls[at], why_left(removals[at], refused[at])});
+    } else {
+      report.removed.push_back(urls[at]);
     }
   }
   return report;

@@ -33,6 +33,7 @@ Cache::Cache(Platform& platform, const Application& inventory)
       text_(platform.text) {}
 
 ApplicationItems Cache::installed_applications() {
+  const std::size_t failures = defaultManager->failures();
   applications_urls = applications_of_the_user(*defaultManager, url_applications, url_home);
 
   ApplicationItems items;
@@ -46,6 +47,7 @@ ApplicationItems Cache::installed_applications() {
     by_name[item->label] = item;
     items.push_back(std::move(item));
   }
+  knows_all_applications_ = defaultManager->failures() == failures;
   bundles = std::move(by_bundle);
   names = std::move(by_name);
   return items;

@@ -53,6 +53,9 @@ class Cache {
   /// The same search without touching `totalCacheSize`; calls the handler with true on this thread.
   void caches(const std::function<void(bool)>& handler);
 
+  /// False when `installed_applications` has passed over something because a disk or the system failed.
+  bool knows_all_applications() const { return knows_all_applications_; }
+
   /// Begins to measure what `smart_caches` will ask for, when a measuring session is open; returns at once.
   void plan_sizes();
 
@@ -69,6 +72,7 @@ class Cache {
   const Application& inventory_;
   Measurer& measurer_;
   const Text& text_;
+  bool knows_all_applications_ = true;
 };
 
 }  // namespace tarnby

@@ -140,6 +140,7 @@ std::vector<Remainders::Orphan> Remainders::orphans(const std::unordered_set<std
 }
 
 std::vector<Url> Remainders::remianders() {
+  const std::size_t failures = defaultManager->failures();
   std::vector<Url> applications;
   add_granted_applications(*defaultManager, url_applications, applications);
   for (const std::string_view place : application_places) {
@@ -147,8 +148,10 @@ std::vector<Url> Remainders::remianders() {
   }
   installedApplications = std::move(applications);
 
+  const Identifiers owned = identifiers_of(*defaultManager, installedApplications);
+  if (defaultManager->failures() != failures) return {};
   std::vector<Url> files;
-  for (const Orphan& orphan : orphans(identifiers_of(*defaultManager, installedApplications))) {
+  for (const Orphan& orphan : orphans(owned)) {
     files.insert(files.end(), orphan.files.begin(), orphan.files.end());
   }
   return files;
@@ -157,7 +160,8 @@ std::vector<Url> Remainders::remianders() {
 RemainderItems Remainders::smart_remianders() {
   installedApplications = cache_.applications_urls;
   RemainderItems items;
-  for (Orphan& orphan : orphans(identifiers_of(cache_))) {
+  auto found = cache_.knows_all_applications() ? orphans(identifiers_of(cache_)) : std::vector<Orphan>();
+  for (Orphan& orphan : found) {
     const std::int64_t size = overall_size_of_files(orphan.files);
     totalRemaidersSize = add_bytes(totalRemaidersSize, size);
     if (size <= 0) continue;

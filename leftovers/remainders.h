@@ -23,6 +23,9 @@ namespace tarnby {
 //     Preferences com.gone.tool.plist                        files of com.gone.tool: both entries that contain it
 //
 // An entry belongs to an orphan when its path contains the identifier, so com.gone.toolkit goes to com.gone.tool too.
+//
+// When the search for applications failed somewhere, an application that was not seen may own anything: then nothing is
+// a leftover.
 
 /// Finds the files of removed applications. Synchronous, on the caller's thread; no failure is reported; one search at
 /// a time.

@@ -81,9 +81,16 @@ class WalkJob final : public TraversalJob {
     std::move(kept.begin(), kept.end(), std::back_inserter(found_));
   }
 
+  void leave(const TraversedFolder& folder, int /*parent_handle*/) override {
+    int none = 0;
+    if (is_failure(folder.error())) failure_.compare_exchange_strong(none, folder.error());
+  }
+
   Descriptor open_start(const TraversedFolder& folder) override {
     return granted_.open_folder(Url::file(folder.name()));
   }
+
+  int failure() const { return failure_; }
 
   std::vector<Url> found() {
     std::sort(found_.begin(), found_.end(), walks_before);
@@ -98,11 +105,17 @@ class WalkJob final : public TraversalJob {
   const Hidden hidden_;
   const Packages packages_;
   const WantEntry& want_;
+  std::atomic<int> failure_{0};
   std::mutex mutex_;
   std::vector<std::string> found_;
 };
 
 }  // namespace
+
+bool is_failure(int error) {
+  constexpr int answers[] = {0, ENOENT, ENOTDIR, ELOOP, EINVAL, ENAMETOOLONG, EACCES, EPERM};
+  return std::find(std::begin(answers), std::end(answers), error) == std::end(answers);
+}
 
 bool is_application_name(std::string_view name) {
   return path_extension_of(name) == "app";
@@ -117,18 +130,28 @@ bool is_package_name(std::string_view name) {
 }
 
 int PlaceCursor::parent_of(const Url& url) {
+  errno = ENOENT;
   if (!url.is_file_url() || url.path() == "/") return -1;
   const Url parent = url.parent();
   if (parent != parent_) {
     handle_ = granted_.open_parent(url);
     parent_ = parent;
+    error_ = handle_ ? 0 : errno;
   }
+  errno = error_;
   return handle_.get();
+}
+
+void FileManager::note_failure(int error) const {
+  if (is_failure(error)) ++failures_;
 }
 
 std::vector<Entry> FileManager::list(const Url& folder, Hidden hidden) const {
   const Descriptor handle = granted_.open_folder(folder);
-  if (!handle) return {};
+  if (!handle) {
+    note_failure(errno);
+    return {};
+  }
   std::vector<std::pair<std::string, EntryKind>> found;
   DirectoryReader reader;
   for (auto batch = reader.read(handle.get()); !batch.empty(); batch = reader.read(handle.get())) {
@@ -136,10 +159,11 @@ std::vector<Entry> FileManager::list(const Url& folder, Hidden hidden) const {
       if (hidden == Hidden::take || !is_hidden(entry.name)) found.emplace_back(entry.name, entry.kind);
     }
   }
+  note_failure(reader.error());
   std::sort(found.begin(), found.end());
   std::vector<Entry> entries;
   entries.reserve(found.size());
-  for (const auto& [name, kind] : found) entries.push_back({folder.appending(name), kind});
+  for (const auto& [name, kind] : found) entries.push_back({folder.appending(name).listed_as(kind), kind});
   return entries;
 }
 
@@ -154,6 +178,7 @@ std::vector<Url> FileManager::walk(const Url& folder, Hidden hidden, Packages pa
   WalkJob job(granted_, hidden, packages, want);
   const TraversalStart starts[] = {{folder.path(), 0}};
   traversal_.run(job, starts);
+  note_failure(job.cancelled() ? ECANCELED : job.failure());
   return job.found();
 }
 
@@ -164,11 +189,13 @@ std::vector<Status> FileManager::statuses(std::span<const Url> urls) const {
   for (const Url& url : urls) {
     const std::string name(url.last_path_component());
     const int parent = cursor.parent_of(url);
+    Status& status = result.emplace_back();
     if (parent >= 0 && name != "..") {
-      result.push_back(status_at(parent, name.c_str()));
+      status = status_at(parent, name.c_str());
     } else {
+      status.error = parent < 0 ? errno : ENOENT;
       const Descriptor self = url.path() == "/" ? granted_.open_place(url) : Descriptor();
-      result.push_back(self ? status_of(self.get()) : Status{});
+      if (self) status = status_of(self.get());
     }
   }
   return result;
@@ -238,18 +265,26 @@ std::optional<std::string> FileManager::read(const Url& file, std::size_t most) 
   PlaceCursor cursor(granted_);
   const int parent = cursor.parent_of(file);
   const std::string name(file.last_path_component());
-  if (parent < 0 || name == "..") return {};
+  const auto none = [this](int error) {
+    // What a file says that may not be read is as unknown as behind a failing disk.
+    note_failure(error == EACCES || error == EPERM ? EIO : error);
+    return std::nullopt;
+  };
+  if (parent < 0) return none(errno);
+  if (name == "..") return {};
   // Even to open a FIFO for a moment would wake whoever waits at its other end.
-  if (status_at(parent, name.c_str()).kind != EntryKind::file) return {};
+  const Status standing = status_at(parent, name.c_str());
+  if (standing.kind != EntryKind::file) return none(standing.error);
   const Descriptor handle = open_file_at(parent, name.c_str());
-  const Status status = handle ? status_of(handle.get()) : Status{};
-  if (status.kind != EntryKind::file || static_cast<std::uint64_t>(status.size) > most) return {};
+  if (!handle) return none(EIO);  // it is there; be it that another one is taking its place
+  const Status status = status_of(handle.get());
+  if (status.kind != EntryKind::file) return none(status.error);
+  if (static_cast<std::uint64_t>(status.size) > most) return {};
   std::string bytes(static_cast<std::size_t>(status.size), '\0');
   std::size_t have = 0;
   while (have < bytes.size()) {
-    const ssize_t got = ::read(handle.get(), bytes.data() + have, bytes.size() - have);
-    if (got < 0 && errno == EINTR) continue;
-    if (got < 0) return {};
+    const ssize_t got = uninterrupted([&] { return ::read(handle.get(), bytes.data() + have, bytes.size() - have); });
+    if (got < 0) return none(EIO);
     if (got == 0) break;  // it became shorter meanwhile
     have += static_cast<std::size_t>(got);
   }

@@ -41,6 +41,9 @@ bool is_package_name(std::string_view name);
 /// Whether the content of a plain file may be read. What is no plain file is absent.
 enum class Readability { absent, unreadable, readable };
 
+/// True when an error (errno(3)) says nothing about what is there, unlike "there is none" and "you may not".
+bool is_failure(int error);
+
 /// What became of one entry that was to be removed.
 struct Removal {
   /// False when the pass was stopped before it came to this entry.
@@ -73,6 +76,11 @@ class FileManager {
   /// True between the two: what looks at one thing after the other may as well end. What it has is not all there is, so
   /// nothing may be concluded from what is missing in it.
   bool stopped_looking() const { return traversal_.stopped_looking(); }
+
+  /// How often a listing, a walk or a reading so far told less than there is: because a disk or the system failed, a
+  /// walk was ended, or a file may not be read; not because something is missing or a folder refuses access. Whoever
+  /// draws conclusions from what is not there compares this number before and after.
+  std::size_t failures() const { return failures_; }
 
   /// The immediate entries of a folder in byte order of their names; empty when it is no folder or cannot be read.
   std::vector<Entry> list(const Url& folder, Hidden hidden = Hidden::skip) const;
@@ -112,6 +120,8 @@ class FileManager {
   /// Removes each entry and everything below it, for good; returns one result each. They are begun in order, and some
   /// folders may be in hand at the same time.
   ///
+  /// What stands under the name by then goes, with all that is below it by then; but what a listing found (see
+  /// Url::listed_as) and has become an entry of another kind since is not what anybody agreed to: it fails with ESTALE.
   /// A link goes itself, never what it points to. Goes on after a failure and takes everything that can be taken. What
   /// lies outside the granted folders fails and is not touched, and so does what is never removed whole. Another file
   /// system or a bind mount inside an entry is not entered. Large trees are taken by several workers.
@@ -122,8 +132,11 @@ class FileManager {
   std::vector<bool> refuses_to_remove(std::span<const Url> urls) const;
 
  private:
+  void note_failure(int error) const;
+
   const unsigned workers_;
   const std::size_t handles_;
+  mutable std::atomic<std::size_t> failures_{0};
   GrantedFolders granted_;
   Traversal traversal_;
 };
@@ -133,13 +146,14 @@ class PlaceCursor {
  public:
   explicit PlaceCursor(const GrantedFolders& granted) : granted_(granted) {}
 
-  /// An open handle of the folder that holds the entry, or -1.
+  /// An open handle of the folder that holds the entry, or -1; errno(3) tells why.
   int parent_of(const Url& url);
 
  private:
   const GrantedFolders& granted_;
   Url parent_;
   Descriptor handle_;
+  int error_ = 0;
 };
 
 }  // namespace tarnby

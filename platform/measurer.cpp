@@ -172,7 +172,8 @@ class EntriesJob final : public TraversalJob {
     std::sort(rows_.begin(), rows_.end(), [](const Row& a, const Row& b) { return a.name < b.name; });
     std::vector<MeasuredEntry> entries;
     entries.reserve(rows_.size());
-    for (const Row& row : rows_) entries.push_back({folder_.appending(row.name), row.kind, row.size});
+    for (const Row& row : rows_)
+      entries.push_back({folder_.appending(row.name).listed_as(row.kind), row.kind, row.size});
     return entries;
   }
 

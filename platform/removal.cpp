@@ -17,12 +17,27 @@ namespace tarnby {
 // Its folder is opened beneath the grant; the entry is looked at and deleted relative to that handle, and so is all
 // that lies below it: a name is only ever resolved in a folder that is already open, so that no link another process
 // puts in the way can lead elsewhere. unlinkat(2) never follows a link and never deletes a folder, or only an empty one
-// when told to, so an entry that changes its kind in between is refused by the system or goes as what it became.
+// when told to, so an entry that changes its kind in between is refused by the system or, within a folder that goes,
+// goes as what it became.
 
 namespace {
 
 std::error_code system_error(int number) {
   return {number, std::generic_category()};
+}
+
+int unlink_at(int parent, const char* name, int flags) {
+  return uninterrupted([&] { return unlinkat(parent, name, flags); });
+}
+
+bool is_not_empty(int error) {
+  return error == ENOTEMPTY || error == EEXIST;
+}
+
+/// Whether another attempt may fare better: entries were added meanwhile, the file system lost its place while its
+/// entries went, or others took all the handles there are.
+bool may_pass(int error) {
+  return is_not_empty(error) || error == EMFILE || error == ENFILE;
 }
 
 /// The folder that holds an entry, with what may not be taken out of it.
@@ -35,19 +50,8 @@ struct HoldingFolder {
 
   HoldingFolder(const GrantedFolders& granted, const std::vector<ProtectedFolder>& protected_folders, const Url& folder)
       : url(folder), handle(granted.open_place(folder)) {
-    if (!handle) {
-      error = errno;
-      return;
-    }
-    const Identity identity = status_of(handle.get()).identity;
-    for (const ProtectedFolder& row : protected_folders) {
-      if (row.url != folder && row.identity != identity) continue;
-      protected_names.insert(protected_names.end(), row.names.begin(), row.names.end());
-    }
-    for (const std::string& name : protected_names) {
-      const Status standing = status_at(handle.get(), name.c_str());
-      if (standing.kind != EntryKind::none) protected_entries.push_back(standing.identity);
-    }
+    error = handle ? note_protected(protected_folders) : errno;
+    if (error != 0) handle.reset();  // where nobody can tell what is protected, nothing may be taken
   }
 
   /// True when the entry, of which `standing` tells what it is, may not be taken whole.
@@ -58,6 +62,26 @@ struct HoldingFolder {
     if (contains(protected_names, name)) return true;
     if (standing.kind == EntryKind::none) return false;
     return contains(protected_entries, standing.identity) || granted.is_or_holds_grant(standing.identity);
+  }
+
+ private:
+  /// Why that was not possible; 0 when it was.
+  int note_protected(const std::vector<ProtectedFolder>& protected_folders) {
+    const Status itself = status_of(handle.get());
+    if (itself.error != 0) return itself.error;
+    for (const ProtectedFolder& row : protected_folders) {
+      if (row.url != url && row.identity != itself.identity) continue;
+      protected_names.insert(protected_names.end(), row.names.begin(), row.names.end());
+    }
+    for (const std::string& name : protected_names) {
+      const Status standing = status_at(handle.get(), name.c_str());
+      if (standing.error == 0) {
+        protected_entries.push_back(standing.identity);
+      } else if (standing.error != ENOENT) {
+        return standing.error;
+      }
+    }
+    return 0;
   }
 };
 
@@ -127,7 +151,7 @@ class RemovalJob final : public TraversalJob {
         enter.add(entry.name, folder.account());
         continue;
       }
-      if (unlinkat(handle, entry.name.data(), 0) == 0) continue;
+      if (unlink_at(handle, entry.name.data(), 0) == 0) continue;
       const int error = errno;
       // Some systems say EPERM of a folder.
       if (error == EISDIR || (error == EPERM && status_at(handle, entry.name.data()).kind == EntryKind::folder)) {
@@ -143,7 +167,7 @@ class RemovalJob final : public TraversalJob {
     const bool is_start = folder.parent() == nullptr;
     const int parent = is_start ? target.holding->handle.get() : parent_handle;
     const std::string& name = is_start ? target.name : folder.name();
-    remove_left(folder, parent, name);
+    remove_left(folder, parent, name, is_start);
     if (!is_start) return;
     const std::lock_guard lock(mutex_);
     --in_hand_;
@@ -151,27 +175,30 @@ class RemovalJob final : public TraversalJob {
   }
 
  private:
-  /// A granted folder must not go even when it has come to lie inside an entry by another path.
+  /// A granted folder must not go even when it has come to lie inside an entry by another path; nor one of which nobody
+  /// can tell.
   Descriptor open_checked(int parent, const std::string& name) const {
     Descriptor folder = open_folder_on_same_mount(parent, name.c_str());
-    if (folder && granted_.is_or_holds_grant(status_of(folder.get()).identity)) {
+    const Status standing = folder ? status_of(folder.get()) : Status{};
+    if (folder && (standing.error != 0 || granted_.is_or_holds_grant(standing.identity))) {
       folder.reset();
       errno = EPERM;
     }
     return folder;
   }
 
-  void remove_left(const TraversedFolder& folder, int parent, const std::string& name) {
-    const int why_closed = folder.open_error();
+  void remove_left(const TraversedFolder& folder, int parent, const std::string& name, bool is_entry) {
+    const int why_closed = folder.error();
     if (why_closed == EPERM || why_closed == EXDEV || why_closed == ECANCELED) {
       note(folder.account(), why_closed);
       return;
     }
     // The parent is no longer where it was found: whether anything of it is left shows when it is left itself.
     if (parent < 0) return;
-    if (unlinkat(parent, name.c_str(), AT_REMOVEDIR) == 0) return;  // an empty one goes even when it is unreadable
-    if (errno == ENOTDIR && unlinkat(parent, name.c_str(), 0) == 0) return;  // no folder any more: what it became
-    note(folder.account(), why_closed == EACCES ? why_closed : errno);
+    if (unlink_at(parent, name.c_str(), AT_REMOVEDIR) == 0) return;  // an empty one goes even when it is unreadable
+    // No folder any more: within an entry what it became goes, too.
+    if (errno == ENOTDIR && !is_entry && unlink_at(parent, name.c_str(), 0) == 0) return;
+    note(folder.account(), is_not_empty(errno) && why_closed != 0 ? why_closed : errno);
   }
 
   void note(std::size_t account, int error) {
@@ -204,10 +231,9 @@ class RemovalPass {
   std::vector<Removal> run() {
     for (std::size_t at = 0; at < urls_.size() && !stopped(); ++at) take(at);
     finish();
-    // A folder may be found not empty although nothing in it failed: entries were added meanwhile, or the file system
-    // lost its place while its entries went. Another look settles that.
-    for (int again = 0; again < 3 && !not_empty_.empty(); ++again) {
-      for (const std::size_t at : std::exchange(not_empty_, {})) take(at);
+    // Also where nothing failed a folder may be found not empty.
+    for (int again = 0; again < 3 && !once_more_.empty(); ++again) {
+      for (const std::size_t at : std::exchange(once_more_, {})) take(at);
       finish();
     }
     return std::move(results_);
@@ -235,9 +261,13 @@ class RemovalPass {
       result.error = system_error(EPERM);
       return;
     }
-    if (standing.kind == EntryKind::folder) {
+    if (standing.error != 0) {
+      if (standing.error != ENOENT) result.error = system_error(standing.error);
+    } else if (url.listed_kind() != EntryKind::none && url.listed_kind() != standing.kind) {
+      result.error = system_error(ESTALE);
+    } else if (standing.kind == EntryKind::folder) {
       take_folder(at, holding, std::move(name));
-    } else if (unlinkat(holding->handle.get(), name.c_str(), 0) != 0 && errno != ENOENT) {
+    } else if (unlink_at(holding->handle.get(), name.c_str(), 0) != 0 && errno != ENOENT) {
       result.error = system_error(errno);
     }
   }
@@ -260,7 +290,7 @@ class RemovalPass {
     for (const std::size_t at : std::exchange(folders_, {})) {
       const int error = job_.first_error(at);
       results_[at].error = error == 0 ? std::error_code() : system_error(error);
-      if (error == ENOTEMPTY || error == EEXIST) not_empty_.push_back(at);
+      if (may_pass(error)) once_more_.push_back(at);
     }
   }
 
@@ -271,7 +301,7 @@ class RemovalPass {
   RemovalJob job_;
   std::vector<Removal> results_;
   std::vector<std::size_t> folders_;
-  std::vector<std::size_t> not_empty_;
+  std::vector<std::size_t> once_more_;
   unsigned threads_;  // 0 until the disk is known
   const std::size_t handles_;
   std::unique_ptr<Traversal> workers_;  // last: it ends before what its job uses

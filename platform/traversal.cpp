@@ -57,7 +57,7 @@ Traversal::~Traversal() {
 
 void Traversal::start(TraversalJob& job, std::span<const TraversalStart> starts, Turn turn) {
   if (starts.empty()) return;
-  const std::lock_guard lock(mutex_);
+  std::unique_lock lock(mutex_);
   if (job.unfinished_ == 0) running_.push_back(&job);
   if (stopped_ && job.only_looks()) job.cancel();
   job.unfinished_ += starts.size();
@@ -72,6 +72,9 @@ void Traversal::start(TraversalJob& job, std::span<const TraversalStart> starts,
     }
   }
   add_workers(starts.size());
+  if (!workers_.empty()) return;
+  lock.unlock();
+  work_alone();
 }
 
 void Traversal::wait(TraversalJob& job) {
@@ -110,8 +113,7 @@ void Traversal::add_workers(std::size_t waiting) {
     try {
       workers_.emplace_back([this] { work(); });
     } catch (const std::system_error&) {
-      if (workers_.empty()) throw;  // without a single thread nothing can go on
-      return;                       // with fewer it takes longer
+      return;  // with fewer it takes longer
     }
   }
 }
@@ -130,6 +132,25 @@ bool Traversal::next(Task& task) {
     work_waits_.wait(lock);
     --idle_;
   }
+  take_next(task);
+  return true;
+}
+
+/// What work() does, on a thread that has more to do than to wait for tasks.
+void Traversal::work_alone() {
+  DirectoryReader reader;
+  Task task = {};
+  std::unique_lock lock(mutex_);
+  while (!stack_.empty() || !starts_.empty()) {
+    take_next(task);
+    lock.unlock();
+    step(task, reader);
+    lock.lock();
+  }
+}
+
+/// Under the mutex, and only when there is one.
+void Traversal::take_next(Task& task) {
   if (!stack_.empty()) {
     task = stack_.back();
     stack_.pop_back();
@@ -137,7 +158,6 @@ bool Traversal::next(Task& task) {
     task = starts_.front();
     starts_.pop_front();
   }
-  return true;
 }
 
 void Traversal::push(std::span<const Task> tasks) {
@@ -183,7 +203,7 @@ bool Traversal::open(TraversedFolder& folder) {
       handle = job.open_below(parent->handle_, folder);
     }
   }
-  if (!handle) folder.open_error_ = errno;
+  if (!handle) folder.error_ = errno;
   if (!handle) return false;
   open_handles_.fetch_add(1, std::memory_order_relaxed);
   folder.handle_ = handle.release();
@@ -197,7 +217,10 @@ void Traversal::read(TraversedFolder& folder, DirectoryReader& reader) {
   bool handed_on = false;
   while (!handed_on && !job.cancelled()) {
     const auto entries = reader.read(folder.handle_);
-    if (entries.empty()) break;
+    if (entries.empty()) {
+      folder.error_ = reader.error();
+      break;
+    }
     handed_on = reader.likely_more();
     if (handed_on) {
       folder.users_.fetch_add(1, std::memory_order_relaxed);
@@ -219,7 +242,10 @@ void Traversal::read_parked(TraversedFolder& folder, DirectoryReader& reader) {
   FoldersToEnter rows;
   while (!job.cancelled()) {
     const auto entries = reader.read(folder.handle_);
-    if (entries.empty()) break;
+    if (entries.empty()) {
+      folder.error_ = reader.error();
+      break;
+    }
     job.visit(folder, folder.handle_, entries, rows);
   }
   if (!rows.rows_.empty()) {
@@ -295,7 +321,8 @@ Descriptor Traversal::reopen(TraversedFolder& folder) {
                         : at   ? job.open_below(at->handle_, next)
                                : job.open_start(next);
     if (!opened) return {};
-    if (status_of(opened.get()).identity != next.identity_) {
+    const Status standing = status_of(opened.get());
+    if (standing.error != 0 || standing.identity != next.identity_) {
       errno = ENOENT;
       return {};
     }

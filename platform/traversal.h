@@ -49,8 +49,8 @@ class TraversedFolder {
   std::string path() const;
   /// What the job keeps book on for this folder: a number of the job's own choosing.
   std::size_t account() const { return account_; }
-  /// Why it could not be opened (errno(3)); 0 when it was.
-  int open_error() const { return open_error_; }
+  /// Why it could not be opened, or not be read to its end (errno(3)); 0 when it was.
+  int error() const { return error_; }
 
  private:
   friend class Traversal;
@@ -62,7 +62,7 @@ class TraversedFolder {
   std::string name_;
   std::size_t account_;
   int handle_ = -1;
-  int open_error_ = 0;
+  int error_ = 0;
   /// Known only when the handle was given up because too many were open (see Traversal::park).
   Identity identity_;
   bool parked_ = false;
@@ -97,7 +97,7 @@ class TraversalJob {
   virtual void visit(const TraversedFolder& folder, int handle, std::span<const RawEntry> entries,
                      FoldersToEnter& enter) = 0;
 
-  /// Everything below the folder is done, or it could not be opened (see open_error). `parent_handle` is open when
+  /// Everything below the folder is done, or it could not be opened (see error). `parent_handle` is open when
   /// keeps_handles() and there is a parent, else -1.
   virtual void leave(const TraversedFolder& folder, int parent_handle);
 
@@ -129,7 +129,8 @@ struct TraversalStart {
   std::size_t account = 0;
 };
 
-/// The workers. Any thread may start jobs and wait for them; workers are made when there is work for them.
+/// The workers. Any thread may start jobs and wait for them; workers are made when there is work for them. When the
+/// system gives none, whoever starts a job does its work.
 class Traversal {
  public:
   /// @param workers how many folders are read at once; 0 chooses for this machine.
@@ -144,7 +145,8 @@ class Traversal {
 
   enum class Turn { now, last };
 
-  /// Begins a job at one or more places; returns at once. The job must live until `wait` has returned for it.
+  /// Begins a job at one or more places; returns at once where there are workers. The job must live until `wait` has
+  /// returned for it.
   /// @param turn `now` goes before everything that waits, `last` behind the starts of other jobs.
   void start(TraversalJob& job, std::span<const TraversalStart> starts, Turn turn);
 
@@ -167,6 +169,8 @@ class Traversal {
 
   void work();
   bool next(Task& task);
+  void work_alone();
+  void take_next(Task& task);
   void push(std::span<const Task> tasks);
   void add_workers(std::size_t waiting);
   void step(const Task& task, DirectoryReader& reader);

@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "platform/entry_kind.h"
+
 namespace tarnby {
 
 /// What follows the last dot of a file name; empty when there is no dot, when the only dot is the first character, or
@@ -49,12 +51,23 @@ class Url {
   /// True when this location is `folder` or lies below it, by the components of the two paths.
   bool is_within(const Url& folder) const;
 
-  friend bool operator==(const Url&, const Url&) = default;
-  friend std::strong_ordering operator<=>(const Url&, const Url&) = default;
+  /// The same location, found by a listing that met an entry of this kind there. Not part of what a location is: it
+  /// counts in no comparison, and what is made of the location does not have it.
+  Url listed_as(EntryKind kind) const {
+    Url url = *this;
+    url.listed_kind_ = kind;
+    return url;
+  }
+  /// `none` when no listing has found it.
+  EntryKind listed_kind() const { return listed_kind_; }
+
+  friend bool operator==(const Url& a, const Url& b) { return a.text_ == b.text_; }
+  friend std::strong_ordering operator<=>(const Url& a, const Url& b) { return a.text_ <=> b.text_; }
 
  private:
   explicit Url(std::string text) : text_(std::move(text)) {}
   std::string text_;
+  EntryKind listed_kind_ = EntryKind::none;
 };
 
 /// Orders paths as a pre-order walk meets them: component by component, each in byte order.

@@ -47,7 +47,7 @@ class Diary : public TraversalJob {
   void leave(const TraversedFolder& folder, int parent_handle) override {
     const std::string path = folder.path();
     const std::lock_guard lock(mutex_);
-    EXPECT_TRUE(left.insert({path, folder.open_error()}).second) << path << " left twice";
+    EXPECT_TRUE(left.insert({path, folder.error()}).second) << path << " left twice";
     EXPECT_TRUE(cancelled() || below_[path] == 0) << path << " left before what it holds";
     if (!folder.parent()) return;
     --below_[folder.parent()->path()];
