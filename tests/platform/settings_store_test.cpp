@@ -8,7 +8,6 @@
 #include <csignal>
 #include <filesystem>
 #include <limits>
-#include <random>
 #include <thread>
 
 #include "platform/app_settings.h"
@@ -98,33 +97,6 @@ TEST(SettingsFile, a_full_disk_leaves_the_old_content_and_no_litter) {
     EXPECT_TRUE(store->synchronize());
     EXPECT_EQ(values_in(tree), (Values{{"kept", "old"}, {"new", 1}})) << "what could not be written is still known";
   });
-}
-
-TEST(SettingsFile, a_writer_killed_at_any_moment_leaves_old_or_new_content) {
-  const TempTree tree;
-  std::int64_t reached = 0;
-  for (unsigned round = 0; round < 25; ++round) {
-    const std::string old = tree.read(name);
-    const pid_t writer = fork();
-    if (writer == 0) {
-      const auto store = open_settings_file(tree.url(name));
-      store->set("middle", std::string(20'000, 'm'));
-      for (;;) {  // the same number under two keys, far apart in the file
-        store->add("first", 1);
-        store->add("last", 1);
-        (void)store->synchronize();
-      }
-    }
-    while (tree.read(name) == old) usleep(100);
-    usleep(std::random_device()() % 2'000);
-    kill(writer, SIGKILL);
-    ASSERT_EQ(waitpid(writer, nullptr, 0), writer);
-    const Values values = values_in(tree);
-    ASSERT_EQ(values.size(), 3U);
-    ASSERT_EQ(values.at("first"), values.at("last")) << "half of a write";
-    const std::int64_t before = std::exchange(reached, *values.at("first").as<std::int64_t>());
-    ASSERT_GT(reached, before) << "the content of an earlier writer";
-  }
 }
 
 TEST(SettingsFile, what_is_damaged_is_set_aside_and_never_lost) {
