@@ -17,9 +17,9 @@
 
 #include "bench/home.h"
 
-// Times a smart scan against du(1) over the same folders, a search for large files against find(1), and a junk scan
-// with its removal against rm(1) on equal trees, one after the other in turn, and prints medians, ratios and peak
-// memory. All are whole processes; what they print goes nowhere.
+// Times what this program does beside what the system brings for the same work (du, find, rm, true) and beside
+// bench/limit, the least that the kernel has to be asked for: one after the other in turn, whole processes, what they
+// print goes nowhere. Prints medians, the medians of the ratios, and how much of the other's time ours may take.
 
 extern char** environ;  // NOLINT(readability-redundant-declaration): POSIX leaves it to the program
 
@@ -71,10 +71,12 @@ bool drop_caches() {
   return dropped;
 }
 
-/// One of the two programs of a comparison, and what its runs took.
+/// One program of a comparison, and what its runs took.
 struct Side {
   std::string name;
   std::vector<std::string> words;
+  /// How much of its time ours may take; 0 where nothing is asked.
+  double at_most = 0;
   std::vector<double> seconds = {};
   long peak_kilobytes = 0;
 
@@ -85,29 +87,56 @@ struct Side {
   }
 };
 
-void print(const char* state, const Side& ours, const Side& theirs) {
-  std::vector<double> ratios;
-  for (std::size_t at = 0; at < ours.seconds.size(); ++at) ratios.push_back(ours.seconds[at] / theirs.seconds[at]);
-  std::printf("%-5s  %s %.3f s, %.1f MB   %s %.3f s, %.1f MB   ratio %.2f (%.2f to %.2f)\n", state, ours.name.c_str(),
-              median(ours.seconds), static_cast<double>(ours.peak_kilobytes) / 1000, theirs.name.c_str(),
-              median(theirs.seconds), static_cast<double>(theirs.peak_kilobytes) / 1000, median(ratios),
-              *std::min_element(ratios.begin(), ratios.end()), *std::max_element(ratios.begin(), ratios.end()));
+void print_verdict(double value, double at_most) {
+  if (at_most > 0) std::printf("   at most %.2f%s", at_most, value > at_most ? ": OVER" : "");
+  std::printf("\n");
 }
 
+void print_side(const Side& side) {
+  std::printf("      %-12s %8.4f s %6.1f MB", side.name.c_str(), median(side.seconds),
+              static_cast<double>(side.peak_kilobytes) / 1000);
+}
+
+void print(const char* state, const std::vector<Side>& sides) {
+  std::printf("%s\n", state);
+  print_side(sides[0]);
+  std::printf("\n");
+  for (std::size_t other = 1; other < sides.size(); ++other) {
+    std::vector<double> ratios;
+    for (std::size_t at = 0; at < sides[0].seconds.size(); ++at) {
+      ratios.push_back(sides[0].seconds[at] / sides[other].seconds[at]);
+    }
+    print_side(sides[other]);
+    std::printf("   ratio %.2f (%.2f to %.2f)", median(ratios), *std::min_element(ratios.begin(), ratios.end()),
+                *std::max_element(ratios.begin(), ratios.end()));
+    print_verdict(median(ratios), sides[other].at_most);
+  }
+  std::fflush(stdout);
+}
+
+/// Runs the sides in turn, ours first in the list.
 /// @param prepare is called before each run; false when it could not.
-void compare(const char* state, Side ours, Side theirs, int rounds, const std::function<bool()>& prepare) {
+/// @return the median seconds of each side; empty when nothing was measured.
+std::vector<double> compare(const char* state, std::vector<Side> sides, int rounds,
+                            const std::function<bool()>& prepare) {
   for (int round = 0; round < rounds; ++round) {
-    // Whoever comes second may find the disk still busy with the first.
-    Side* const turns[] = {round % 2 == 0 ? &ours : &theirs, round % 2 == 0 ? &theirs : &ours};
-    for (Side* side : turns) {
+    for (std::size_t turn = 0; turn < sides.size(); ++turn) {
       if (!prepare()) {
-        std::printf("%-5s  not measured: only root may drop the caches\n", state);
-        return;
+        std::printf("%s\n      not measured: only root may drop the caches\n", state);
+        return {};
       }
-      side->run();
+      // Whoever comes later may find the disk still busy with the one before.
+      sides[(static_cast<std::size_t>(round) + turn) % sides.size()].run();
     }
   }
-  print(state, ours, theirs);
+  print(state, sides);
+  std::vector<double> medians;
+  for (const Side& side : sides) medians.push_back(median(side.seconds));
+  return medians;
+}
+
+bool nothing_to_prepare() {
+  return true;
 }
 
 /// Words for this program's command over a home.
@@ -118,19 +147,31 @@ std::vector<std::string> our_command(std::vector<std::string> words, const std::
   return words;
 }
 
-/// Removes the same from two copies of the home, which are made anew for each round.
+std::vector<std::string> joined(std::vector<std::string> words, const std::vector<std::string>& more) {
+  words.insert(words.end(), more.begin(), more.end());
+  return words;
+}
+
+Side limit(const char* work, const char* threads, const std::vector<std::string>& folders, double at_most) {
+  return {std::string("limit, ") + threads, joined({TARNBY_LIMIT, work, threads}, folders), at_most};
+}
+
+/// Removes the same from copies of the home, one a side, which are made anew for each round.
 void compare_removal(const Home& home, const std::string& folder, int rounds) {
-  const std::string copies[] = {folder + "/ours", folder + "/theirs"};
-  Side ours{"junk scan and cleanup",
-            our_command({"cleanup", "Caches", "Logs", "Remainders", "Browsers", "Mails", "Trash", "--yes"}, copies[0],
-                        home.applications)};
-  Side theirs{"rm", {"rm", "-rf"}};
-  for (const std::string& measured : home.measured) {
-    theirs.words.push_back(copies[1] + measured.substr(home.home.size()));
-  }
-  int prepared = 0;
+  const std::vector<std::string> copies = {folder + "/ours", folder + "/limit", folder + "/theirs"};
+  const auto measured_in = [&](const std::string& copy) {
+    std::vector<std::string> folders;
+    for (const std::string& measured : home.measured) folders.push_back(copy + measured.substr(home.home.size()));
+    return folders;
+  };
+  const std::vector<std::string> cleanup = {"cleanup",  "Caches", "Logs",  "Remainders",
+                                            "Browsers", "Mails",  "Trash", "--yes"};
+  const std::vector<Side> sides = {{"cleanup", our_command(cleanup, copies[0], home.applications)},
+                                   limit("remove", "8", measured_in(copies[1]), 0),
+                                   {"rm -rf", joined({"rm", "-rf"}, measured_in(copies[2])), 0.5}};
+  std::size_t prepared = 0;
   const auto prepare = [&] {
-    if (prepared++ % 2 == 0) {
+    if (prepared++ % copies.size() == 0) {
       for (const std::string& copy : copies) {
         run_once({"rm", "-rf", copy});
         run_once({"cp", "-a", home.home, copy});
@@ -139,8 +180,78 @@ void compare_removal(const Home& home, const std::string& folder, int rounds) {
     sync();
     return true;
   };
-  compare("warm", ours, theirs, rounds, prepare);
+  compare("junk scan and removal", sides, rounds, prepare);
   for (const std::string& copy : copies) run_once({"rm", "-rf", copy});
+}
+
+/// Every command that looks, once each: none may need much memory however many files there are.
+void print_memory(const Home& home) {
+  constexpr double most_megabytes = 64;
+  std::printf("peak memory\n");
+  for (const char* command : {"scan", "junk", "large", "apps", "unused", "languages"}) {
+    const Run run = run_once(our_command({command}, home.home, home.applications));
+    const double megabytes = static_cast<double>(run.peak_kilobytes) / 1000;
+    std::printf("      %-12s %6.1f MB", command, megabytes);
+    print_verdict(megabytes, most_megabytes);
+  }
+}
+
+/// What a home took to scan, and the least it can take.
+struct Scanned {
+  std::size_t files = 0;
+  double scan = 0;
+  double limit = 0;
+};
+
+/// What it takes to start and find nothing.
+Scanned compare_start(const std::string& folder) {
+  constexpr double most_milliseconds = 10;
+  constexpr int rounds = 41;
+  const std::string home = folder + "/empty/user";
+  const std::string applications = folder + "/empty/Applications";
+  run_once({"mkdir", "-p", home, applications});
+  const auto seconds =
+      compare("almost empty home",
+              {{"scan", our_command({"scan"}, home, applications)}, limit("walk", "2", {home}, 0), {"true", {"true"}}},
+              rounds, nothing_to_prepare);
+  const double more = (seconds[0] - seconds[2]) * 1000;
+  std::printf("      %.1f ms more than true", more);
+  print_verdict(more, most_milliseconds);
+  return {0, seconds[0], seconds[1]};
+}
+
+Scanned compare_home(const std::string& folder, std::size_t files) {
+  const Home home = tarnby::bench::make_home(folder, files);
+  // The shorter a run, the more of them.
+  const int warm = static_cast<int>(std::clamp<std::size_t>(1'500'000 / files, 7, 61));
+  const int cold = static_cast<int>(std::clamp<std::size_t>(700'000 / files, 3, 7));
+  const Side scan{"scan", our_command({"scan"}, home.home, home.applications)};
+  const Side large{"large", our_command({"large"}, home.home, home.applications)};
+  const auto du = [&](double at_most) {
+    return Side{"du", joined({"du", "-s", "--apparent-size"}, home.measured), at_most};
+  };
+  const auto find = [&](double at_most) { return Side{"find", {"find", home.home, "-size", "+9999999c"}, at_most}; };
+  std::printf("\n%zu files\n", files);
+  run_once(find(0).words);
+  const auto scanned =
+      compare("smart scan, warm", {scan, limit("walk", "2", home.measured, 1.2), du(0.48)}, warm, nothing_to_prepare);
+  compare("smart scan, cold", {scan, limit("walk", "8", home.measured, 1.3), du(0.4)}, cold, drop_caches);
+  run_once(find(0).words);
+  compare("large files, warm", {large, find(0.42)}, warm, nothing_to_prepare);
+  compare("large files, cold", {large, find(0.4)}, cold, drop_caches);
+  compare_removal(home, folder, cold);
+  print_memory(home);
+  return {files, scanned[0], scanned[1]};
+}
+
+/// How much longer a file takes in the largest home than in the smallest, beyond what the start takes anyway. The limit
+/// tells how much of it is the machine's: fewer files fit its nearer caches better.
+void print_growth(const Scanned& start, const Scanned& small, const Scanned& large) {
+  const double times = static_cast<double>(large.files) / static_cast<double>(small.files);
+  const double growth = (large.scan - start.scan) / (small.scan - start.scan) / times;
+  std::printf("\ngrowth from %zu to %zu files, a file: %.2f times", small.files, large.files, growth);
+  std::printf(" (limit: %.2f)", (large.limit - start.limit) / (small.limit - start.limit) / times);
+  print_verdict(growth, 1.1);
 }
 
 std::vector<std::size_t> asked_counts(int argc, char** argv) {
@@ -165,22 +276,9 @@ int main(int argc, char** argv) {
   }
   const std::string settings = std::string(argv[1]) + "/settings";  // nobody's own are touched
   setenv("XDG_CONFIG_HOME", settings.c_str(), 1);                   // NOLINT(concurrency-mt-unsafe): no thread yet
-  for (const std::size_t count : counts) {
-    const Home home = tarnby::bench::make_home(argv[1], count);
-    const Side scan{"scan", our_command({"scan"}, home.home, home.applications)};
-    Side du{"du", {"du", "-s", "--apparent-size"}};
-    du.words.insert(du.words.end(), home.measured.begin(), home.measured.end());
-    const Side large{"large", our_command({"large"}, home.home, home.applications)};
-    const Side find{"find", {"find", home.home, "-size", "+9999999c"}};
-    std::printf("%zu files\n", count);
-    const bool is_large = count > 300'000;
-    const auto nothing = [] { return true; };
-    for (const auto& [ours, theirs] : {std::pair(scan, du), std::pair(large, find)}) {
-      run_once(theirs.words);
-      compare("warm", ours, theirs, is_large ? 7 : 15, nothing);
-      compare("cold", ours, theirs, is_large ? 3 : 7, drop_caches);
-    }
-    compare_removal(home, argv[1], is_large ? 3 : 7);
-  }
+  const Scanned start = compare_start(argv[1]);
+  std::vector<Scanned> scanned;
+  for (const std::size_t count : counts) scanned.push_back(compare_home(argv[1], count));
+  if (scanned.size() > 1) print_growth(start, scanned.front(), scanned.back());
   return 0;
 }
