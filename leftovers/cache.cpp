@@ -90,14 +90,18 @@ std::pair<CacheItems, std::int64_t> Cache::search() {
   installed_applications();
   CacheItems items;
   std::int64_t total = 0;
-  for (const Candidate& candidate : candidates()) {
-    if (defaultManager->stopped_looking()) break;
-    const std::int64_t size = overall_size_of_direcory(candidate.url);
-    total = add_bytes(total, size);
-    if (size <= 0) continue;
-    auto item = item_for(candidate);
-    item->url = candidate.url;
-    item->size = size;
+  const std::vector<Candidate> found = candidates();
+  std::vector<std::int64_t> sizes(found.size());
+  // The last first, to which the workers come last: that is one wait instead of one a folder.
+  for (std::size_t at = found.size(); at-- > 0 && !defaultManager->stopped_looking();) {
+    sizes[at] = overall_size_of_direcory(found[at].url);
+  }
+  for (std::size_t at = 0; at < found.size() && !defaultManager->stopped_looking(); ++at) {
+    total = add_bytes(total, sizes[at]);
+    if (sizes[at] <= 0) continue;
+    auto item = item_for(found[at]);
+    item->url = found[at].url;
+    item->size = sizes[at];
     items.push_back(std::move(item));
   }
   text_.sort_by_label(items, [](const auto& item) -> const std::string& { return item->label; });

@@ -74,6 +74,12 @@ Status status_at(int parent, const char* name) {
   return status_from(info);
 }
 
+std::int64_t size_at(int parent, const char* name) {
+  struct stat info;  // asked for every file there is, so it is not cleared first
+  if (fstatat(parent, name, &info, AT_SYMLINK_NOFOLLOW) != 0) return 0;
+  return S_ISREG(info.st_mode) || S_ISLNK(info.st_mode) ? std::int64_t{info.st_size} : 0;
+}
+
 Status status_of(int handle) {
   struct stat info = {};
   if (uninterrupted([&] { return fstat(handle, &info); }) != 0) return untold(errno);

@@ -74,6 +74,11 @@ Descriptor open_place_following(int parent, const char* name);
 /// leaves the access time alone, here and in files.
 Descriptor open_folder_at(int parent, const char* name);
 
+/// open_place_at and open_folder_at for a path of several names, in one step: a link anywhere in it is not followed, and
+/// nothing that is not below `parent` is reached. Empty with ENOSYS where the system has no such step.
+Descriptor open_place_beneath(int parent, const char* path);
+Descriptor open_folder_beneath(int parent, const char* path);
+
 /// As open_folder_at, and refused when another file system or a bind mount begins there (openat2(2)).
 Descriptor open_folder_on_same_mount(int parent, const char* name);
 
@@ -88,6 +93,9 @@ bool make_folder_at(int parent, const char* name);
 
 /// What stands under a name in an open folder.
 Status status_at(int parent, const char* name);
+
+/// The length in bytes of the file or link that stands there; 0 for anything else, and for nothing.
+std::int64_t size_at(int parent, const char* name);
 
 /// What an open handle stands for.
 Status status_of(int handle);

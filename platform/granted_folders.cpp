@@ -92,6 +92,16 @@ Descriptor descend(Descriptor base, std::string_view relative, OpenNext open_nex
   return base;
 }
 
+/// Opens what lies below a grant without a stop at every component. Where that fails, going component by component
+/// finds out why, also when only the path is too long or the system does not know how.
+/// @param relative the end of a path, thus followed by a NUL.
+Descriptor in_one_step(Descriptor (*open)(int, const char*), int grant, std::string_view relative) {
+  if (relative.empty()) return open(grant, ".");
+  if (relative.find("..") == std::string_view::npos) return open(grant, relative.data());
+  errno = EINVAL;  // may be a way out of the folder
+  return {};
+}
+
 std::string_view relative_path(const Url& url, const Url& folder) {
   std::string_view rest = url.path();
   rest.remove_prefix(folder.path() == "/" ? 0 : folder.path().size());
@@ -154,6 +164,8 @@ Descriptor GrantedFolders::open_place_locked(const Url& folder, LastLink last_li
     return {};
   }
   if (const Given* grant = nearest(folder)) {
+    Descriptor place = in_one_step(open_place_beneath, grant->handle.get(), relative_path(folder, grant->url));
+    if (place || errno == ENOENT) return place;
     const auto below = [](int parent, const char* name, bool) { return open_place_at(parent, name); };
     return descend(open_place_at(grant->handle.get(), "."), relative_path(folder, grant->url), below);
   }
@@ -174,6 +186,13 @@ Descriptor GrantedFolders::open_parent(const Url& entry) const {
 }
 
 Descriptor GrantedFolders::open_folder(const Url& folder) const {
+  {
+    const std::shared_lock lock(mutex_);
+    if (const Given* grant = nearest(folder)) {
+      Descriptor handle = in_one_step(open_folder_beneath, grant->handle.get(), relative_path(folder, grant->url));
+      if (handle || errno == ENOENT) return handle;
+    }
+  }
   const Descriptor place = open_place(folder);
   return place ? open_folder_at(place.get(), ".") : Descriptor();
 }

@@ -26,9 +26,9 @@ struct ProtectedFolder {
 
 /// The folders the user opened to this program, and the only way from a location to an open handle.
 ///
-/// A location below a grant is opened component by component from the handle that was taken when the grant was given;
-/// a link in any component ends the road. Elsewhere links above the last component are followed, as for a path typed by
-/// a person. Any thread may call.
+/// A location below a grant is opened from the handle that was taken when the grant was given, in one step or component
+/// by component; a link in any component ends the road. Elsewhere links above the last component are followed, as for a
+/// path typed by a person. Any thread may call.
 class GrantedFolders {
  public:
   /// Opens `folder`, a real path, and keeps its handle for as long as this object lives. A later grant of the same

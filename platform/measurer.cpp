@@ -59,6 +59,7 @@ class FoldersJob final : public TraversalJob {
   /// Waits until the folder is measured.
   std::int64_t total(std::size_t root) {
     std::unique_lock lock(mutex_);
+    totals_[root].asked = true;
     root_done_.wait(lock, [&] { return totals_[root].done; });
     return totals_[root].bytes;
   }
@@ -74,7 +75,7 @@ class FoldersJob final : public TraversalJob {
     for (const RawEntry& entry : entries) {
       if (hidden_ == Hidden::skip && is_hidden(entry.name)) continue;
       if (has_size(entry.kind)) {
-        bytes = add_bytes(bytes, status_at(handle, entry.name.data()).size);
+        bytes = add_bytes(bytes, size_at(handle, entry.name.data()));
       } else if (entry.kind == EntryKind::folder) {
         go_on(road, entry.name, enter);
       }
@@ -85,8 +86,9 @@ class FoldersJob final : public TraversalJob {
   void leave(const TraversedFolder& folder, int /*parent_handle*/) override {
     if (folder.parent()) return;
     const std::lock_guard lock(mutex_);
-    totals_[roads_[folder.account()].total].done = true;
-    root_done_.notify_all();
+    Total& total = totals_[roads_[folder.account()].total];
+    total.done = true;
+    if (total.asked) root_done_.notify_all();
   }
 
  private:
@@ -95,6 +97,7 @@ class FoldersJob final : public TraversalJob {
   struct Total {
     std::atomic<std::int64_t> bytes{0};
     bool done = false;
+    bool asked = false;  // somebody waits for it
   };
   /// Where a folder's bytes go, and which of the folders in it are not like it: each has a road of its own, or is
   /// measured elsewhere. The first roads are the plain ones, one a root.
@@ -188,7 +191,7 @@ class EntriesJob final : public TraversalJob {
     std::vector<Row> found;
     for (const RawEntry& entry : entries) {
       if (hidden_ == Hidden::skip && is_hidden(entry.name)) continue;
-      const std::int64_t own = has_size(entry.kind) ? status_at(handle, entry.name.data()).size : 0;
+      const std::int64_t own = has_size(entry.kind) ? size_at(handle, entry.name.data()) : 0;
       found.push_back({std::string(entry.name), entry.kind, own});
     }
     const std::lock_guard lock(mutex_);
@@ -203,7 +206,7 @@ class EntriesJob final : public TraversalJob {
     std::int64_t bytes = 0;
     for (const RawEntry& entry : entries) {
       if (has_size(entry.kind)) {
-        bytes = add_bytes(bytes, status_at(handle, entry.name.data()).size);
+        bytes = add_bytes(bytes, size_at(handle, entry.name.data()));
       } else if (entry.kind == EntryKind::folder) {
         enter.add(entry.name, folder.account());
       }
@@ -238,21 +241,21 @@ class Measurer::Memory {
 
   void plan(std::span<const Url> folders, Traversal::Turn turn) {
     const std::lock_guard lock(mutex_);
-    std::vector<Known*> fresh;
+    std::vector<AllKnown::iterator> fresh;
     std::vector<FoldersJob::Root> roots;
     for (const Url& folder : folders) {
       if (!folder.is_file_url()) continue;
       const auto [place, is_new] = known_.try_emplace(folder.path());
       if (!is_new) continue;
       place->second.root = fresh.size();
-      fresh.push_back(&place->second);
+      fresh.push_back(place);
       roots.push_back({folder.path(), {}});
     }
     if (fresh.empty()) return;
-    for (std::size_t at = 0; at < fresh.size(); ++at) find_within(roots[at], *fresh[at]);
+    for (std::size_t at = 0; at < fresh.size(); ++at) find_within(roots[at], fresh[at]);
     FoldersJob& job =
         *folder_jobs_.emplace_back(std::make_unique<FoldersJob>(files_.granted(), hidden_, std::move(roots)));
-    for (Known* known : fresh) known->job = &job;
+    for (const auto place : fresh) place->second.job = &job;
     files_.traversal().start(job, job.starts(), turn);
   }
 
@@ -297,14 +300,17 @@ class Measurer::Memory {
   struct WalksBefore {
     bool operator()(const std::string& a, const std::string& b) const { return walks_before(a, b); }
   };
+  using AllKnown = std::map<std::string, Known, WalksBefore>;
 
   /// Notes which folders inside this one are measured on their own; in walking order those come right behind it.
-  void find_within(FoldersJob::Root& root, Known& known) {
+  void find_within(FoldersJob::Root& root, AllKnown::iterator place) {
+    const auto first = std::next(place);
+    if (first == known_.end() || !first->first.starts_with(root.path)) return;  // nearly always
     const Url folder = Url::file(root.path);
     // Outside the grants links above a folder are followed, so one that is inside by its path may lie elsewhere.
     if (!files_.granted().holds(folder)) return;
     Url last;
-    for (auto next = std::next(known_.find(root.path)); next != known_.end(); ++next) {
+    for (auto next = first; next != known_.end(); ++next) {
       const Url inner = Url::file(next->first);
       if (!inner.is_within(folder)) break;
       if (inner.is_within(last)) continue;
@@ -312,7 +318,7 @@ class Measurer::Memory {
       if (hidden_ == Hidden::skip && (is_hidden(relative) || relative.find("/.") != std::string::npos)) continue;
       last = inner;
       root.measured_elsewhere.push_back(std::move(relative));
-      known.within.push_back(&next->second);
+      place->second.within.push_back(&next->second);
     }
   }
 
@@ -326,7 +332,7 @@ class Measurer::Memory {
   FileManager& files_;
   const Hidden hidden_;
   std::mutex mutex_;
-  std::map<std::string, Known, WalksBefore> known_;
+  AllKnown known_;
   std::vector<std::unique_ptr<FoldersJob>> folder_jobs_;
   std::vector<std::unique_ptr<EntriesJob>> entry_jobs_;
 };

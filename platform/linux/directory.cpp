@@ -47,9 +47,18 @@ bool is_dot_or_dot_dot(const char* name) {
   return name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
 }
 
+/// openat2(2); where there is none, or a sandbox forbids it, ENOSYS or EPERM.
+Descriptor open_resolving(int parent, const char* path, int flags, std::uint64_t resolve) {
+  struct open_how how = {};
+  how.flags = static_cast<std::uint64_t>(flags);
+  how.resolve = resolve | RESOLVE_NO_SYMLINKS | RESOLVE_BENEATH;
+  const long handle = uninterrupted([&] { return syscall(SYS_openat2, parent, path, &how, sizeof how); });
+  return Descriptor(static_cast<int>(handle));
+}
+
 }  // namespace
 
-DirectoryReader::DirectoryReader() : buffer_(std::make_unique<char[]>(buffer_size)) {}
+DirectoryReader::DirectoryReader() : buffer_(new char[buffer_size]) {}
 DirectoryReader::~DirectoryReader() = default;
 
 std::span<const RawEntry> DirectoryReader::read(int folder) {
@@ -82,15 +91,19 @@ Descriptor open_place_following(int parent, const char* name) {
   return Descriptor(uninterrupted([&] { return openat(parent, name, O_PATH | O_DIRECTORY | O_CLOEXEC); }));
 }
 
+Descriptor open_place_beneath(int parent, const char* path) {
+  return open_resolving(parent, path, O_PATH | O_DIRECTORY | O_CLOEXEC, 0);
+}
+
+Descriptor open_folder_beneath(int parent, const char* path) {
+  return open_resolving(parent, path, folder_flags, 0);
+}
+
 Descriptor open_folder_on_same_mount(int parent, const char* name) {
-  struct open_how how = {};
-  how.flags = folder_flags;
-  how.resolve = RESOLVE_NO_XDEV | RESOLVE_NO_SYMLINKS | RESOLVE_BENEATH;
-  const long handle = uninterrupted([&] { return syscall(SYS_openat2, parent, name, &how, sizeof how); });
-  if (handle >= 0) return Descriptor(static_cast<int>(handle));
-  if (errno != ENOSYS && errno != EPERM) return {};
-  // A kernel or a sandbox without openat2: another device number is all that can be told.
-  Descriptor folder = open_folder_at(parent, name);
+  Descriptor folder = open_resolving(parent, name, folder_flags, RESOLVE_NO_XDEV);
+  if (folder || (errno != ENOSYS && errno != EPERM)) return folder;
+  // Another device number is all that can be told.
+  folder = open_folder_at(parent, name);
   if (folder && !on_same_device(folder.get(), parent)) {
     folder.reset();
     errno = EXDEV;

@@ -48,7 +48,7 @@ Field take(const char*& at) {
 
 }  // namespace
 
-DirectoryReader::DirectoryReader() : buffer_(std::make_unique<char[]>(buffer_size)) {}
+DirectoryReader::DirectoryReader() : buffer_(new char[buffer_size]) {}
 DirectoryReader::~DirectoryReader() = default;
 
 std::span<const RawEntry> DirectoryReader::read(int folder) {
@@ -88,6 +88,16 @@ Descriptor open_place_at(int parent, const char* name) {
 
 Descriptor open_place_following(int parent, const char* name) {
   return Descriptor(uninterrupted([&] { return openat(parent, name, place_flags); }));
+}
+
+Descriptor open_place_beneath(int /*parent*/, const char* /*path*/) {
+  errno = ENOSYS;
+  return {};
+}
+
+Descriptor open_folder_beneath(int /*parent*/, const char* /*path*/) {
+  errno = ENOSYS;
+  return {};
 }
 
 Descriptor open_folder_on_same_mount(int parent, const char* name) {
