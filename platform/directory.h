@@ -109,6 +109,13 @@ bool rename_to_free_name(const std::string& from, const std::string& to);
 /// How many removals at once serve the file system best that holds this folder.
 unsigned removal_threads_for(int folder);
 
+/// How often the calling thread has had to wait since it began: until a disk was read, and until anything happened.
+struct ThreadWaits {
+  long for_disk = 0;
+  long for_anything = 0;
+};
+ThreadWaits waits_of_this_thread();
+
 /// Lets this process hold as many open handles as the system allows (setrlimit(2)); once, at the start of a program.
 void raise_handle_limit();
 

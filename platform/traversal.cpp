@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <system_error>
 #include <utility>
 
@@ -9,13 +10,30 @@ namespace tarnby {
 
 namespace {
 
-/// A disk wants more requests in flight than there are cores; with everything cached more workers than cores cost
-/// nothing that can be measured.
-constexpr unsigned workers_per_machine = 8;
+using Clock = std::chrono::steady_clock;
 
-unsigned chosen_workers(unsigned asked) {
-  if (asked > 0) return asked;
-  return std::max(workers_per_machine, std::thread::hardware_concurrency());
+/// A disk wants more requests in flight than there are cores. With everything cached, more workers than cores only get
+/// into each other's way.
+constexpr unsigned workers_for_a_disk = 8;
+
+unsigned cores() {
+  return std::max(2U, std::thread::hardware_concurrency());
+}
+
+/// Longer than a folder of so many entries takes on any machine that finds all of it in its caches.
+Clock::duration without_a_disk(std::size_t entries) {
+  return std::chrono::microseconds(50 + 4 * entries);
+}
+
+/// Whether this thread has waited for a disk since `before`, which becomes now. A folder may also take long because
+/// others had the processor, or because of a lock; what stands behind a network makes it wait again and again in each.
+bool waited(ThreadWaits& before, long folders) {
+  constexpr long more_than_locks = 4;
+  const ThreadWaits now = waits_of_this_thread();
+  const bool waited =
+      now.for_disk > before.for_disk || now.for_anything - before.for_anything >= std::max(folders, more_than_locks);
+  before = now;
+  return waited;
 }
 
 }  // namespace
@@ -43,7 +61,9 @@ Descriptor TraversalJob::open_below(int parent, const TraversedFolder& folder) {
 }
 
 Traversal::Traversal(unsigned workers, std::size_t handles)
-    : most_workers_(chosen_workers(workers)), most_handles_(handles > 0 ? handles : handle_limit() / 3) {}
+    : most_workers_(workers > 0 ? workers : std::max(workers_for_a_disk, cores())),
+      wanted_workers_(workers > 0 ? workers : cores()),
+      most_handles_(handles > 0 ? handles : handle_limit() / 3) {}
 
 Traversal::~Traversal() {
   std::unique_lock lock(mutex_);
@@ -109,7 +129,7 @@ bool Traversal::stopped_looking() const {
 void Traversal::add_workers(std::size_t waiting) {
   for (std::size_t woken = std::min(waiting, idle_); woken > 0; --woken) work_waits_.notify_one();
   if (waiting <= idle_) return;
-  for (std::size_t missing = waiting - idle_; missing > 0 && workers_.size() < most_workers_; --missing) {
+  for (std::size_t missing = waiting - idle_; missing > 0 && workers_.size() < wanted_workers_; --missing) {
     try {
       workers_.emplace_back([this] { work(); });
     } catch (const std::system_error&) {
@@ -121,7 +141,22 @@ void Traversal::add_workers(std::size_t waiting) {
 void Traversal::work() {
   DirectoryReader reader;
   Task task = {};
-  while (next(task)) step(task, reader);
+  ThreadWaits waits;
+  long folders = 0;
+  while (next(task)) {
+    const Clock::time_point begin = Clock::now();
+    const std::size_t entries = step(task, reader);
+    ++folders;
+    if (wanted_workers_ == most_workers_ || Clock::now() - begin < without_a_disk(entries)) continue;
+    if (waited(waits, std::exchange(folders, 0))) want_another_worker();
+  }
+}
+
+void Traversal::want_another_worker() {
+  const std::lock_guard lock(mutex_);
+  if (wanted_workers_ == most_workers_) return;
+  ++wanted_workers_;
+  add_workers(stack_.size() + starts_.size());
 }
 
 bool Traversal::next(Task& task) {
@@ -166,12 +201,10 @@ void Traversal::push(std::span<const Task> tasks) {
   add_workers(tasks.size());
 }
 
-void Traversal::step(const Task& task, DirectoryReader& reader) {
+/// @return how many entries were visited.
+std::size_t Traversal::step(const Task& task, DirectoryReader& reader) {
   TraversedFolder& folder = *task.folder;
-  if (task.reading) {
-    read(folder, reader);
-    return;
-  }
+  if (task.reading) return read(folder, reader);
   const bool opened = open(folder);
   const bool parks = opened && open_handles_.load(std::memory_order_relaxed) > most_handles_;
   if (folder.parent_ && !folder.job_.keeps_handles()) {
@@ -179,14 +212,11 @@ void Traversal::step(const Task& task, DirectoryReader& reader) {
     folder.needs_parent_ = parks;
     if (!parks) done_with_handle(*folder.parent_);
   }
-  if (parks) {
-    read_parked(folder, reader);
-  } else if (opened) {
-    read(folder, reader);
-  } else {
-    done_with_handle(folder);
-    done_with(&folder);
-  }
+  if (parks) return read_parked(folder, reader);
+  if (opened) return read(folder, reader);
+  done_with_handle(folder);
+  done_with(&folder);
+  return 0;
 }
 
 bool Traversal::open(TraversedFolder& folder) {
@@ -211,9 +241,10 @@ bool Traversal::open(TraversedFolder& folder) {
 }
 
 /// Reads batch by batch; from a full batch on, the rest of the folder is a task of its own.
-void Traversal::read(TraversedFolder& folder, DirectoryReader& reader) {
+std::size_t Traversal::read(TraversedFolder& folder, DirectoryReader& reader) {
   TraversalJob& job = folder.job_;
   FoldersToEnter rows;
+  std::size_t visited = 0;
   bool handed_on = false;
   while (!handed_on && !job.cancelled()) {
     const auto entries = reader.read(folder.handle_);
@@ -229,17 +260,20 @@ void Traversal::read(TraversedFolder& folder, DirectoryReader& reader) {
       push(rest);
     }
     job.visit(folder, folder.handle_, entries, rows);
+    visited += entries.size();
     enter(folder, rows);
   }
   done_with_handle(folder);
   done_with(&folder);
+  return visited;
 }
 
 /// Reads a folder to its end, gives its handle up, and only then enters what it holds: nobody else knows the folder
 /// until then, so nobody can be using the handle.
-void Traversal::read_parked(TraversedFolder& folder, DirectoryReader& reader) {
+std::size_t Traversal::read_parked(TraversedFolder& folder, DirectoryReader& reader) {
   TraversalJob& job = folder.job_;
   FoldersToEnter rows;
+  std::size_t visited = 0;
   while (!job.cancelled()) {
     const auto entries = reader.read(folder.handle_);
     if (entries.empty()) {
@@ -247,6 +281,7 @@ void Traversal::read_parked(TraversedFolder& folder, DirectoryReader& reader) {
       break;
     }
     job.visit(folder, folder.handle_, entries, rows);
+    visited += entries.size();
   }
   if (!rows.rows_.empty()) {
     folder.identity_ = status_of(folder.handle_).identity;
@@ -258,6 +293,7 @@ void Traversal::read_parked(TraversedFolder& folder, DirectoryReader& reader) {
   }
   done_with_handle(folder);
   done_with(&folder);
+  return visited;
 }
 
 void Traversal::enter(TraversedFolder& folder, FoldersToEnter& rows) {

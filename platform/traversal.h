@@ -129,11 +129,12 @@ struct TraversalStart {
   std::size_t account = 0;
 };
 
-/// The workers. Any thread may start jobs and wait for them; workers are made when there is work for them. When the
-/// system gives none, whoever starts a job does its work.
+/// The workers. Any thread may start jobs and wait for them; workers are made when there is work for them: at first one
+/// a core, and more whenever one had to wait for the disk. When the system gives none, whoever starts a job does its
+/// work.
 class Traversal {
  public:
-  /// @param workers how many folders are read at once; 0 chooses for this machine.
+  /// @param workers how many folders are read at once, from the start; 0 chooses for this machine and its disk.
   /// @param handles how many handles it may keep open; 0 takes a third of what this process is allowed. Past that
   /// number
   ///   it gives handles up and opens folders again on the way back, recognising them by their identity.
@@ -173,10 +174,11 @@ class Traversal {
   void take_next(Task& task);
   void push(std::span<const Task> tasks);
   void add_workers(std::size_t waiting);
-  void step(const Task& task, DirectoryReader& reader);
+  void want_another_worker();
+  std::size_t step(const Task& task, DirectoryReader& reader);
   bool open(TraversedFolder& folder);
-  void read(TraversedFolder& folder, DirectoryReader& reader);
-  void read_parked(TraversedFolder& folder, DirectoryReader& reader);
+  std::size_t read(TraversedFolder& folder, DirectoryReader& reader);
+  std::size_t read_parked(TraversedFolder& folder, DirectoryReader& reader);
   void enter(TraversedFolder& folder, FoldersToEnter& rows);
   void done_with(TraversedFolder* folder);
   void done_with_handle(TraversedFolder& folder);
@@ -184,10 +186,12 @@ class Traversal {
   void finish_start(TraversalJob& job);
 
   const unsigned most_workers_;
+  /// How many may be made by now; grows up to the most.
+  std::atomic<unsigned> wanted_workers_;
   const std::size_t most_handles_;
-  std::atomic<std::size_t> open_handles_{0};
-
-  mutable std::mutex mutex_;
+  // Each on a cache line of its own: every folder changes both, one without the lock.
+  alignas(64) std::atomic<std::size_t> open_handles_{0};
+  alignas(64) mutable std::mutex mutex_;
   std::condition_variable work_waits_;
   std::condition_variable start_finished_;
   std::vector<Task> stack_;

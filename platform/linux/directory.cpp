@@ -4,6 +4,7 @@
 #include <fcntl.h>
 #include <linux/magic.h>
 #include <linux/openat2.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/statfs.h>
 #include <sys/syscall.h>
@@ -122,6 +123,12 @@ unsigned removal_threads_for(int folder) {
     default:
       return 2;
   }
+}
+
+ThreadWaits waits_of_this_thread() {
+  rusage used = {};
+  if (getrusage(RUSAGE_THREAD, &used) != 0) return {};
+  return {used.ru_inblock, used.ru_nvcsw};
 }
 
 bool rename_to_free_name(const std::string& from, const std::string& to) {

@@ -6,6 +6,8 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <chrono>
+#include <condition_variable>
 #include <filesystem>
 #include <functional>
 #include <latch>
@@ -124,6 +126,30 @@ TEST(Traversal, does_not_mistake_a_folder_for_one_whose_handle_it_gave_up) {
     EXPECT_THAT(diary.seen, testing::Each(testing::Not(testing::EndsWith("no"))));
     EXPECT_EQ(diary.left.size(), 5U) << "the other one was entered, so it is left";
   }
+}
+
+TEST(Traversal, takes_more_workers_than_cores_once_they_wait) {
+  constexpr std::size_t most = 8;
+  TempTree tree;
+  for (int i = 0; i < 40; ++i) tree.file(std::to_string(i) + "/x");
+  struct Waiting final : Diary {
+    void visit(const TraversedFolder& folder, int handle, std::span<const RawEntry> entries,
+               FoldersToEnter& enter) override {
+      Diary::visit(folder, handle, entries, enter);
+      std::unique_lock lock(mutex);
+      for (int i = 0; i < 20; ++i) came.wait_for(lock, std::chrono::microseconds(50));
+      if (++visits < most) return;  // the others stay until so many are at work
+      workers.insert(std::this_thread::get_id());
+      came.notify_all();
+      came.wait_for(lock, std::chrono::seconds(20), [&] { return workers.size() >= most; });
+    }
+    std::mutex mutex;
+    std::condition_variable came;
+    std::size_t visits = 0;
+    std::set<std::thread::id> workers;
+  } diary;
+  traverse({0, 0}, diary, tree.path());
+  EXPECT_GE(diary.workers.size(), most);
 }
 
 TEST(Traversal, its_end_cancels_what_is_running_and_leaves_what_was_entered) {
