@@ -131,6 +131,7 @@ std::vector<double> compare(const char* state, std::vector<Side> sides, int roun
   }
   print(state, sides);
   std::vector<double> medians;
+  medians.reserve(sides.size());
   for (const Side& side : sides) medians.push_back(median(side.seconds));
   return medians;
 }
@@ -278,6 +279,7 @@ int main(int argc, char** argv) {
   setenv("XDG_CONFIG_HOME", settings.c_str(), 1);                   // NOLINT(concurrency-mt-unsafe): no thread yet
   const Scanned start = compare_start(argv[1]);
   std::vector<Scanned> scanned;
+  scanned.reserve(counts.size());
   for (const std::size_t count : counts) scanned.push_back(compare_home(argv[1], count));
   if (scanned.size() > 1) print_growth(start, scanned.front(), scanned.back());
   return 0;
