@@ -1,7 +1,13 @@
+#include <dlfcn.h>
+
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QTimer>
+#include <QWindow>
 #include <cstdio>
 #include <cstring>
+#include <functional>
+#include <thread>
 
 #include "app/app_context.h"
 #include "app/cleaner_window_controller.h"
@@ -45,16 +51,61 @@ Session session_asked_for(const QApplication& application) {
   return session;
 }
 
+/// Does what can wait once the window has been painted for the first time.
+class AfterFirstPicture final : public QObject {
+ public:
+  AfterFirstPicture(QWindow& window, std::function<void()> work) : QObject(&window), work_(std::move(work)) {
+    window.installEventFilter(this);
+  }
+
+  bool eventFilter(QObject* window, QEvent* event) override {
+    if (event->type() != QEvent::Expose) return false;
+    window->removeEventFilter(this);
+    QTimer::singleShot(0, this, [this] {  // the picture is made while the event is handled
+      work_();
+      deleteLater();
+    });
+    return false;
+  }
+
+ private:
+  std::function<void()> work_;
+};
+
+/// Reads what the desktop says of its fonts, while the main thread still does other work: a tenth of the time until the
+/// window is seen. Not before the toolkit has begun, which sets the locale and the environment.
+class FontsAhead {
+ public:
+  FontsAhead() {
+#ifndef __APPLE__
+    // The toolkit brings fontconfig along; where it does not, it does without.
+    if (void* read = dlsym(RTLD_DEFAULT, "FcInit")) reader_ = std::thread(reinterpret_cast<int (*)()>(read));
+#endif
+  }
+  ~FontsAhead() {
+    wait();
+  }
+  FontsAhead(const FontsAhead&) = delete;
+  FontsAhead& operator=(const FontsAhead&) = delete;
+
+  /// To be called before anything asks for a font.
+  void wait() {
+    if (reader_.joinable()) reader_.join();
+  }
+
+ private:
+  std::thread reader_;
+};
+
 int run_window(QApplication& application) {
   const Session session = session_asked_for(application);
   SingleWindow single(session.settings_folder);
   if (!single.is_first()) return 0;
-  take_desktop_look(application);
+  FontsAhead fonts;
 
   QtMainQueue main_queue;
   const Url tables = Url::file(resource_path(QStringLiteral("localization")).toStdString());
   const Localization localization = Localization::for_languages(session.preferred_languages, tables);
-  take_desktop_language(application, localization);
   Platform::set_shared(std::make_unique<Platform>(session, nullptr, main_queue, localization));
   Platform& platform = Platform::shared();
   TimerClock clock;
@@ -73,6 +124,10 @@ int run_window(QApplication& application) {
                         errands,  workspace, folder_chooser, []() -> Cleaner& { return Cleaner::sharedCleaner(); }};
 
   delegate.applicationDidFinishLaunching();
+  connect_to_desktop();
+  fonts.wait();
+  take_desktop_look();
+  take_desktop_language(application, localization);
   QApplication::setQuitOnLastWindowClosed(delegate.applicationShouldTerminateAfterLastWindowClosed());
   CleanerWindowController window(context);
 #ifndef __APPLE__
@@ -84,6 +139,7 @@ int run_window(QApplication& application) {
 #endif
   single.when_asked_to_front([&] { bring_to_front(window); });
   window.show();
+  new AfterFirstPicture(*window.windowHandle(), [&] { ask_portal_for_stillness(application); });
   const int status = QApplication::exec();
   delegate.applicationWillTerminate();
   context.end();

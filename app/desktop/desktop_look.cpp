@@ -6,7 +6,11 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusVariant>
+#include <QGuiApplication>
+#include <QPainter>
 #include <QPalette>
+#include <QPixmap>
+#include <QProxyStyle>
 #include <QSettings>
 #include <QStandardPaths>
 #include <array>
@@ -17,6 +21,32 @@
 namespace tarnby {
 
 namespace {
+
+/// Fusion, but for the arrow that a menu bar shows when it is too narrow. The toolkit reads that one from a picture
+/// file, whether it is shown or not, and to read any picture file it loads every plugin for pictures there is: a tenth
+/// of the time until the window is seen.
+class WindowStyle final : public QProxyStyle {
+ public:
+  WindowStyle() : QProxyStyle(QStringLiteral("Fusion")) {}
+
+  QIcon standardIcon(StandardPixmap which, const QStyleOption* option, const QWidget* widget) const override {
+    if (which != SP_ToolBarHorizontalExtensionButton) return QProxyStyle::standardIcon(which, option, widget);
+    constexpr int side = 16;
+    constexpr int sharpness = 2;
+    QPixmap arrows(side * sharpness, side * sharpness);
+    arrows.setDevicePixelRatio(sharpness);
+    arrows.fill(Qt::transparent);
+    QPainter painter(&arrows);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(theme::text, 1.5));
+    if (QGuiApplication::isRightToLeft()) {
+      painter.translate(side, 0);
+      painter.scale(-1, 1);
+    }
+    for (const double x : {4.0, 8.0}) painter.drawPolyline(QPolygonF({{x, 4}, {x + 4, 8}, {x, 12}}));
+    return arrows;
+  }
+};
 
 QPalette dark_palette() {
   QPalette colors;
@@ -67,7 +97,19 @@ bool files_ask_for_stillness() {
   return false;
 }
 
-/// Asks the desktop portal, which answers later; where there is none, nothing happens.
+}  // namespace
+
+void take_desktop_look() {
+  QApplication::setStyle(new WindowStyle);  // which the application owns
+  QApplication::setPalette(dark_palette());
+  QApplication::setFont(theme::font(theme::Type::detail));
+  motion::set_reduced(files_ask_for_stillness());
+}
+
+void connect_to_desktop() {
+  (void)QDBusConnection::sessionBus();
+}
+
 void ask_portal_for_stillness(QApplication& application) {
   const QDBusConnection bus = QDBusConnection::sessionBus();
   if (!bus.isConnected()) return;
@@ -86,16 +128,6 @@ void ask_portal_for_stillness(QApplication& application) {
     if (value.canConvert<QDBusVariant>()) value = value.value<QDBusVariant>().variant();
     if (value.isValid() && !value.toBool()) motion::set_reduced(true);
   });
-}
-
-}  // namespace
-
-void take_desktop_look(QApplication& application) {
-  QApplication::setStyle(QStringLiteral("Fusion"));
-  QApplication::setPalette(dark_palette());
-  QApplication::setFont(theme::font(theme::Type::detail));
-  motion::set_reduced(files_ask_for_stillness());
-  ask_portal_for_stillness(application);
 }
 
 }  // namespace tarnby
