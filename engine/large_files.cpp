@@ -68,7 +68,7 @@ class LargeFileRules {
 
   void take(const LargeFileCandidate& candidate, std::string type) {
     if (candidate.size < large_file_bytes) return;
-    const Url url = Url::file(candidate.path);
+    const Url url = Url::file(candidate.path).listed_as(candidate.is_package ? EntryKind::folder : EntryKind::file);
     if (type.empty()) type = cleaner_.type_at_url_file(url);
     found_.push_back(LargeFile::init_with_file_url(url, std::string(url.last_path_component()), candidate.size, type));
   }

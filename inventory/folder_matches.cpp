@@ -128,38 +128,43 @@ class SearchJob final : public TraversalJob {
       if (entry.name.starts_with('.')) continue;
       const auto turn = errand.turns.empty() ? errand.turns.end() : errand.turns.find(entry.name);
       const bool turns = turn != errand.turns.end();
-      look(turns ? turn->second.searches : errand.searches, folder, entry.name, batch);
+      look(turns ? turn->second.searches : errand.searches, folder, entry, batch);
       const std::size_t next = turns ? turn->second.errand : errand.below;
       if (entry.kind == EntryKind::folder && next != nowhere) enter.add(entry.name, next);
     }
     if (batch.found.empty()) return;
     const std::lock_guard lock(mutex_);
-    for (auto& [search, path] : batch.found) found_[search].push_back(std::move(path));
+    for (auto& [search, match] : batch.found) found_[search].push_back(std::move(match));
   }
 
   std::vector<Url> found(std::size_t search) {
-    std::sort(found_[search].begin(), found_[search].end(), walks_before);
+    const auto before = [](const Match& a, const Match& b) { return walks_before(a.path, b.path); };
+    std::sort(found_[search].begin(), found_[search].end(), before);
     std::vector<Url> urls;
-    for (const std::string& path : found_[search]) urls.push_back(Url::file(path));
+    for (const Match& match : found_[search]) urls.push_back(Url::file(match.path).listed_as(match.kind));
     return urls;
   }
 
  private:
+  struct Match {
+    std::string path;
+    EntryKind kind;
+  };
   struct Batch {
     std::string folder;
-    std::vector<std::pair<std::size_t, std::string>> found;
+    std::vector<std::pair<std::size_t, Match>> found;
   };
 
-  void look(const Searches& looking, const TraversedFolder& folder, std::string_view name, Batch& batch) const {
+  void look(const Searches& looking, const TraversedFolder& folder, const RawEntry& entry, Batch& batch) const {
     if (looking.empty()) return;
-    const FoldedText folded(name);
+    const FoldedText folded(entry.name);
     for (const std::size_t at : looking) {
       const FolderSearch& search = searches_[at];
       const auto is_in_name = [&](const FoldedText& key) { return folded.contains(key); };
       if (std::none_of(search.keys.begin(), search.keys.end(), is_in_name)) continue;
-      if (search.takes && !search.takes(name)) continue;
+      if (search.takes && !search.takes(entry.name)) continue;
       if (batch.folder.empty()) batch.folder = folder.path() + "/";
-      batch.found.emplace_back(at, batch.folder + std::string(name));
+      batch.found.emplace_back(at, Match{batch.folder + std::string(entry.name), entry.kind});
     }
   }
 
@@ -167,7 +172,7 @@ class SearchJob final : public TraversalJob {
   std::span<const FolderSearch> searches_;
   const Plan& plan_;
   std::mutex mutex_;
-  std::vector<std::vector<std::string>> found_;
+  std::vector<std::vector<Match>> found_;
 };
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <functional>
 
+#include "inventory/related_files.h"
 #include "tests/engine/test_engine.h"
 
 namespace tarnby::test {
@@ -83,6 +84,26 @@ TEST(BetweenLookAndDeed, what_was_shown_goes_as_it_is_and_what_became_something_
     EXPECT_TRUE(left.erase("ada/Documents/kept"));
     EXPECT_EQ(left, c.left);
   }
+}
+
+TEST(BetweenLookAndDeed, what_was_found_is_known_however_it_was_found) {
+  TestPlatform ada;
+  ada.application("Applications/Editor.app", "com.acme.editor");
+  ada.tree.file("ada/Movies/big.mov", 20'000'000).file("ada/Library/Preferences/com.acme.editor.plist", 1);
+  ada.tree.file("ada/Library/Caches/com.acme.editor/x", 1).file("ada/Library/Logs/a/x", 1);
+  ada.tree.file("ada/Downloads/b.dmg", 1);
+  Engine of(ada);
+  of.scan();
+  of.cleaner.search_large_files_with_complete_handler([](const auto&...) {});
+  std::vector<Url> found = select_groups(of.cleaner, std::vector<std::string_view>{"caches", "logs", "installs"}).files;
+  for (const auto& file : of.cleaner.largeFiles) found.push_back(file->url_file);
+  const auto item = of.inventory.application(ada.url("Applications/Editor.app"));
+  const std::vector<Url> related = related_files(ada.platform, *item, Purpose::remove);
+  for (const Url& url : related) {
+    if (url.is_within(ada.url("ada"))) found.push_back(url);
+  }
+  EXPECT_EQ(found.size(), 6U);
+  for (const Url& url : found) EXPECT_EQ(url.listed_kind(), ada.platform.files.status(url).kind) << url.path();
 }
 
 }  // namespace
