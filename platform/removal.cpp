@@ -108,12 +108,15 @@ class HoldingFolders {
 /// Removes whole folders; each start is one of them, and its account is its place in the list.
 class RemovalJob final : public TraversalJob {
  public:
-  RemovalJob(const GrantedFolders& granted, std::size_t targets) : granted_(granted), targets_(targets) {}
+  RemovalJob(const GrantedFolders& granted, std::size_t targets, const std::atomic<bool>* stop)
+      : granted_(granted), targets_(targets), stop_(stop) {}
 
   struct Target {
     std::shared_ptr<const HoldingFolder> holding;
     std::string name;
     std::atomic<int> first_error{0};
+    /// Once it is, it is the entry in hand, which a stop lets go to its end.
+    std::atomic<bool> begun{false};
   };
 
   /// Prepares a target; call before its traversal starts.
@@ -130,10 +133,16 @@ class RemovalJob final : public TraversalJob {
     one_done_.wait(lock, [&] { return in_hand_ < most; });
   }
 
+  bool begun(std::size_t account) const { return targets_[account].begun; }
   int first_error(std::size_t account) const { return targets_[account].first_error; }
 
   Descriptor open_start(const TraversedFolder& folder) override {
-    const Target& target = targets_[folder.account()];
+    Target& target = targets_[folder.account()];
+    if (!target.begun && stop_ && stop_->load(std::memory_order_relaxed)) {
+      errno = ECANCELED;
+      return {};
+    }
+    target.begun = true;
     return open_checked(target.holding->handle.get(), target.name);
   }
 
@@ -209,6 +218,7 @@ class RemovalJob final : public TraversalJob {
 
   const GrantedFolders& granted_;
   std::vector<Target> targets_;
+  const std::atomic<bool>* const stop_;
   std::mutex mutex_;
   std::condition_variable one_done_;
   std::size_t in_hand_ = 0;
@@ -223,7 +233,7 @@ class RemovalPass {
         urls_(urls),
         stop_(stop),
         holding_(granted),
-        job_(granted, urls.size()),
+        job_(granted, urls.size(), stop),
         results_(urls.size()),
         threads_(threads),
         handles_(handles) {}
@@ -288,6 +298,10 @@ class RemovalPass {
   void finish() {
     if (workers_) workers_->wait(job_);
     for (const std::size_t at : std::exchange(folders_, {})) {
+      if (!job_.begun(at)) {
+        results_[at] = {};
+        continue;
+      }
       const int error = job_.first_error(at);
       results_[at].error = error == 0 ? std::error_code() : system_error(error);
       if (may_pass(error)) once_more_.push_back(at);
