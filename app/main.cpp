@@ -17,22 +17,26 @@
 #ifdef __APPLE__
 #include "app/desktop/macos_workspace.h"
 #else
+#include "app/desktop/desktop_portal.h"
 #include "app/desktop/desktop_workspace.h"
+#include "app/single_window.h"
 #endif
 #include "app/desktop/resources.h"
 #include "app/notice.h"
 #include "app/qt_main_queue.h"
-#include "app/single_window.h"
+#include "ui/motion.h"
 
 namespace tarnby {
 namespace {
 
+#ifndef __APPLE__
 void bring_to_front(QWidget& window) {
   window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
   window.show();
   window.raise();
   window.activateWindow();
 }
+#endif
 
 /// What the command line asks for; ends the program when it asks for anything else.
 Session session_asked_for(const QApplication& application) {
@@ -99,8 +103,10 @@ class FontsAhead {
 
 int run_window(QApplication& application) {
   const Session session = session_asked_for(application);
+#ifndef __APPLE__  // where the system starts a program but once
   SingleWindow single(session.settings_folder);
   if (!single.is_first()) return 0;
+#endif
   FontsAhead fonts;
 
   QtMainQueue main_queue;
@@ -124,9 +130,14 @@ int run_window(QApplication& application) {
                         errands,  workspace, folder_chooser, []() -> Cleaner& { return Cleaner::sharedCleaner(); }};
 
   delegate.applicationDidFinishLaunching();
+#ifndef __APPLE__
   connect_to_desktop();
+#endif
   fonts.wait();
   take_desktop_look();
+#ifdef __APPLE__
+  motion::set_reduced(wants_reduced_motion());
+#endif
   take_desktop_language(application, localization);
   QApplication::setQuitOnLastWindowClosed(delegate.applicationShouldTerminateAfterLastWindowClosed());
   CleanerWindowController window(context);
@@ -136,10 +147,12 @@ int run_window(QApplication& application) {
     Notice::present(context, context.text("This could not be opened"),
                     context.text("Nothing on this desktop opens %@.", {what}), &window);
   });
-#endif
   single.when_asked_to_front([&] { bring_to_front(window); });
+#endif
   window.show();
+#ifndef __APPLE__
   new AfterFirstPicture(*window.windowHandle(), [&] { ask_portal_for_stillness(application); });
+#endif
   const int status = QApplication::exec();
   delegate.applicationWillTerminate();
   context.end();

@@ -1,11 +1,6 @@
 #include "app/desktop/desktop_look.h"
 
 #include <QApplication>
-#include <QDBusConnection>
-#include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
-#include <QDBusVariant>
 #include <QGuiApplication>
 #include <QPainter>
 #include <QPalette>
@@ -104,30 +99,6 @@ void take_desktop_look() {
   QApplication::setPalette(dark_palette());
   QApplication::setFont(theme::font(theme::Type::detail));
   motion::set_reduced(files_ask_for_stillness());
-}
-
-void connect_to_desktop() {
-  (void)QDBusConnection::sessionBus();
-}
-
-void ask_portal_for_stillness(QApplication& application) {
-  const QDBusConnection bus = QDBusConnection::sessionBus();
-  if (!bus.isConnected()) return;
-  QDBusMessage call = QDBusMessage::createMethodCall(
-      QStringLiteral("org.freedesktop.portal.Desktop"), QStringLiteral("/org/freedesktop/portal/desktop"),
-      QStringLiteral("org.freedesktop.portal.Settings"), QStringLiteral("Read"));
-  call.setAutoStartService(false);
-  call << QStringLiteral("org.gnome.desktop.interface") << QStringLiteral("enable-animations");
-  auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(call), &application);
-  QObject::connect(watcher, &QDBusPendingCallWatcher::finished, watcher, [watcher] {
-    const QDBusPendingReply<QDBusVariant> reply = *watcher;
-    watcher->deleteLater();
-    if (reply.isError()) return;
-    QVariant value = reply.value().variant();
-    // Older portals wrap the value twice.
-    if (value.canConvert<QDBusVariant>()) value = value.value<QDBusVariant>().variant();
-    if (value.isValid() && !value.toBool()) motion::set_reduced(true);
-  });
 }
 
 }  // namespace tarnby

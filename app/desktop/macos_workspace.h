@@ -15,4 +15,7 @@ class MacosWorkspace final : public Workspace {
   void open_link(std::string_view address) override;
 };
 
+/// Whether the person has asked the system for less motion.
+bool wants_reduced_motion();
+
 }  // namespace tarnby

@@ -80,4 +80,8 @@ void MacosWorkspace::open_link(std::string_view address) {
   if (url) [NSWorkspace.sharedWorkspace openURL:url];
 }
 
+bool wants_reduced_motion() {
+  return NSWorkspace.sharedWorkspace.accessibilityDisplayShouldReduceMotion;
+}
+
 }  // namespace tarnby

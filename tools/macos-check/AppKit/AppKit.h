@@ -68,6 +68,7 @@ extern NSApplication* NSApp;
 
 @interface NSWorkspace : NSObject
 @property(class, readonly, strong) NSWorkspace* sharedWorkspace;
+@property(readonly) BOOL accessibilityDisplayShouldReduceMotion;
 - (BOOL)openURL:(NSURL*)url;
 - (void)activateFileViewerSelectingURLs:(NSArray<NSURL*>*)urls;
 - (void)openApplicationAtURL:(NSURL*)url
