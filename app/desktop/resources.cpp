@@ -6,10 +6,20 @@
 
 namespace tarnby {
 
+namespace {
+
+/// From the program's own folder: of an installation, of an application bundle, of a build.
+constexpr const char* places[] = {"../share/tarnby-cleaner", "../Resources", "share/tarnby-cleaner"};
+
+}  // namespace
+
 QString resource_path(const QString& name) {
-  const QString installed = QCoreApplication::applicationDirPath() + QStringLiteral("/../share/tarnby-cleaner/") + name;
-  if (QFileInfo::exists(installed)) return QDir::cleanPath(installed);
-  return QStringLiteral(TARNBY_RESOURCES "/") + name;
+  const QDir program(QCoreApplication::applicationDirPath());
+  for (const char* place : places) {
+    const QString path = program.filePath(QLatin1String(place) + u'/' + name);
+    if (QFileInfo::exists(path)) return QDir::cleanPath(path);
+  }
+  return QDir::cleanPath(program.filePath(QLatin1String(places[0]) + u'/' + name));
 }
 
 QString page_path(const QString& name, const std::string& language) {

@@ -5,8 +5,8 @@
 
 namespace tarnby {
 
-/// Where a file or folder of the program's resources is, as an absolute path: beside an installed program, in
-/// share/tarnby-cleaner, or in the folder that it was built from.
+/// Where a file or folder of the program's resources is, as an absolute path, found from where the program itself is:
+/// no path of the machine that built it is in it. Where it would be when there is none.
 QString resource_path(const QString& name);
 
 /// The same for a page that may be there in a language: "help/page.de.html" beside "help/page.html", which serves all

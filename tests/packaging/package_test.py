@@ -3,6 +3,7 @@
 package_test.py SOURCE_FOLDER BUILD_FOLDER VERSION
 """
 
+import gzip
 import json
 import os
 import pathlib
@@ -80,6 +81,12 @@ class Package(unittest.TestCase):
         self.assertIn(f"tarnby-cleaner ({VERSION})", self.passes("zcat", changelog).splitlines()[0])
         for program in ("tarnby-cleaner", "tarnby-cleaner-cli"):
             self.assertEqual(self.passes(self.root / "usr/bin" / program, "--version"), f"{program} {VERSION}\n")
+
+    def test_nothing_tells_of_the_machine_that_built_it(self):
+        for file in (path for path in self.root.rglob("*") if path.is_file()):
+            content = gzip.decompress(file.read_bytes()) if file.suffix == ".gz" else file.read_bytes()
+            for folder in (SOURCE, BUILD):
+                self.assertFalse(os.fsencode(folder) in content, file)
 
     def test_works_where_it_was_unpacked(self):
         self.passes(BUILD / "tools/sample-home", self.work / "sample")
