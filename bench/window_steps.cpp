@@ -44,7 +44,7 @@ struct NoFolderChooser final : FolderChooser {
 
 struct NoWorkspace final : Workspace {
   void open_link(std::string_view) override {}
-  void reveal(const Url&) override {}
+  void reveal(std::span<const Url>) override {}
   void preview(const Url&) override {}
   void show_information(const Url&) override {}
 };
