@@ -1,5 +1,6 @@
 #include "ui/text_label.h"
 
+#include <QGuiApplication>
 #include <algorithm>
 
 namespace tarnby {
@@ -18,6 +19,11 @@ QLabel* text_label(const QString& text, theme::Type type, const QColor& color, Q
 void align_at_beginning(QLabel* label, Qt::Alignment vertical) {
   const Qt::Alignment side = label->isRightToLeft() ? Qt::AlignRight : Qt::AlignLeft;
   label->setAlignment(side | Qt::AlignAbsolute | vertical);
+}
+
+QString path_in_words(const QString& path) {
+  // Isolated, so that nothing around it takes its slashes for a part of the sentence.
+  return QGuiApplication::isRightToLeft() && !path.isEmpty() ? QChar(0x2066) + path + QChar(0x2069) : path;
 }
 
 QLabel* paragraph(const QString& text, theme::Type type, const QColor& color, int most_width, QWidget* parent) {

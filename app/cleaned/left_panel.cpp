@@ -36,7 +36,7 @@ LeftPanel::LeftPanel(AppContext& context) : Screen(context) {
   for (std::size_t at = 0; at < std::min(left.size(), most_shown); ++at) {
     const QString reason = context.text(left[at].reason.c_str());
     auto* item = new QListWidgetItem(
-        context.text("%@: %@", {QString::fromStdString(short_path(left[at].url, home)), reason}), list);
+        context.text("%@: %@", {path_in_words(QString::fromStdString(short_path(left[at].url, home))), reason}), list);
     item->setToolTip(QString::fromStdString(left[at].url.path()));
   }
   if (left.size() > most_shown) {

@@ -35,7 +35,8 @@ DownloadHelper::DownloadHelper(AppContext& context, HandOff& hand_off) : Screen(
   list->setTextElideMode(Qt::ElideMiddle);
   const Cleaner& cleaner = context.sharedCleaner();
   for (std::size_t at = 0; at < std::min(cleaner.remainder_urls.size(), most_shown); ++at) {
-    list->addItem(QString::fromStdString(short_path(cleaner.remainder_urls[at], cleaner.url_home)));
+    const std::string path = short_path(cleaner.remainder_urls[at], cleaner.url_home);
+    list->addItem(path_in_words(QString::fromStdString(path)));
   }
   layout->addWidget(list);
   auto* buttons = new QHBoxLayout;
