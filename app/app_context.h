@@ -7,6 +7,7 @@
 
 #include "app/app_delegate.h"
 #include "app/folder_chooser.h"
+#include "app/icons/icons.h"
 #include "app/removal_run.h"
 #include "engine/cleaner.h"
 #include "platform/platform.h"
@@ -29,6 +30,7 @@ struct AppContext {
   /// The engine; made when it is first asked for, since it takes the grants as they are then.
   std::function<Cleaner&()> sharedCleaner;
   RemovalRun removal = {};
+  Icons icons{platform};
   /// Set when the program is to end: a removal finishes the entry in hand and leaves the rest. Any thread.
   std::atomic<bool> ending{false};
 

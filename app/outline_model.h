@@ -2,6 +2,8 @@
 
 #include <QAbstractItemModel>
 
+#include "platform/image.h"
+
 namespace tarnby {
 
 /// What an outline shows: groups and their entries, as two levels of one column. Rows are told apart by `is_group`; a
@@ -11,6 +13,8 @@ class OutlineModel : public QAbstractItemModel {
  public:
   enum Role {
     size_text_role = Qt::UserRole,
+    /// An entry's icon, as an Image.
+    icon_role,
     /// The colour of a group's tag.
     color_role,
     /// The header that stands above a group.

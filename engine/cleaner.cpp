@@ -38,6 +38,11 @@ Cleaner::Cleaner(Platform& platform, Cache& cache, Remainders& remainders)
       cache_(cache),
       remainders_(remainders) {}
 
+Image Cleaner::icon_of_application(const std::string& label) const {
+  const auto known = cache_.names.find(label);
+  return known == cache_.names.end() ? Image() : known->second->app_icon;
+}
+
 std::int64_t Cleaner::overall_size_of_files(std::span<const Url> urls) {
   return platform_.measurer.overall_size_of_files(urls);
 }

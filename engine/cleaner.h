@@ -109,6 +109,9 @@ class Cleaner {
   /// The record of a client by its type ("chrome"); null until a scan has found it. It stays when the client goes.
   std::shared_ptr<CleanerItem> client_record(std::string_view type) const;
 
+  /// The icon of the application that the last search for caches knew by this label; none when it knew none.
+  Image icon_of_application(const std::string& label) const;
+
   /// Bytes in a list: what is no file URL or is missing counts 0, a folder all that is below it.
   std::int64_t overall_size_of_files(std::span<const Url> urls);
   /// Bytes below a folder; 0 when it is missing or unreadable.

@@ -71,6 +71,10 @@ bool is_named_application(const Url& url) {
 
 }  // namespace
 
+Image app_icon_of(const FileManager& files, const Url& bundle) {
+  return app_icon_of(Bundle(files, bundle));
+}
+
 Application& Application::sharedApplication() {
   static Application application(Platform::shared());
   return application;
@@ -169,7 +173,7 @@ Image Application::setIcon(const std::string& path) const {
   return Image::icon_of(Url::file(path));
 }
 Image Application::setAppIcon(const Url& url) const {
-  return app_icon_of(Bundle(files_, url));
+  return app_icon_of(files_, url);
 }
 
 std::optional<std::string> Application::setBundle(const Url& url) const {

@@ -13,6 +13,9 @@
 
 namespace tarnby {
 
+/// The icon file that a bundle's Info.plist names; none when it names none, or none that is there. Any thread may call.
+Image app_icon_of(const FileManager& files, const Url& bundle);
+
 /// The inventory of installed applications. Operations run on the caller's thread and report no failure: what cannot be
 /// read contributes nothing, or a fallback text. Lists are replaced whole by each run; one run at a time.
 class Application {

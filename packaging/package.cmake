@@ -97,7 +97,8 @@ set(CPACK_DEBIAN_PACKAGE_MAINTAINER "Tarnby cleaner developers <developers@tarnb
 set(CPACK_DEBIAN_PACKAGE_SECTION utils)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS TRUE)
-# What no program links but the window is poorer without: its typeface, and a reader of application icons.
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "fonts-inter, qt6-image-formats-plugins")
+# What no program links but the window is poorer without: its typeface, and readers of the icons of applications and of
+# desktops that draw theirs as SVG.
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "fonts-inter, qt6-image-formats-plugins, libqt6svg6")
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION TRUE)
 include(CPack)

@@ -3,6 +3,7 @@
 #include <QPointer>
 #include <QUrl>
 #include <functional>
+#include <memory>
 
 #include "platform/platform.h"
 #include "platform/queues.h"
@@ -12,6 +13,7 @@ class QWidget;
 
 namespace tarnby {
 
+class IconReader;
 class InformationWindow;
 class PreviewPanel;
 
@@ -42,10 +44,12 @@ class DesktopWorkspace final : public Workspace {
 
  private:
   void open(const QUrl& url) const;
+  std::shared_ptr<IconReader> icons();
 
   Platform& platform_;
   BackgroundQueue& errands_;
   QPointer<QWidget> window_;
+  std::shared_ptr<IconReader> icons_;
   QPointer<PreviewPanel> preview_;
   std::function<void(const QString&)> tell_ = [](const QString&) {};
 };

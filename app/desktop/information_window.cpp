@@ -4,12 +4,15 @@
 #include <QFormLayout>
 #include <QLabel>
 #include <QLocale>
+#include <cmath>
 
 #include "ui/text_label.h"
 
 namespace tarnby {
 
 namespace {
+
+constexpr int icon_side = 64;
 
 const char* kind_name(EntryKind kind) {
   switch (kind) {
@@ -47,7 +50,8 @@ QString InformationWindow::text(const char* english) const {
   return QString::fromStdString(platform_.localization.text(english));
 }
 
-InformationWindow::InformationWindow(Platform& platform, BackgroundQueue& errands, const Url& entry, QWidget* parent)
+InformationWindow::InformationWindow(Platform& platform, BackgroundQueue& errands, std::shared_ptr<IconReader> icons,
+                                     const Url& entry, QWidget* parent)
     : QDialog(parent), platform_(platform) {
   const std::string name(entry.last_path_component());
   setWindowTitle(readable(name));
@@ -57,11 +61,25 @@ InformationWindow::InformationWindow(Platform& platform, BackgroundQueue& errand
   auto* form = new QFormLayout(this);
   form->setContentsMargins(3 * theme::grid, 3 * theme::grid, 3 * theme::grid, 3 * theme::grid);
   form->setSpacing(theme::grid);
+  auto* icon = new QLabel(this);
+  icon->setFixedHeight(icon_side);
+  form->addRow(icon);
   add_line(form, english("Name"), readable(name));
   QLabel* kind = add_line(form, english("Kind"), QStringLiteral("…"));
   QLabel* size = add_line(form, english("Size"), QStringLiteral("…"));
-  add_line(form, english("Where"), readable(entry.parent().path()));
+  QLabel* where = add_line(form, english("Where"), readable(entry.parent().path()));
+  where->setLayoutDirection(Qt::LeftToRight);  // a path is, in every language
   QLabel* changed = add_line(form, english("Changed"), QStringLiteral("…"));
+  // At once, before the size of a large folder is known.
+  errands.async(
+      [here = std::weak_ptr(here_), entry, &platform, icons = std::move(icons), icon, sharpness = devicePixelRatioF()] {
+        if (here.expired()) return;
+        QImage picture = icons->read(Image::icon_of(entry), static_cast<int>(std::lround(icon_side * sharpness)));
+        picture.setDevicePixelRatio(sharpness);
+        platform.main_queue.async([here, icon, picture] {
+          if (!here.expired()) icon->setPixmap(QPixmap::fromImage(picture));
+        });
+      });
   errands.async([here = std::weak_ptr(here_), entry, &platform, kind, size, changed] {
     if (here.expired()) return;
     auto facts = std::make_shared<Facts>(look_at(platform, entry));

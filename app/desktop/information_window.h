@@ -3,6 +3,7 @@
 #include <QDialog>
 #include <memory>
 
+#include "app/icons/icon_reader.h"
 #include "platform/platform.h"
 
 class QFormLayout;
@@ -15,7 +16,9 @@ namespace tarnby {
 class InformationWindow : public QDialog {
   Q_OBJECT
  public:
-  InformationWindow(Platform& platform, BackgroundQueue& errands, const Url& entry, QWidget* parent);
+  /// @param icons reads the entry's icon; the errands' own.
+  InformationWindow(Platform& platform, BackgroundQueue& errands, std::shared_ptr<IconReader> icons, const Url& entry,
+                    QWidget* parent);
 
   /// What people call that kind of entry.
   static QString kind_text(const Platform& platform, EntryKind kind);

@@ -6,9 +6,12 @@
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QStackedLayout>
+#include <QVBoxLayout>
 #include <algorithm>
+#include <cmath>
 
 #include "app/desktop/information_window.h"
+#include "app/icons/icon_file.h"
 #include "ui/scroller.h"
 #include "ui/text_label.h"
 
@@ -21,6 +24,7 @@ constexpr std::size_t most_bytes = 32U << 20U;
 constexpr std::size_t most_text = 256U << 10U;
 constexpr std::size_t most_entries = 500;
 constexpr int most_side = 4096;
+constexpr int icon_side = 128;
 
 /// A picture that is decoded no larger than it can be shown, however large it claims to be.
 QImage picture_of(const QByteArray& bytes) {
@@ -29,11 +33,12 @@ QImage picture_of(const QByteArray& bytes) {
   QImageReader reader(&buffer);
   reader.setDecideFormatFromContent(true);
   reader.setAutoTransform(true);
+  if (!may_decode(reader, bytes)) return {};
   const QSize size = reader.size();
   if (size.width() > most_side || size.height() > most_side) {
     reader.setScaledSize(size.scaled(most_side, most_side, Qt::KeepAspectRatio));
   }
-  return reader.read();
+  return reader.read().convertToFormat(QImage::Format_ARGB32_Premultiplied);
 }
 
 bool is_text(const QByteArray& bytes) {
@@ -54,8 +59,9 @@ QString listing_of(const FileManager& files, const Url& folder) {
 
 }  // namespace
 
-PreviewPanel::PreviewPanel(Platform& platform, BackgroundQueue& errands, QWidget* parent)
-    : QDialog(parent), platform_(platform), errands_(errands) {
+PreviewPanel::PreviewPanel(Platform& platform, BackgroundQueue& errands, std::shared_ptr<IconReader> icons,
+                           QWidget* parent)
+    : QDialog(parent), platform_(platform), errands_(errands), icons_(std::move(icons)) {
   resize(usual_size);
   QPalette colors = palette();
   colors.setColor(QPalette::Window, theme::sheet);
@@ -70,9 +76,16 @@ PreviewPanel::PreviewPanel(Platform& platform, BackgroundQueue& errands, QWidget
   text_->document()->setDocumentMargin(2 * theme::grid);
   text_->setFont(theme::font(theme::Type::detail));
   use_scrollers(text_);
-  facts_ = text_label({}, theme::Type::body, theme::text, this);
+  told_ = new QWidget(this);
+  auto* told = new QVBoxLayout(told_);
+  icon_ = new QLabel(told_);
+  facts_ = text_label({}, theme::Type::body, theme::text, told_);
   facts_->setWordWrap(true);
-  for (QWidget* page : {static_cast<QWidget*>(picture_), static_cast<QWidget*>(text_), static_cast<QWidget*>(facts_)}) {
+  told->addStretch();
+  told->addWidget(icon_, 0, Qt::AlignHCenter);
+  told->addWidget(facts_);
+  told->addStretch();
+  for (QWidget* page : {static_cast<QWidget*>(picture_), static_cast<QWidget*>(text_), told_}) {
     pages_->addWidget(page);
   }
 }
@@ -81,17 +94,20 @@ void PreviewPanel::show_entry(const Url& entry) {
   const std::string_view name = entry.last_path_component();
   setWindowTitle(QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size())));
   asked_ = std::make_shared<int>();
-  errands_.async([this, entry, asked = std::weak_ptr(asked_), &platform = platform_] {
+  errands_.async([this, entry, asked = std::weak_ptr(asked_), &platform = platform_, icons = icons_,
+                  sharpness = devicePixelRatioF()] {
     if (asked.expired()) return;
-    auto found = std::make_shared<Found>(look_at(platform, entry));
+    auto found = std::make_shared<Found>(look_at(platform, *icons, entry, sharpness));
     platform.main_queue.async([this, asked, found] {
       if (!asked.expired()) show_found(*found);
     });
   });
 }
 
-PreviewPanel::Found PreviewPanel::look_at(Platform& platform, const Url& entry) {
+PreviewPanel::Found PreviewPanel::look_at(Platform& platform, IconReader& icons, const Url& entry, double sharpness) {
   Found found;
+  found.icon = icons.read(Image::icon_of(entry), static_cast<int>(std::lround(icon_side * sharpness)));
+  found.icon.setDevicePixelRatio(sharpness);
   const Status status = platform.files.status(entry);
   found.facts = InformationWindow::kind_text(platform, status.kind);
   if (status.kind == EntryKind::file) {
@@ -112,6 +128,7 @@ PreviewPanel::Found PreviewPanel::look_at(Platform& platform, const Url& entry) 
 void PreviewPanel::show_found(const Found& found) {
   image_ = found.picture;
   text_->setPlainText(found.text);
+  icon_->setPixmap(QPixmap::fromImage(found.icon));
   facts_->setText(windowTitle() + u'\n' + found.facts);
   for (QWidget* page : {static_cast<QWidget*>(picture_), static_cast<QWidget*>(text_)}) {
     page->setAccessibleName(windowTitle());
@@ -119,7 +136,7 @@ void PreviewPanel::show_found(const Found& found) {
   fit_picture();
   pages_->setCurrentWidget(!image_.isNull()        ? static_cast<QWidget*>(picture_)
                            : !found.text.isEmpty() ? static_cast<QWidget*>(text_)
-                                                   : static_cast<QWidget*>(facts_));
+                                                   : told_);
 }
 
 void PreviewPanel::fit_picture() {

@@ -4,6 +4,7 @@
 #include <QImage>
 #include <memory>
 
+#include "app/icons/icon_reader.h"
 #include "platform/platform.h"
 
 class QLabel;
@@ -17,7 +18,8 @@ namespace tarnby {
 class PreviewPanel : public QDialog {
   Q_OBJECT
  public:
-  PreviewPanel(Platform& platform, BackgroundQueue& errands, QWidget* parent);
+  /// @param icons reads the icon of what cannot be looked into; the errands' own.
+  PreviewPanel(Platform& platform, BackgroundQueue& errands, std::shared_ptr<IconReader> icons, QWidget* parent);
 
   /// Shows another entry.
   void show_entry(const Url& entry);
@@ -31,16 +33,20 @@ class PreviewPanel : public QDialog {
     QImage picture;
     QString text;
     QString facts;
+    QImage icon;
   };
-  static Found look_at(Platform& platform, const Url& entry);
+  static Found look_at(Platform& platform, IconReader& icons, const Url& entry, double sharpness);
   void show_found(const Found& found);
   void fit_picture();
 
   Platform& platform_;
   BackgroundQueue& errands_;
+  std::shared_ptr<IconReader> icons_;
   QStackedLayout* pages_;
   QLabel* picture_;
   QPlainTextEdit* text_;
+  QWidget* told_;
+  QLabel* icon_;
   QLabel* facts_;
   QImage image_;
   /// What was asked for last; an answer for anything else is too late.

@@ -2,6 +2,7 @@
 
 #include "engine/entry_text.h"
 #include "platform/bytes.h"
+#include "ui/text_label.h"
 
 namespace tarnby {
 
@@ -42,11 +43,14 @@ QVariant LargeFilesModel::entry_data(std::size_t group, std::size_t entry, int r
     case Qt::AccessibleTextRole:
       return context_.text(ticked ? "%@, %@, ticked" : "%@, %@, not ticked", {name, context_.byte_count(file.size)});
     case Qt::ToolTipRole:
-      return QString::fromStdString(file.url_file.path());
+      return path_in_words(QString::fromStdString(file.url_file.path()));
     case size_text_role:
       return context_.byte_count(file.size);
+    case icon_role:
+      return QVariant::fromValue(Image::icon_of(file.url_file));
     case note_role:
-      return QString::fromStdString(short_path(file.url_file.parent(), context_.sharedCleaner().url_home));
+      return path_in_words(
+          QString::fromStdString(short_path(file.url_file.parent(), context_.sharedCleaner().url_home)));
     default:
       return {};
   }

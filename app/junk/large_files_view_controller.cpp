@@ -73,7 +73,7 @@ QLayout* LargeFilesViewController::size_line() {
 }
 
 QWidget* LargeFilesViewController::outline() {
-  outlineview = new SmartOutlineView(this);
+  outlineview = new SmartOutlineView(context_.icons, this);
   outlineview->setAccessibleName(windowTitle());
   outlineview->setFixedSize(outline_size_);
   model_ = new LargeFilesModel(context_, outline_items, ticked_, outlineview);

@@ -68,7 +68,7 @@ QWidget* SmartCleanViewController::outline_panel() {
   app_title->setContentsMargins(theme::grid, 2 * theme::grid, theme::grid, theme::grid);
   app_title->setVisible(ticked_entries() == 0);
   layout->addWidget(app_title);
-  outlineview = new SmartOutlineView(panel);
+  outlineview = new SmartOutlineView(context_.icons, panel);
   outlineview->setAccessibleName(context_.text("What can be removed"));
   model_ = new SmartOutlineModel(context_, *this, outlineview);
   outlineview->setModel(model_);

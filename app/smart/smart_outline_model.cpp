@@ -4,6 +4,7 @@
 
 #include "app/category_look.h"
 #include "engine/entry_text.h"
+#include "ui/text_label.h"
 
 namespace tarnby {
 
@@ -105,10 +106,12 @@ QVariant SmartOutlineModel::entry_data(std::size_t group, std::size_t entry, int
     case Qt::ToolTipRole:
     case Qt::AccessibleDescriptionRole: {
       const auto urls = locations_of(record);
-      return urls.empty() ? QString() : one_line(urls.front().path());
+      return urls.empty() ? QString() : path_in_words(one_line(urls.front().path()));
     }
     case size_text_role:
       return context_.byte_count(size_of(record));
+    case icon_role:
+      return QVariant::fromValue(image_of(record));
     case note_role:
       return place(record);
     default:
@@ -120,11 +123,20 @@ QString SmartOutlineModel::label(const CleanerEntry& entry) const {
   return one_line(label_of(entry));
 }
 
+/// What a removed application has left shows none, as does a client that is not installed: the icon of any application
+/// stands for it.
+Image SmartOutlineModel::image_of(const CleanerEntry& entry) const {
+  if (const auto* cache = std::get_if<std::shared_ptr<CacheItem>>(&entry)) return (*cache)->image;
+  if (const auto* file = std::get_if<std::shared_ptr<LargeFile>>(&entry)) return Image::icon_of((*file)->url_file);
+  if (!std::holds_alternative<std::shared_ptr<CleanerItem>>(entry)) return {};
+  return context_.sharedCleaner().icon_of_application(label_of(entry));
+}
+
 /// Caches often carry one name in several places, and what removing takes should be known before; the others lie where
 /// their group says.
 QString SmartOutlineModel::place(const CleanerEntry& entry) const {
   if (!std::holds_alternative<std::shared_ptr<CacheItem>>(entry)) return {};
-  return one_line(place_of(entry, context_.sharedCleaner().url_home));
+  return path_in_words(one_line(place_of(entry, context_.sharedCleaner().url_home)));
 }
 
 QString SmartOutlineModel::spoken(const QString& label, std::int64_t size, Qt::CheckState state) const {

@@ -31,6 +31,7 @@ class SmartOutlineModel : public OutlineModel {
 
  private:
   QString label(const CleanerEntry& entry) const;
+  Image image_of(const CleanerEntry& entry) const;
   QString place(const CleanerEntry& entry) const;
   QString spoken(const QString& label, std::int64_t size, Qt::CheckState state) const;
   void find_headers();

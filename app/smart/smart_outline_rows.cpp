@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "app/icons/icons.h"
 #include "app/outline_model.h"
 #include "ui/button_look.h"
 #include "ui/check_button.h"
@@ -24,6 +25,7 @@ constexpr int gap = 8;
 constexpr int disclosure_width = 20;
 constexpr int pointer_side = 8;
 constexpr int tag_side = 10;
+constexpr int icon_side = 20;
 constexpr int info_side = 18;
 constexpr int entry_indent = 64;
 constexpr int usual_header_height = 30;
@@ -85,13 +87,14 @@ OutlineRow::OutlineRow(const QModelIndex& index, const QRect& rect, Qt::LayoutDi
   }
   if (index.data(Qt::CheckStateRole).isValid()) check = take(rest, check_side, check_side);
   if (index.data(OutlineModel::color_role).isValid()) tag = take(rest, tag_side, tag_side);
+  if (index.data(OutlineModel::icon_role).isValid()) icon = take(rest, scaled(icon_side), scaled(icon_side));
   const int wanted = QFontMetrics(label_font(group)).horizontalAdvance(index.data().toString()) + 2;
   const bool tells = index.data(OutlineModel::about_role).toBool();
   const int beside = tells ? info_side + gap : 0;
   label = take(rest, std::min(wanted, rest.width() - beside), line.height());
   if (tells) info = take(rest, info_side, info_side);
   note = rest;
-  for (QRect* part : {&header, &disclosure, &check, &tag, &label, &info, &note, &size}) {
+  for (QRect* part : {&header, &disclosure, &check, &tag, &icon, &label, &info, &note, &size}) {
     *part = QStyle::visualRect(direction, rect, *part);
   }
 }
@@ -124,6 +127,13 @@ void SmartOutlineRows::draw_ground(QPainter& painter, const QStyleOptionViewItem
   if ((option.state & QStyle::State_HasFocus) != 0 && keyboard) draw_focus_ring(painter, shape);
 }
 
+void SmartOutlineRows::draw_icon(QPainter& painter, const QModelIndex& index, const OutlineRow& row) const {
+  if (row.icon.isEmpty()) return;
+  const double sharpness = painter.deviceTransform().m11();
+  const QImage icon = icons_.icon(index.data(OutlineModel::icon_role).value<Image>(), row.icon.width(), sharpness);
+  if (!icon.isNull()) painter.drawImage(row.icon, icon);
+}
+
 void SmartOutlineRows::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const {
   const bool group = OutlineModel::is_group(index);
   const OutlineRow row(index, option.rect, option.direction);
@@ -153,6 +163,7 @@ void SmartOutlineRows::paint(QPainter* painter, const QStyleOptionViewItem& opti
   if (!row.tag.isEmpty()) {
     painter->fillPath(rounded_path(row.tag, 3), index.data(OutlineModel::color_role).value<QColor>());
   }
+  draw_icon(*painter, index, row);
   if (!row.info.isEmpty()) draw_info_mark(*painter, QRectF(row.info).adjusted(1, 1, -1, -1), theme::secondary);
   const auto text = [&](const QRect& place, const QFont& font, const QColor& color, const QString& words,
                         Qt::TextElideMode elide) {

@@ -6,6 +6,8 @@
 
 namespace tarnby {
 
+class Icons;
+
 /// Where the parts of one row of the outline stand.
 struct OutlineRow {
   enum class Part { none, disclosure, check, info };
@@ -15,6 +17,7 @@ struct OutlineRow {
   QRect disclosure;
   QRect check;
   QRect tag;
+  QRect icon;
   QRect label;
   QRect info;
   QRect note;
@@ -33,7 +36,7 @@ struct OutlineRow {
 class SmartOutlineRows : public QStyledItemDelegate {
   Q_OBJECT
  public:
-  using QStyledItemDelegate::QStyledItemDelegate;
+  SmartOutlineRows(Icons& icons, QObject* parent) : QStyledItemDelegate(parent), icons_(icons) {}
 
   /// A row that stands out while its menu is open.
   QPersistentModelIndex marked_row;
@@ -44,6 +47,9 @@ class SmartOutlineRows : public QStyledItemDelegate {
  private:
   void draw_ground(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index,
                    const OutlineRow& row) const;
+  void draw_icon(QPainter& painter, const QModelIndex& index, const OutlineRow& row) const;
+
+  Icons& icons_;
 };
 
 }  // namespace tarnby

@@ -4,13 +4,15 @@
 #include <QHeaderView>
 #include <QMouseEvent>
 
+#include "app/icons/icons.h"
 #include "ui/motion.h"
 #include "ui/scroller.h"
 #include "ui/theme.h"
 
 namespace tarnby {
 
-SmartOutlineView::SmartOutlineView(QWidget* parent) : QTreeView(parent), rows_(new SmartOutlineRows(this)) {
+SmartOutlineView::SmartOutlineView(Icons& icons, QWidget* parent)
+    : QTreeView(parent), rows_(new SmartOutlineRows(icons, this)) {
   setItemDelegate(rows_);
   setHeaderHidden(true);
   header()->setStretchLastSection(true);
@@ -24,6 +26,7 @@ SmartOutlineView::SmartOutlineView(QWidget* parent) : QTreeView(parent), rows_(n
   setAnimated(!motion::reduced());
   use_scrollers(this);
   verticalScrollBar()->setSingleStep(theme::file_row_height);
+  connect(&icons, &Icons::arrived, viewport(), qOverload<>(&QWidget::update));
 }
 
 /// A cell reaches from one side of the view to the other.

@@ -13,7 +13,7 @@ namespace tarnby {
 class SmartOutlineView : public QTreeView {
   Q_OBJECT
  public:
-  explicit SmartOutlineView(QWidget* parent);
+  SmartOutlineView(Icons& icons, QWidget* parent);
 
   /// Where the info mark of a group is, in the viewport.
   QRect info_place(const QModelIndex& group) const;

@@ -47,6 +47,7 @@ void TestWindow::settle() {
     idle.get_future().wait();
     ada.main_queue.run_pending();
   }
+  context.icons.finish();
 }
 
 void TestWindow::pass(int milliseconds) {

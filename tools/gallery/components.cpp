@@ -1,4 +1,5 @@
 #include <QLabel>
+#include <QPainter>
 #include <QScrollArea>
 #include <array>
 
@@ -10,6 +11,7 @@
 #include "ui/cleaned_mark.h"
 #include "ui/dash_view.h"
 #include "ui/disclosure_button.h"
+#include "ui/entry_picture.h"
 #include "ui/home_view.h"
 #include "ui/info_button.h"
 #include "ui/progress_view.h"
@@ -208,6 +210,39 @@ void backgrounds(Board& board) {
   }
 }
 
+class EntryPictureView : public QWidget {
+ public:
+  EntryPictureView(EntryPicture what, int side, QWidget* parent) : QWidget(parent), what_(what) {
+    setFixedSize(side, side);
+  }
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    QPainter painter(this);
+    draw_entry_picture(painter, rect(), what_);
+  }
+
+ private:
+  EntryPicture what_;
+};
+
+void entry_pictures(Board& board) {
+  struct Row {
+    EntryPicture what;
+    const char* name;
+  };
+  board.set_columns(9);
+  for (const int side : {20, 64}) {
+    for (const Row& row :
+         {Row{EntryPicture::file, "file"}, Row{EntryPicture::document, "document"},
+          Row{EntryPicture::picture, "picture"}, Row{EntryPicture::movie, "movie"}, Row{EntryPicture::audio, "audio"},
+          Row{EntryPicture::archive, "archive"}, Row{EntryPicture::package, "package"},
+          Row{EntryPicture::folder, "folder"}, Row{EntryPicture::application, "application"}}) {
+      board.add(new EntryPictureView(row.what, side, board.ground()), QString::fromUtf8(row.name));
+    }
+  }
+}
+
 constexpr std::array boards = {BoardRow{"push_buttons", push_buttons},
                                BoardRow{"check_buttons", check_buttons},
                                BoardRow{"small_buttons", small_buttons},
@@ -217,6 +252,7 @@ constexpr std::array boards = {BoardRow{"push_buttons", push_buttons},
                                BoardRow{"bars", bars},
                                BoardRow{"steps", steps},
                                BoardRow{"labels", labels},
+                               BoardRow{"entry_pictures", entry_pictures},
                                BoardRow{"backgrounds", backgrounds}};
 
 }  // namespace

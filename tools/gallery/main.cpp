@@ -57,14 +57,17 @@ void draw_focused(QWidget* ground, QPainter& painter) {
   }
 }
 
-bool save(QWidget* ground, const QString& path, double sharpness) {
+QImage drawn(QWidget* ground, double sharpness) {
   QImage image(ground->size() * sharpness, QImage::Format_RGB32);
   image.setDevicePixelRatio(sharpness);
   QPainter painter(&image);
   ground->render(&painter);
   draw_focused(ground, painter);
-  painter.end();
-  if (image.save(path)) return true;
+  return image;
+}
+
+bool save(QWidget* ground, const QString& path, double sharpness) {
+  if (drawn(ground, sharpness).save(path)) return true;
   std::fprintf(stderr, "gallery: cannot write %s\n", qPrintable(path));
   return false;
 }
@@ -92,6 +95,8 @@ bool draw_stage(const StageRow& row, const Variant& variant, const QDir& folder)
   Stage stage(variant.language == nullptr ? Localization() : variant.language());
   row.fill(stage);
   stage.pass(100);
+  drawn(stage.window(), variant.sharpness);  // asks for the icons
+  stage.context().icons.finish();
   return save(stage.window(), folder.filePath(file_name(row.name, variant)), variant.sharpness);
 }
 

@@ -2,17 +2,18 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QFile>
 #include <future>
 #include <map>
 #include <mutex>
+#include <optional>
 
 #include "engine/smart_selection.h"
+#include "tools/bundle_files.h"
 
 namespace tarnby {
 
 namespace {
-
-constexpr QSize window_size(960, 640);
 
 Session invented_session(const QTemporaryDir& folder) {
   const std::string path = folder.path().toStdString();
@@ -22,18 +23,39 @@ Session invented_session(const QTemporaryDir& folder) {
 struct Entry {
   const char* name;
   std::int64_t kilobytes;
+  /// Of the application's icon; without it what has no extension is a folder.
+  std::optional<Color> color = {};
 };
+
+void write_file(const Url& file, const std::string& content) {
+  QDir().mkpath(QString::fromStdString(file.parent().path()));
+  QFile opened(QString::fromStdString(file.path()));
+  if (opened.open(QIODevice::WriteOnly)) opened.write(content.data(), static_cast<qint64>(content.size()));
+}
+
+Image icon_of(const Url& home, const Url& place, const Entry& entry) {
+  if (!entry.color) {
+    if (place.path_extension().empty()) QDir().mkpath(QString::fromStdString(place.path()));
+    return Image::icon_of(place);
+  }
+  const Url icon = home.appending("Applications").appending(std::string(entry.name) + ".icns");
+  write_file(icon, icon_file(*entry.color));
+  return Image::file(icon);
+}
 
 std::shared_ptr<CacheItem> cache_entry(const Url& home, const Entry& entry) {
   auto item = std::make_shared<CacheItem>();
   item->url = home.appending("Library/Caches").appending(entry.name);
   item->label = entry.name;
+  item->image = icon_of(home, item->url, entry);
   item->size = entry.kilobytes * 1000;
   return item;
 }
 
 std::shared_ptr<LargeFile> file_entry(const Url& folder, const Entry& entry) {
-  return LargeFile::init_with_file_url(folder.appending(entry.name), entry.name, entry.kilobytes * 1000, "");
+  const Url place = folder.appending(entry.name);
+  icon_of(folder, place, entry);
+  return LargeFile::init_with_file_url(place, entry.name, entry.kilobytes * 1000, "");
 }
 
 std::shared_ptr<RemainderItem> remainder_entry(const Url& home, const Entry& entry) {
@@ -103,7 +125,7 @@ class Stage::NoChooser : public FolderChooser {
   void choose(QWidget*, const FolderRequest&, Done) override {}
 };
 
-Stage::Stage(Localization localization)
+Stage::Stage(Localization localization, QSize size)
     : queue_(std::make_unique<Queue>()),
       workspace_(std::make_unique<NoWorkspace>()),
       chooser_(std::make_unique<NoChooser>()),
@@ -120,7 +142,7 @@ Stage::Stage(Localization localization)
   context_ =
       std::unique_ptr<AppContext>(new AppContext{*platform_, clock_, *delegate_, background_work_, background_work_,
                                                  *workspace_, *chooser_, [this]() -> Cleaner& { return *cleaner_; }});
-  window_->resize(window_size);
+  window_->resize(size);
   background_ = new BackgroundView(clock_, window_.get());
   background_->setGeometry(window_->rect());
 }
@@ -176,7 +198,8 @@ void pretend_smart_scan(Cleaner& cleaner) {
   const Url trash = home.appending(".Trash");
   fill(cleaner,
        {{"caches",
-         {cache_entry(home, {"Firefox", 1'400'000}), cache_entry(home, {"Sketchbook", 1'120'000}),
+         {cache_entry(home, {"Firefox", 1'400'000, Color{240, 130, 50}}),
+          cache_entry(home, {"Sketchbook", 1'120'000, Color{160, 110, 220}}),
           cache_entry(home, {"Terminal tools", 388'400})}},
         {"logs", {file_entry(logs, {"DiagnosticReports", 312'500}), file_entry(logs, {"Sketchbook", 100'200})}},
         {"remainders",

@@ -16,8 +16,12 @@ namespace tarnby {
 /// A window that shows one screen by itself, with an engine whose results are invented and with nothing of the desktop.
 class Stage {
  public:
+  static constexpr QSize usual_size{960, 640};
+  static constexpr QSize least_size{820, 560};
+
   /// @param localization the language of the screen; English without it.
-  explicit Stage(Localization localization = {});
+  /// @param size of its window.
+  explicit Stage(Localization localization = {}, QSize size = usual_size);
   ~Stage();
 
   AppContext& context() { return *context_; }

@@ -1,0 +1,161 @@
+#include "app/icons/icons.h"
+
+#include <QPainter>
+#include <chrono>
+#include <filesystem>
+
+#include "app/smart/smart_clean_view_controller.h"
+#include "tests/app/test_window.h"
+
+namespace tarnby {
+namespace {
+
+using test::TestPlatform;
+using test::TestWindow;
+
+constexpr Color red = {200, 40, 40};
+constexpr int side = 40;
+
+QColor middle_of(const QImage& icon) {
+  return icon.pixelColor(icon.width() / 2, icon.height() / 2);
+}
+QColor of(Color color) {
+  return {color.red, color.green, color.blue};
+}
+
+std::string with_length(const std::string& kind, const std::string& content) {
+  const std::size_t length = content.size() + 8;
+  return kind + '\0' + static_cast<char>(length >> 16 & 0xFF) + static_cast<char>(length >> 8 & 0xFF) +
+         static_cast<char>(length & 0xFF) + content;
+}
+
+/// A bundle whose icon file is made by each case.
+class IconTest : public testing::Test {
+ protected:
+  IconTest() {
+    ada.application(bundle, {"com.larkfield.lens", "", "", "AppIcon", ""});
+    ada.tree.folder(bundle + "/Contents/Resources");
+  }
+  /// The icon of the bundle, with nothing of the desktop.
+  QImage read() { return IconReader(ada.platform.files, {}).read(Image::icon_of(ada.url(bundle)), side); }
+  QImage of_any_application() { return IconReader(ada.platform.files, {}).read({}, side); }
+
+  const std::string bundle = "Applications/Lens.app";
+  const std::string place = bundle + "/Contents/Resources/AppIcon.icns";
+  TestPlatform ada;
+};
+
+TEST_F(IconTest, a_bad_icon_file_gives_the_icon_of_any_application_at_once) {
+  const std::string good = icon_file(red);
+  std::string damaged = good;
+  for (std::size_t at = 40; at < damaged.size(); at += 7) damaged[at] = static_cast<char>(~damaged[at]);
+  std::string many;
+  while (many.size() < 1'000'000) many += with_length("ic07", {});
+  ada.tree.fifo("pipe").content("elsewhere.icns", good);
+  const std::string drawing = R"(<svg xmlns="http://www.w3.org/2000/svg" width="9" height="9"><image href=")" +
+                              ada.tree.path("pipe") + R"(" width="9" height="9"/></svg>)";
+  struct Case {
+    const char* what;
+    std::function<void()> make;
+  };
+  const Case cases[] = {
+      {"none", [] {}},
+      {"empty", [&] { ada.tree.content(place, ""); }},
+      {"cut", [&] { ada.tree.content(place, std::string_view(good).substr(0, 300)); }},
+      {"damaged", [&] { ada.tree.content(place, damaged); }},
+      {"a text", [&] { ada.tree.content(place, "no icon"); }},
+      {"a drawing that names a pipe", [&] { ada.tree.content(place, drawing); }},
+      {"millions of frames", [&] { ada.tree.content(place, with_length("icns", many)); }},
+      {"enormous", [&] { ada.tree.content(place, good).file(place, 33 << 20); }},
+      {"a pipe", [&] { ada.tree.fifo(place); }},
+      {"a link out of the bundle", [&] { ada.tree.link(place, ada.tree.path("elsewhere.icns")); }},
+      {"a folder", [&] { ada.tree.folder(place); }},
+  };
+  for (const Case& one : cases) {
+    SCOPED_TRACE(one.what);
+    one.make();
+    const auto begin = std::chrono::steady_clock::now();
+    EXPECT_EQ(read(), of_any_application());
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(10));
+    std::filesystem::remove(ada.tree.path(place));
+  }
+}
+
+TEST_F(IconTest, the_frame_that_suits_is_taken_and_what_cannot_be_read_is_passed_over) {
+  const auto frame = [](const char* kind, Color color) { return with_length(kind, icon_file(color).substr(16)); };
+  const std::string no_decoder = with_length("icp6", std::string("\0\0\0\x0CjP  \r\n\x87\n", 12) + "more of it");
+  ada.tree.content(place, with_length("icns", frame("ic07", {1, 2, 3}) + frame("ic12", red) + no_decoder +
+                                                  frame("ic11", {4, 5, 6})));
+  EXPECT_EQ(middle_of(read()), of(red));
+  EXPECT_EQ(read().size(), QSize(side, side));
+}
+
+TEST_F(IconTest, entries_have_the_icons_of_the_theme_and_drawings_where_it_has_none) {
+  const auto picture = [](Color color) { return icon_file(color).substr(16); };
+  ada.tree.content("themes/mine/index.theme",
+                   "[Icon Theme]\nInherits=mine,other\nDirectories=16/kinds,big\n"
+                   "[16/kinds]\nSize=16\nType=Fixed\n[big]\nSize=64\nMinSize=32\nMaxSize=256\nType=Scalable\n");
+  ada.tree.content("themes/other/index.theme", "[Icon Theme]\nDirectories=any\n[any]\nSize=48\n");
+  ada.tree.content("themes/mine/16/kinds/folder.png", picture({1, 2, 3}))
+      .content("themes/mine/big/folder.png", picture(red));
+  ada.tree.content("themes/other/any/folder.png", picture({4, 5, 6}));
+  ada.tree.content("themes/other/any/video-x-generic.png", picture({7, 8, 9}));
+  ada.tree.fifo("themes/other/any/audio-x-generic.png");
+  ada.tree.folder("ada/box").folder("ada/Photos.photoslibrary").link("ada/link.mp4", "/dev/zero");
+  IconReader reader(ada.platform.files, {{"", "absent", "mine"}, {QString::fromStdString(ada.tree.path("themes"))}});
+  const auto icon = [&](const char* path) { return reader.read(Image::icon_of(ada.url(path)), side); };
+  const auto drawn = [](EntryPicture what) {
+    QImage drawing(side, side, QImage::Format_ARGB32_Premultiplied);
+    drawing.fill(Qt::transparent);
+    QPainter painter(&drawing);
+    draw_entry_picture(painter, drawing.rect(), what);
+    painter.end();
+    return drawing;
+  };
+  EXPECT_EQ(middle_of(icon("ada/box")), of(red));
+  EXPECT_EQ(middle_of(icon("ada/gone.mov")), of({7, 8, 9}));
+  EXPECT_EQ(middle_of(icon("ada/link.mp4")), of({7, 8, 9}));
+  EXPECT_EQ(icon("ada/song.mp3"), drawn(EntryPicture::audio));
+  EXPECT_EQ(icon("ada/disk.dmg"), drawn(EntryPicture::archive));
+  EXPECT_EQ(icon("ada/no idea"), drawn(EntryPicture::file));
+  EXPECT_EQ(icon("ada/Photos.photoslibrary"), drawn(EntryPicture::package));
+  EXPECT_EQ(icon("Applications/Lens.app"), drawn(EntryPicture::application));
+}
+
+TEST_F(IconTest, a_row_shows_its_icon_when_it_has_been_read_and_what_was_scrolled_past_is_forgotten) {
+  ada.tree.content(place, icon_file(red)).file("ada/Library/Caches/com.larkfield.lens/data", 1000);
+  TestWindow at(ada);
+  at.open_on_screen();
+  at.scan();
+  auto* screen = at.screen<SmartCleanViewController>();
+  ASSERT_NE(screen, nullptr);
+  SmartOutlineView* outline = screen->outlineview;
+  const QModelIndex caches = outline->model()->index(0, 0);
+  outline->setAnimated(false);
+  screen->show_items(caches);
+  const QModelIndex lens = outline->model()->index(0, 0, caches);
+  const auto shown = [&] {
+    const QImage picture = outline->viewport()->grab().toImage();
+    const QRect icon = OutlineRow(lens, outline->visualRect(lens), Qt::LeftToRight).icon;
+    return picture.pixelColor(icon.center() * picture.devicePixelRatio());
+  };
+  EXPECT_NE(shown(), of(red));  // asks for it, and does not wait
+  at.settle();
+  EXPECT_EQ(shown(), of(red));
+
+  Icons& icons = at.context.icons;
+  const auto file = [&](int number) { return Image::icon_of(ada.url("ada/" + std::to_string(number) + ".log")); };
+  constexpr int rows = 2000;
+  test::Hold slow_disk(ada.main_queue);
+  for (int number = 0; number < rows; ++number) {
+    icons.icon(file(number), side, 1);
+    if (number == 1) slow_disk.wait_until_there();
+  }
+  slow_disk.release();
+  at.settle();
+  EXPECT_TRUE(icons.icon(file(rows / 2), side, 1).isNull());
+  EXPECT_FALSE(icons.icon(file(rows - 1), side, 1).isNull());
+}
+
+}  // namespace
+}  // namespace tarnby
