@@ -1,9 +1,11 @@
 #include <gtest/gtest.h>
 
 #include <QAbstractButton>
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QLabel>
 #include <QRegularExpression>
+#include <QTextLayout>
 #include <cmath>
 
 #include "app/overlay.h"
@@ -154,6 +156,30 @@ bool says_in_english(const QString& words, const Localization& language) {
   });
 }
 
+/// Of a line in a window that is read from right to left, whether the path in it is still read from its beginning.
+bool path_begins_on_its_left(const QString& words) {
+  QTextLayout layout(words);
+  QTextOption option;
+  option.setTextDirection(Qt::RightToLeft);
+  layout.setTextOption(option);
+  layout.beginLayout();
+  const QTextLine line = layout.createLine();
+  layout.endLayout();
+  const auto home = static_cast<int>(words.indexOf(QStringLiteral("~/")));
+  return home < 0 || line.cursorToX(home) < line.cursorToX(home + 2);
+}
+
+void expect_paths_from_left_to_right(const QAbstractItemModel& model, const QModelIndex& parent = {}) {
+  for (int row = 0; row < model.rowCount(parent); ++row) {
+    const QModelIndex index = model.index(row, 0, parent);
+    for (const int role : {int{Qt::DisplayRole}, int{OutlineModel::note_role}}) {
+      const QString words = index.data(role).toString();
+      EXPECT_TRUE(path_begins_on_its_left(words)) << words.toStdString();
+    }
+    expect_paths_from_left_to_right(model, index);
+  }
+}
+
 class Layout : public testing::TestWithParam<StageRow> {
  protected:
   void TearDown() override { QApplication::setLayoutDirection(Qt::LeftToRight); }
@@ -161,14 +187,17 @@ class Layout : public testing::TestWithParam<StageRow> {
 
 TEST_P(Layout, texts_half_as_long_again_have_room_and_none_stays_english) {
   const Localization pseudo = in_pseudo_language();
-  Stage stage(pseudo);
-  GetParam().fill(stage);
-  stage.pass(100);
-  expect_room(shown_in(stage));
-  expect_room_in_rows(stage);
-  for (const QString& words : words_of(stage)) {
-    EXPECT_EQ(not_localized(words).toStdString(), "");
-    EXPECT_FALSE(says_in_english(words, pseudo)) << words.toStdString();
+  for (const QSize size : {Stage::usual_size, Stage::least_size}) {
+    SCOPED_TRACE(size.width());
+    Stage stage(pseudo, size);
+    GetParam().fill(stage);
+    stage.pass(100);
+    expect_room(shown_in(stage));
+    expect_room_in_rows(stage);
+    for (const QString& words : words_of(stage)) {
+      EXPECT_EQ(not_localized(words).toStdString(), "");
+      EXPECT_FALSE(says_in_english(words, pseudo)) << words.toStdString();
+    }
   }
 }
 
@@ -190,6 +219,9 @@ TEST_P(Layout, from_right_to_left_everything_stands_on_the_other_side) {
     stage.pass(100);
     const auto shown = shown_in(stage);
     expect_room(shown);
+    for (const auto* list : stage.window()->findChildren<QAbstractItemView*>()) {
+      if (QApplication::isRightToLeft()) expect_paths_from_left_to_right(*list->model());
+    }
     return std::pair(shown, stage.window()->width());  // the widgets are gone, their places count
   };
   const auto [usual, width] = places();
