@@ -74,8 +74,8 @@ Descriptor open_place_following(int parent, const char* name);
 /// leaves the access time alone, here and in files.
 Descriptor open_folder_at(int parent, const char* name);
 
-/// open_place_at and open_folder_at for a path of several names, in one step: a link anywhere in it is not followed, and
-/// nothing that is not below `parent` is reached. Empty with ENOSYS where the system has no such step.
+/// open_place_at and open_folder_at for a path of several names, in one step: a link anywhere in it is not followed,
+/// and nothing that is not below `parent` is reached. Empty with ENOSYS where the system has no such step.
 Descriptor open_place_beneath(int parent, const char* path);
 Descriptor open_folder_beneath(int parent, const char* path);
 
