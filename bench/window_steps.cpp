@@ -241,7 +241,7 @@ std::vector<Step> measure_outline(const bench::Home& home) {
     usleep(100);  // NOLINT: leaves the processor to the scan
   }
   auto* screen = open.part<SmartCleanViewController>();
-  SmartOutlineView* outline = screen->outlineview;
+  OutlineView* outline = screen->outlineview;
   QWidget* drawn = outline->viewport();
   QScrollBar* bar = outline->verticalScrollBar();
   const QModelIndex logs = outline->model()->index(1, 0);

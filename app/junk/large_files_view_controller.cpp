@@ -73,7 +73,7 @@ QLayout* LargeFilesViewController::size_line() {
 }
 
 QWidget* LargeFilesViewController::outline() {
-  outlineview = new SmartOutlineView(context_.icons, this);
+  outlineview = new OutlineView(context_.icons, this);
   outlineview->setAccessibleName(windowTitle());
   outlineview->setFixedSize(outline_size_);
   model_ = new LargeFilesModel(context_, outline_items, ticked_, outlineview);
@@ -82,12 +82,12 @@ QWidget* LargeFilesViewController::outline() {
   progress->setAccessibleName(context_.text("Searching…"));
   progress->setGeometry(QRect(QPoint(), progress->sizeHint()).translated(220, 60));
   connect(model_, &OutlineModel::tick_asked, this, &LargeFilesViewController::select_file);
-  connect(outlineview, &SmartOutlineView::menu_asked, this,
+  connect(outlineview, &OutlineView::menu_asked, this,
           [this](const QModelIndex& file, const QPoint&) { show_in_finder(file); });
-  connect(outlineview, &SmartOutlineView::preview_asked, this, [this](const QModelIndex& file) {
+  connect(outlineview, &OutlineView::preview_asked, this, [this](const QModelIndex& file) {
     if (const auto record = model_->file_at(file)) context_.workspace.preview(record->url_file);
   });
-  connect(outlineview, &SmartOutlineView::disclosure_asked, this,
+  connect(outlineview, &OutlineView::disclosure_asked, this,
           [this](const QModelIndex& group) { outlineview->setExpanded(group, !outlineview->isExpanded(group)); });
   return outlineview;
 }

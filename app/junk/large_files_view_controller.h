@@ -4,8 +4,8 @@
 #include <memory>
 
 #include "app/junk/large_files_model.h"
+#include "app/outline_view.h"
 #include "app/screen.h"
-#include "app/smart/smart_outline_view.h"
 #include "ui/pulse_view.h"
 #include "ui/push_button.h"
 
@@ -25,7 +25,7 @@ class LargeFilesViewController : public Screen {
   explicit LargeFilesViewController(AppContext& context);
 
   AppSettings& app_settings;
-  SmartOutlineView* outlineview;
+  OutlineView* outlineview;
   QSlider* slider;
   PushButton* submitt_button;  // the spelling is the name it is known by
   PulseView* progress;

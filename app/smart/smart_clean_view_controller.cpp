@@ -68,7 +68,7 @@ QWidget* SmartCleanViewController::outline_panel() {
   app_title->setContentsMargins(theme::grid, 2 * theme::grid, theme::grid, theme::grid);
   app_title->setVisible(ticked_entries() == 0);
   layout->addWidget(app_title);
-  outlineview = new SmartOutlineView(context_.icons, panel);
+  outlineview = new OutlineView(context_.icons, panel);
   outlineview->setAccessibleName(context_.text("What can be removed"));
   model_ = new SmartOutlineModel(context_, *this, outlineview);
   outlineview->setModel(model_);
@@ -77,10 +77,10 @@ QWidget* SmartCleanViewController::outline_panel() {
   connect(model_, &SmartOutlineModel::tick_asked, this, [this](const QModelIndex& index, bool on) {
     SmartOutlineModel::is_group(index) ? select_smart_outline_item(index, on) : select_item(index, on);
   });
-  connect(outlineview, &SmartOutlineView::about_asked, this, &SmartCleanViewController::about_item);
-  connect(outlineview, &SmartOutlineView::disclosure_asked, this, &SmartCleanViewController::show_items);
-  connect(outlineview, &SmartOutlineView::menu_asked, this, &SmartCleanViewController::open_menu);
-  connect(outlineview, &SmartOutlineView::preview_asked, this, [this](const QModelIndex& entry) {
+  connect(outlineview, &OutlineView::about_asked, this, &SmartCleanViewController::about_item);
+  connect(outlineview, &OutlineView::disclosure_asked, this, &SmartCleanViewController::show_items);
+  connect(outlineview, &OutlineView::menu_asked, this, &SmartCleanViewController::open_menu);
+  connect(outlineview, &OutlineView::preview_asked, this, [this](const QModelIndex& entry) {
     selectedRow = entry;
     quick_look_item();
   });

@@ -2,10 +2,10 @@
 
 #include <QPointer>
 
+#include "app/outline_view.h"
 #include "app/screen.h"
 #include "app/smart/smart_clean_lists.h"
 #include "app/smart/smart_outline_model.h"
-#include "app/smart/smart_outline_view.h"
 #include "ui/chart_view.h"
 #include "ui/push_button.h"
 
@@ -25,7 +25,7 @@ class SmartCleanViewController : public Screen, public SmartCleanLists {
   AppDelegate& appDelegate;
   AppSettings& app_settings;
   Cleaner& sharedCleaner;
-  SmartOutlineView* outlineview;
+  OutlineView* outlineview;
   QMenu* cleanItemMenu;
   NumberLabel* size;
   PushButton* remove_button;

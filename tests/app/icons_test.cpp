@@ -129,7 +129,7 @@ TEST_F(IconTest, a_row_shows_its_icon_when_it_has_been_read_and_what_was_scrolle
   at.scan();
   auto* screen = at.screen<SmartCleanViewController>();
   ASSERT_NE(screen, nullptr);
-  SmartOutlineView* outline = screen->outlineview;
+  OutlineView* outline = screen->outlineview;
   const QModelIndex caches = outline->model()->index(0, 0);
   outline->setAnimated(false);
   screen->show_items(caches);

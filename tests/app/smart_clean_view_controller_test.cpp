@@ -55,7 +55,7 @@ TEST_F(SmartCleanTest, is_ticked_and_walked_by_keyboard_and_says_how_each_row_st
     const std::string name = "smart_clean_about_" + std::string(category.type);
     at.platform.notifications.add_observer(name, [&about, name] { about.push_back(name); });
   }
-  SmartOutlineView* outline = screen->outlineview;
+  OutlineView* outline = screen->outlineview;
   ASSERT_EQ(QApplication::focusWidget(), outline);
   EXPECT_EQ(screen->size->text(), "15 KB");
   QApplication::setKeyboardInputInterval(60000);  // however slow this machine types

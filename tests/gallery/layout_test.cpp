@@ -8,8 +8,8 @@
 #include <QTextLayout>
 #include <cmath>
 
+#include "app/outline_view.h"
 #include "app/overlay.h"
-#include "app/smart/smart_outline_view.h"
 #include "tools/gallery/languages.h"
 #include "tools/gallery/stage.h"
 #include "ui/changing_label.h"
@@ -101,7 +101,7 @@ std::vector<QModelIndex> groups_of(const QTreeView& outline) {
 
 /// A group's name is told whole; the note beside it only where there is room.
 void expect_room_in_rows(Stage& stage) {
-  for (const auto* outline : stage.window()->findChildren<SmartOutlineView*>()) {
+  for (const auto* outline : stage.window()->findChildren<OutlineView*>()) {
     for (const QModelIndex& group : groups_of(*outline)) {
       SCOPED_TRACE(group.data().toString().toStdString());
       const OutlineRow row(group, QRect(0, 0, outline->viewport()->width(), 100), Qt::LeftToRight);
@@ -121,7 +121,7 @@ std::vector<QString> words_of(Stage& stage) {
   for (const QWidget* widget : stage.window()->findChildren<QWidget*>()) {
     words.insert(words.end(), {widget->accessibleName(), widget->accessibleDescription()});
   }
-  for (const auto* outline : stage.window()->findChildren<SmartOutlineView*>()) {
+  for (const auto* outline : stage.window()->findChildren<OutlineView*>()) {
     for (const QModelIndex& group : groups_of(*outline)) {
       for (const int role : {int{Qt::DisplayRole}, int{Qt::AccessibleTextRole}, int{OutlineModel::note_role},
                              int{OutlineModel::header_role}, int{OutlineModel::size_text_role}}) {

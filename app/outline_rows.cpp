@@ -1,4 +1,4 @@
-#include "app/smart/smart_outline_rows.h"
+#include "app/outline_rows.h"
 
 #include <QApplication>
 #include <QFontMetrics>
@@ -110,12 +110,12 @@ OutlineRow::Part OutlineRow::part_at(const QPoint& point) const {
   return hit(info) ? Part::info : Part::none;
 }
 
-QSize SmartOutlineRows::sizeHint(const QStyleOptionViewItem& /*option*/, const QModelIndex& index) const {
+QSize OutlineRows::sizeHint(const QStyleOptionViewItem& /*option*/, const QModelIndex& index) const {
   return {1, OutlineRow::height_of(index)};
 }
 
-void SmartOutlineRows::draw_ground(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index,
-                                   const OutlineRow& row) const {
+void OutlineRows::draw_ground(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index,
+                              const OutlineRow& row) const {
   const QPainterPath shape = rounded_path(QRectF(row.line).adjusted(4, 1, -4, -1), theme::grid);
   const bool marked = marked_row.isValid() && index == marked_row;
   if (marked || (option.state & QStyle::State_Selected) != 0) {
@@ -127,14 +127,14 @@ void SmartOutlineRows::draw_ground(QPainter& painter, const QStyleOptionViewItem
   if ((option.state & QStyle::State_HasFocus) != 0 && keyboard) draw_focus_ring(painter, shape);
 }
 
-void SmartOutlineRows::draw_icon(QPainter& painter, const QModelIndex& index, const OutlineRow& row) const {
+void OutlineRows::draw_icon(QPainter& painter, const QModelIndex& index, const OutlineRow& row) const {
   if (row.icon.isEmpty()) return;
   const double sharpness = painter.deviceTransform().m11();
   const QImage icon = icons_.icon(index.data(OutlineModel::icon_role).value<Image>(), row.icon.width(), sharpness);
   if (!icon.isNull()) painter.drawImage(row.icon, icon);
 }
 
-void SmartOutlineRows::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const {
+void OutlineRows::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const {
   const bool group = OutlineModel::is_group(index);
   const OutlineRow row(index, option.rect, option.direction);
   const auto start = Qt::AlignVCenter | (option.direction == Qt::RightToLeft ? Qt::AlignRight : Qt::AlignLeft);

@@ -4,16 +4,16 @@
 #include <QTreeView>
 
 #include "app/outline_model.h"
-#include "app/smart/smart_outline_rows.h"
+#include "app/outline_rows.h"
 
 namespace tarnby {
 
 /// The outline of a smart scan. Space ticks the row that the keyboard is on, Shift and Space previews it, Return opens
 /// a group, F1 tells about it, typing finds a row; a space within a row's name is part of what is typed.
-class SmartOutlineView : public QTreeView {
+class OutlineView : public QTreeView {
   Q_OBJECT
  public:
-  SmartOutlineView(Icons& icons, QWidget* parent);
+  OutlineView(Icons& icons, QWidget* parent);
 
   /// Where the info mark of a group is, in the viewport.
   QRect info_place(const QModelIndex& group) const;
@@ -50,7 +50,7 @@ class SmartOutlineView : public QTreeView {
   bool is_typing_on() const;
   QRect whole_row(const QModelIndex& index) const;
 
-  SmartOutlineRows* rows_;
+  OutlineRows* rows_;
   Hit pressed_;
   bool by_keyboard_ = false;
   bool measuring_ = false;

@@ -33,10 +33,10 @@ struct OutlineRow {
 };
 
 /// Draws the rows of the outline.
-class SmartOutlineRows : public QStyledItemDelegate {
+class OutlineRows : public QStyledItemDelegate {
   Q_OBJECT
  public:
-  SmartOutlineRows(Icons& icons, QObject* parent) : QStyledItemDelegate(parent), icons_(icons) {}
+  OutlineRows(Icons& icons, QObject* parent) : QStyledItemDelegate(parent), icons_(icons) {}
 
   /// A row that stands out while its menu is open.
   QPersistentModelIndex marked_row;

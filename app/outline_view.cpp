@@ -1,4 +1,4 @@
-#include "app/smart/smart_outline_view.h"
+#include "app/outline_view.h"
 
 #include <QApplication>
 #include <QHeaderView>
@@ -11,8 +11,7 @@
 
 namespace tarnby {
 
-SmartOutlineView::SmartOutlineView(Icons& icons, QWidget* parent)
-    : QTreeView(parent), rows_(new SmartOutlineRows(icons, this)) {
+OutlineView::OutlineView(Icons& icons, QWidget* parent) : QTreeView(parent), rows_(new OutlineRows(icons, this)) {
   setItemDelegate(rows_);
   setHeaderHidden(true);
   header()->setStretchLastSection(true);
@@ -30,34 +29,34 @@ SmartOutlineView::SmartOutlineView(Icons& icons, QWidget* parent)
 }
 
 /// A cell reaches from one side of the view to the other.
-QRect SmartOutlineView::whole_row(const QModelIndex& index) const {
+QRect OutlineView::whole_row(const QModelIndex& index) const {
   const QRect cell = visualRect(index);
   return {0, cell.top(), viewport()->width(), cell.height()};
 }
 
-QRect SmartOutlineView::info_place(const QModelIndex& group) const {
+QRect OutlineView::info_place(const QModelIndex& group) const {
   return OutlineRow(group, whole_row(group), layoutDirection()).info;
 }
 
-void SmartOutlineView::mark_row(const QModelIndex& index) {
+void OutlineView::mark_row(const QModelIndex& index) {
   rows_->marked_row = index;
   viewport()->update();
 }
 
-SmartOutlineView::Hit SmartOutlineView::hit_at(const QPoint& point) const {
+OutlineView::Hit OutlineView::hit_at(const QPoint& point) const {
   const QModelIndex index = indexAt(point);
   if (!index.isValid()) return {};
   return {index, OutlineRow(index, whole_row(index), layoutDirection()).part_at(point)};
 }
 
-void SmartOutlineView::tick(const QModelIndex& index) {
+void OutlineView::tick(const QModelIndex& index) {
   if (!index.data(Qt::CheckStateRole).isValid()) return;
   // A box that is on in part turns fully on first.
   const bool on = index.data(Qt::CheckStateRole).value<Qt::CheckState>() == Qt::Checked;
   model()->setData(index, on ? Qt::Unchecked : Qt::Checked, Qt::CheckStateRole);
 }
 
-void SmartOutlineView::press(const Hit& hit) {
+void OutlineView::press(const Hit& hit) {
   const QModelIndex index = hit.index;
   switch (hit.part) {
     case OutlineRow::Part::check:
@@ -73,21 +72,21 @@ void SmartOutlineView::press(const Hit& hit) {
   }
 }
 
-void SmartOutlineView::mousePressEvent(QMouseEvent* event) {
+void OutlineView::mousePressEvent(QMouseEvent* event) {
   by_keyboard_ = false;
   pressed_ = event->button() == Qt::LeftButton ? hit_at(event->position().toPoint()) : Hit();
   QTreeView::mousePressEvent(event);
 }
 
 /// A control is pressed when the button goes down and up over it.
-void SmartOutlineView::mouseReleaseEvent(QMouseEvent* event) {
+void OutlineView::mouseReleaseEvent(QMouseEvent* event) {
   const Hit hit = event->button() == Qt::LeftButton ? hit_at(event->position().toPoint()) : Hit();
   QTreeView::mouseReleaseEvent(event);
   if (hit.index.isValid() && hit == pressed_) press(hit);
   pressed_ = {};
 }
 
-void SmartOutlineView::keyboardSearch(const QString& typed) {
+void OutlineView::keyboardSearch(const QString& typed) {
   if (!since_typed_.isValid() || since_typed_.hasExpired(QApplication::keyboardInputInterval())) typed_.clear();
   since_typed_.start();
   typed_ += typed;
@@ -95,12 +94,12 @@ void SmartOutlineView::keyboardSearch(const QString& typed) {
 }
 
 /// True in the middle of typing the current row's name, where a space follows.
-bool SmartOutlineView::is_typing_on() const {
+bool OutlineView::is_typing_on() const {
   if (!since_typed_.isValid() || since_typed_.hasExpired(QApplication::keyboardInputInterval())) return false;
   return currentIndex().data().toString().startsWith(typed_ + u' ', Qt::CaseInsensitive);
 }
 
-void SmartOutlineView::keyPressEvent(QKeyEvent* event) {
+void OutlineView::keyPressEvent(QKeyEvent* event) {
   by_keyboard_ = true;
   const QModelIndex index = currentIndex();
   const bool group = OutlineModel::is_group(index);
@@ -124,14 +123,14 @@ void SmartOutlineView::keyPressEvent(QKeyEvent* event) {
   QTreeView::keyPressEvent(event);
 }
 
-void SmartOutlineView::contextMenuEvent(QContextMenuEvent* event) {
+void OutlineView::contextMenuEvent(QContextMenuEvent* event) {
   const bool keyboard = event->reason() == QContextMenuEvent::Keyboard;
   const QModelIndex index = keyboard ? currentIndex() : indexAt(event->pos());
   if (!index.isValid() || OutlineModel::is_group(index)) return;
   Q_EMIT menu_asked(index, keyboard ? viewport()->mapToGlobal(visualRect(index).center()) : event->globalPos());
 }
 
-void SmartOutlineView::focusInEvent(QFocusEvent* event) {
+void OutlineView::focusInEvent(QFocusEvent* event) {
   by_keyboard_ = event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;
   if (!currentIndex().isValid()) setCurrentIndex(model()->index(0, 0));
   QTreeView::focusInEvent(event);
@@ -139,13 +138,13 @@ void SmartOutlineView::focusInEvent(QFocusEvent* event) {
 
 /// Asks for the height of every row. What is told of a row's look for that takes most of the time with hundreds of
 /// thousands of rows, and no height depends on it.
-void SmartOutlineView::updateGeometries() {
+void OutlineView::updateGeometries() {
   measuring_ = true;
   QTreeView::updateGeometries();
   measuring_ = false;
 }
 
-void SmartOutlineView::initViewItemOption(QStyleOptionViewItem* option) const {
+void OutlineView::initViewItemOption(QStyleOptionViewItem* option) const {
   if (measuring_) return;
   QTreeView::initViewItemOption(option);
   option->state.setFlag(QStyle::State_KeyboardFocusChange, by_keyboard_);
