@@ -288,8 +288,7 @@ void notice(Stage& stage) {
   home_first(stage);
   AppContext& context = stage.context();
   Notice::present(context, context.text("This could not be opened"),
-                  context.text("Nothing on this desktop opens %@.", {QStringLiteral("/home/user/.Trash")}),
-                  stage.window());
+                  context.text("Nothing on this desktop opens %@.", {QStringLiteral("/srv/0815")}), stage.window());
 }
 
 /// The guide is a window of its own; here it lies in the middle of an empty stage.
