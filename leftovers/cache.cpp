@@ -39,15 +39,17 @@ ApplicationItems Cache::installed_applications() {
   ApplicationItems items;
   ApplicationMap by_bundle;
   ApplicationMap by_name;
+  bool all_described = true;
   for (const Url& url : applications_urls) {
-    if (defaultManager->stopped_looking()) break;
+    all_described = !defaultManager->stopped_looking();
+    if (!all_described) break;
     auto item = inventory_.application(url);
     if (!item->bundle) continue;
     by_bundle[*item->bundle] = item;
     by_name[item->label] = item;
     items.push_back(std::move(item));
   }
-  knows_all_applications_ = defaultManager->failures() == failures;
+  knows_all_applications_ = defaultManager->failures() == failures && all_described;
   bundles = std::move(by_bundle);
   names = std::move(by_name);
   return items;

@@ -76,7 +76,7 @@ Status status_at(int parent, const char* name) {
 
 std::int64_t size_at(int parent, const char* name) {
   struct stat info;  // asked for every file there is, so it is not cleared first
-  if (fstatat(parent, name, &info, AT_SYMLINK_NOFOLLOW) != 0) return 0;
+  if (uninterrupted([&] { return fstatat(parent, name, &info, AT_SYMLINK_NOFOLLOW); }) != 0) return 0;
   return S_ISREG(info.st_mode) || S_ISLNK(info.st_mode) ? std::int64_t{info.st_size} : 0;
 }
 
