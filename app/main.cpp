@@ -1,5 +1,3 @@
-#include <dlfcn.h>
-
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QTimer>
@@ -7,7 +5,6 @@
 #include <cstdio>
 #include <cstring>
 #include <functional>
-#include <thread>
 
 #include "app/app_context.h"
 #include "app/cleaner_window_controller.h"
@@ -76,42 +73,21 @@ class AfterFirstPicture final : public QObject {
   std::function<void()> work_;
 };
 
-/// Reads what the desktop says of its fonts, while the main thread still does other work: a tenth of the time until the
-/// window is seen. Not before the toolkit has begun, which sets the locale and the environment.
-class FontsAhead {
- public:
-  FontsAhead() {
-#ifndef __APPLE__
-    // The toolkit brings fontconfig along; where it does not, it does without.
-    if (void* read = dlsym(RTLD_DEFAULT, "FcInit")) reader_ = std::thread(reinterpret_cast<int (*)()>(read));
-#endif
-  }
-  ~FontsAhead() {
-    wait();
-  }
-  FontsAhead(const FontsAhead&) = delete;
-  FontsAhead& operator=(const FontsAhead&) = delete;
-
-  /// To be called before anything asks for a font.
-  void wait() {
-    if (reader_.joinable()) reader_.join();
-  }
-
- private:
-  std::thread reader_;
-};
-
 int run_window(QApplication& application) {
   const Session session = session_asked_for(application);
 #ifndef __APPLE__  // where the system starts a program but once
   SingleWindow single(session.settings_folder);
   if (!single.is_first()) return 0;
 #endif
-  FontsAhead fonts;
+  take_desktop_look();
+#ifdef __APPLE__
+  motion::set_reduced(wants_reduced_motion());
+#endif
 
   QtMainQueue main_queue;
   const Url tables = Url::file(resource_path(QStringLiteral("localization")).toStdString());
   const Localization localization = Localization::for_languages(session.preferred_languages, tables);
+  take_desktop_language(application, localization);
   Platform::set_shared(std::make_unique<Platform>(session, nullptr, main_queue, localization));
   Platform& platform = Platform::shared();
   TimerClock clock;
@@ -130,15 +106,6 @@ int run_window(QApplication& application) {
                         errands,  workspace, folder_chooser, []() -> Cleaner& { return Cleaner::sharedCleaner(); }};
 
   delegate.applicationDidFinishLaunching();
-#ifndef __APPLE__
-  connect_to_desktop();
-#endif
-  fonts.wait();
-  take_desktop_look();
-#ifdef __APPLE__
-  motion::set_reduced(wants_reduced_motion());
-#endif
-  take_desktop_language(application, localization);
   QApplication::setQuitOnLastWindowClosed(delegate.applicationShouldTerminateAfterLastWindowClosed());
   CleanerWindowController window(context);
 #ifndef __APPLE__

@@ -11,10 +11,6 @@
 
 namespace tarnby {
 
-void connect_to_desktop() {
-  (void)QDBusConnection::sessionBus();
-}
-
 void ask_portal_for_stillness(QApplication& application) {
   const QDBusConnection bus = QDBusConnection::sessionBus();
   if (!bus.isConnected()) return;
