@@ -12,7 +12,8 @@ namespace tarnby {
 
 namespace {
 
-constexpr const char* harmless_formats[] = {"icns", "png", "jpg", "jpeg", "tif", "tiff", "gif", "bmp", "ico", "webp"};
+constexpr const char* harmless_formats[] = {"icns", "png", "jpg",  "jpeg", "tif", "tiff", "gif",
+                                            "bmp",  "ico", "webp", "pbm",  "pgm", "ppm"};
 
 /// An icon file says only by these what sizes it holds, short of decoding them all. What is not here, such as the
 /// pictures in two colours, comes last.

@@ -166,7 +166,8 @@ bool path_begins_on_its_left(const QString& words) {
   const QTextLine line = layout.createLine();
   layout.endLayout();
   const auto home = static_cast<int>(words.indexOf(QStringLiteral("~/")));
-  return home < 0 || line.cursorToX(home) < line.cursorToX(home + 2);
+  // Within it: where it begins two directions meet, and a cursor stands on either side.
+  return home < 0 || line.cursorToX(home + 1) < line.cursorToX(home + 2);
 }
 
 void expect_paths_from_left_to_right(const QAbstractItemModel& model, const QModelIndex& parent = {}) {
@@ -187,24 +188,21 @@ class Layout : public testing::TestWithParam<StageRow> {
 
 TEST_P(Layout, texts_half_as_long_again_have_room_and_none_stays_english) {
   const Localization pseudo = in_pseudo_language();
-  for (const QSize size : {Stage::usual_size, Stage::least_size}) {
-    SCOPED_TRACE(size.width());
-    Stage stage(pseudo, size);
-    GetParam().fill(stage);
-    stage.pass(100);
-    expect_room(shown_in(stage));
-    expect_room_in_rows(stage);
-    for (const QString& words : words_of(stage)) {
-      EXPECT_EQ(not_localized(words).toStdString(), "");
-      EXPECT_FALSE(says_in_english(words, pseudo)) << words.toStdString();
-    }
+  Stage stage(pseudo);
+  GetParam().fill(stage);
+  stage.pass(100);
+  expect_room(shown_in(stage));
+  expect_room_in_rows(stage);
+  for (const QString& words : words_of(stage)) {
+    EXPECT_EQ(not_localized(words).toStdString(), "");
+    EXPECT_FALSE(says_in_english(words, pseudo)) << words.toStdString();
   }
 }
 
-TEST_P(Layout, every_language_has_room) {
+TEST_P(Layout, every_language_has_room_in_the_least_window) {
   for (const char* language : {"de", "es", "fr", "ja", "zh-Hans"}) {
     SCOPED_TRACE(language);
-    Stage stage(in_language(language));
+    Stage stage(in_language(language), Stage::least_size);
     GetParam().fill(stage);
     stage.pass(100);
     expect_room(shown_in(stage));
