@@ -355,7 +355,14 @@ std::shared_ptr<Measurer::Memory> Measurer::memory() {
 
 void Measurer::plan(std::span<const Url> folders) {
   const std::lock_guard lock(mutex_);
-  if (session_memory_) session_memory_->plan(folders, Traversal::Turn::last);
+  if (!session_memory_) return;
+  // Of a long list of files each would cost a failing look at a folder that is none.
+  std::vector<Url> may_be_folders;
+  for (const Url& url : folders) {
+    const EntryKind kind = url.listed_kind();
+    if (kind == EntryKind::none || kind == EntryKind::folder) may_be_folders.push_back(url);
+  }
+  session_memory_->plan(may_be_folders, Traversal::Turn::last);
 }
 
 void Measurer::plan_entries(const Url& folder, Hidden hidden) {
