@@ -6,7 +6,7 @@ import sys
 import tempfile
 import unittest
 
-from home import Home
+from home import Home, skip_where_nothing_may_be_traced
 
 COMMANDS = [
     (b"scan",), (b"junk",), (b"large",), (b"apps",), (b"unused",), (b"languages",),
@@ -66,5 +66,6 @@ class Looking(unittest.TestCase):
 
 
 if __name__ == "__main__":
+    skip_where_nothing_may_be_traced()
     PROGRAM = os.path.abspath(sys.argv.pop(1))
     unittest.main()
