@@ -108,7 +108,8 @@ struct Text::Locale {
   NumberSymbols symbols;
 };
 
-Text::Text(std::string_view collation_locale, std::string_view number_locale) : locale_(std::make_unique<Locale>()) {
+Text::Text(std::string_view collation_locale, std::string_view number_locale, Localization localization)
+    : locale_(std::make_unique<Locale>()), localization_(std::move(localization)) {
   locale_->collation = locale_of(collation_locale);
   locale_->symbols = number_symbols(locale_of(number_locale).get());
 }
@@ -132,7 +133,7 @@ std::vector<std::size_t> Text::order_of(const std::vector<std::string>& texts) c
 }
 
 std::string Text::byte_count(std::int64_t bytes) const {
-  return write_byte_count(bytes, locale_->symbols);
+  return write_byte_count(bytes, locale_->symbols, localization_);
 }
 
 }  // namespace tarnby
