@@ -47,6 +47,7 @@ struct NoWorkspace final : Workspace {
   void reveal(std::span<const Url>) override {}
   void preview(const Url&) override {}
   void show_information(const Url&) override {}
+  void launch(const Url&) override {}
 };
 
 std::unique_ptr<SettingsStore> settings_of(const bench::Home& home) {

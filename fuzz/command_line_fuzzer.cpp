@@ -60,7 +60,8 @@ void check_reading(const Words& words, const Invocation& asked) {
   }
   if (asked.help || asked.version) return;
   fuzz::check(asked.command != nullptr && is_one_of(words, asked.command->name), "the command was typed");
-  fuzz::check(asked.command->removes || (!asked.dry_run && !asked.yes), "only what removes is agreed to");
+  fuzz::check(asked.command->effect == Effect::removes || (!asked.dry_run && !asked.yes),
+              "only what removes is agreed to");
   const std::size_t count = asked.arguments.size();
   fuzz::check(count >= asked.command->fewest && count <= asked.command->most, "the command gets what it takes");
 }
