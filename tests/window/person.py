@@ -90,6 +90,16 @@ class Person:
         """The exit status."""
         return (program or self._program).wait(max(1.0, self._deadline - time.monotonic()))
 
+    def closes_window(self):
+        """The exit status. The window manager may still be busy with a window that came to the front, and miss a key."""
+        while True:
+            self.strikes("alt+F4")
+            try:
+                return self._program.wait(3)
+            except subprocess.TimeoutExpired:
+                if time.monotonic() > self._deadline:
+                    raise
+
     def find(self, role, name):
         for element, _ in self.everything():
             if element.getRoleName() == role and element.name == name:

@@ -73,8 +73,7 @@ class Window(unittest.TestCase):
 
     def close_window(self):
         self.person.waits_in_front("frame", "Tarnby cleaner")
-        self.person.strikes("alt+F4")
-        self.assertEqual(self.person.waits_for_end(), 0)
+        self.assertEqual(self.person.closes_window(), 0)
 
     def pick(self, button, folder):
         self.person.presses(button)

@@ -170,8 +170,7 @@ class Road(window.Window):
         someone.waits_for("the preview in front", lambda: someone.has_in_front(preview))
         someone.strikes("Escape")
         someone.waits_for("the window in front again", lambda: someone.has_in_front(main))
-        someone.strikes("alt+F4")
-        self.assertEqual(someone.waits_for_end(), 0)
+        self.assertEqual(someone.closes_window(), 0)
 
 
 def address(path):
