@@ -53,10 +53,11 @@ TEST(Autostart, hides_the_entry_for_all_users_since_removing_its_own_would_bring
 
 TEST(Autostart, changes_nothing_where_it_cannot_finish_or_the_identifier_is_none) {
   TempTree tree;
-  tree.folder(std::string(entry) + "/inside").folder("own/other").mode("own/other", 0500);
+  const std::string inside = std::string(entry).append("/inside/");
+  tree.folder(inside).folder("own/other").mode("own/other", 0500);
   EXPECT_FALSE(entries_in(tree)->set_enabled(identifier, true)) << "a folder stands there";
   EXPECT_FALSE(entries_in(tree)->set_enabled(identifier, false));
-  EXPECT_EQ(tree.listing(), (std::set<std::string>{std::string(entry) + "/inside/", "own/other/"}));
+  EXPECT_EQ(tree.listing(), (std::set<std::string>{inside, "own/other/"}));
   test::as_plain_user(tree, [&] {
     EXPECT_FALSE(autostart_entries(tree.url("own/other"), {})->set_enabled(identifier, true)) << "may not be written";
   });
