@@ -2,6 +2,7 @@
 
 #include <QVBoxLayout>
 
+#include "app/layouts.h"
 #include "app/overlay.h"
 #include "ui/push_button.h"
 #include "ui/text_label.h"
@@ -12,10 +13,7 @@ Notice::Notice(AppContext& context, const QString& title, const QString& words) 
   constexpr int words_width = 400;
   setWindowTitle(title);
   setAccessibleDescription(words);
-  auto* layout = new QVBoxLayout(this);
-  layout->setContentsMargins(4 * theme::grid, 4 * theme::grid, 4 * theme::grid, 3 * theme::grid);
-  layout->setSpacing(theme::grid);
-  layout->addWidget(text_label(title, theme::Type::heading, theme::text, this, theme::Weight::strong));
+  QVBoxLayout* layout = sheet_column(this);
   layout->addWidget(
       paragraph(words, theme::Type::body, theme::readable(theme::secondary, theme::sheet), words_width, this));
   layout->addSpacing(2 * theme::grid);

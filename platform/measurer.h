@@ -47,7 +47,8 @@ class Measurer {
     Measurer& measurer_;
   };
 
-  /// Begins to measure these folders; returns at once. Without a session it does nothing.
+  /// Begins to measure these folders, passing over what was listed as something else; returns at once. Without a
+  /// session it does nothing.
   void plan(std::span<const Url> folders);
   /// Begins to measure every entry of a folder, for `entries`; returns at once. Without a session it does nothing.
   void plan_entries(const Url& folder, Hidden hidden);
