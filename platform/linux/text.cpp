@@ -53,10 +53,16 @@ icu::Locale locale_of(std::string_view name) {
   if (language_and_region.empty() || language_and_region == "C" || language_and_region == "POSIX") {
     return icu::Locale::getRoot();
   }
+  // The base name: an option in the other spelling, "de-u-nu-latn", may be one that ICU refuses.
+  const icu::Locale locale(icu::Locale(language_and_region.c_str()).getBaseName());
+  // A language is two or three letters (ISO 639). ICU keeps tables of other things under longer names, "zoneinfo64" or
+  // "units", and would open them as if they were locales.
+  const std::size_t letters = locale.isBogus() != 0 ? 0 : std::string_view(locale.getLanguage()).size();
+  if (letters < 2 || letters > 3) return icu::Locale::getRoot();
   UErrorCode status = U_ZERO_ERROR;
-  ures_close(ures_open(nullptr, language_and_region.c_str(), &status));
+  ures_close(ures_open(nullptr, locale.getName(), &status));
   const bool known = U_SUCCESS(status) && status != U_USING_DEFAULT_WARNING;
-  return known ? icu::Locale(language_and_region.c_str()) : icu::Locale::getRoot();
+  return known ? locale : icu::Locale::getRoot();
 }
 
 std::unique_ptr<icu::Collator> open_collator(std::string_view locale_name) {

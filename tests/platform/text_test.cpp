@@ -98,7 +98,21 @@ TEST(Text, byte_counts_round_by_unit_and_use_the_numbers_of_the_locale) {
   };
   for (const auto& [bytes, text] : cases) EXPECT_EQ(Text("C", "C").byte_count(bytes), text);
   EXPECT_EQ(Text("C", "de_DE@euro").byte_count(1'500'000'000), "1,5 GB");
-  EXPECT_EQ(Text("C", "xx_YY").byte_count(1'500'000'000), "1.5 GB");
+  EXPECT_EQ(Text("C", "pt_PT").byte_count(1'500'000'000), "1,5 GB") << "a region of its own";
+}
+
+TEST(Text, a_locale_nobody_has_is_the_root_locale) {
+  // What the environment says is input: names of no language, of the tables that the Unicode library keeps beside its
+  // locales, and with options nobody knows.
+  for (const char* name : {"xx_YY", "root", "zoneinfo64", "units", "plurals", "pool", "metadata", "icuver", "icustd",
+                           "res_index", "supplementalData", "currencyNumericCodes", "a", "_DE", "-", "d\xC3\xA9_DE",
+                           "xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx"}) {
+    const Text text(name, name);
+    EXPECT_EQ(text.byte_count(1'500'000'000), "1.5 GB") << name;
+    EXPECT_EQ(text.order_of({"z", "\u00e4", "a"}), (std::vector<std::size_t>{2, 1, 0})) << name;
+  }
+  EXPECT_EQ(Text("de-u-co-none", "de-u-nu-none").byte_count(1'500'000'000), "1,5 GB");
+  EXPECT_LT(Text("de-u-co-none", "C").compare("a", "\u00e4"), 0);
 }
 
 TEST(Text, counts_letters_of_every_script_and_nothing_else) {
