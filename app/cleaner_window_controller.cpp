@@ -29,7 +29,10 @@ CleanerWindowController::CleanerWindowController(AppContext& context) : context_
   QPalette colors = palette();
   colors.setColor(QPalette::Window, theme::background);
   setPalette(colors);
-  content_ = new ViewController(context, this);
+}
+
+void CleanerWindowController::load() {
+  content_ = new ViewController(context_, this);
   setCentralWidget(content_);
   make_menus();
 }

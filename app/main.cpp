@@ -2,9 +2,11 @@
 #include <QCommandLineParser>
 #include <QTimer>
 #include <QWindow>
+#include <chrono>
 #include <cstdio>
 #include <cstring>
 #include <functional>
+#include <optional>
 
 #include "app/app_context.h"
 #include "app/cleaner_window_controller.h"
@@ -16,6 +18,7 @@
 #else
 #include "app/desktop/desktop_portal.h"
 #include "app/desktop/desktop_workspace.h"
+#include "app/desktop/fonts_ahead.h"
 #include "app/single_window.h"
 #endif
 #include "app/desktop/resources.h"
@@ -52,24 +55,28 @@ Session session_asked_for(const QApplication& application) {
   return session;
 }
 
-/// Does what can wait once the window has been painted for the first time.
+/// Does what can wait once the window has been painted for the first time; or, where nobody sees it, a little later.
 class AfterFirstPicture final : public QObject {
  public:
   AfterFirstPicture(QWindow& window, std::function<void()> work) : QObject(&window), work_(std::move(work)) {
     window.installEventFilter(this);
+    QTimer::singleShot(until_unseen, this, &AfterFirstPicture::begin);
   }
 
-  bool eventFilter(QObject* window, QEvent* event) override {
-    if (event->type() != QEvent::Expose) return false;
-    window->removeEventFilter(this);
-    QTimer::singleShot(0, this, [this] {  // the picture is made while the event is handled
-      work_();
-      deleteLater();
-    });
+  bool eventFilter(QObject*, QEvent* event) override {
+    // The picture is made while the event is handled.
+    if (event->type() == QEvent::Expose) QTimer::singleShot(0, this, &AfterFirstPicture::begin);
     return false;
   }
 
  private:
+  static constexpr std::chrono::seconds until_unseen{1};
+
+  void begin() {
+    if (const auto work = std::exchange(work_, nullptr)) work();
+    deleteLater();
+  }
+
   std::function<void()> work_;
 };
 
@@ -117,9 +124,13 @@ int run_window(QApplication& application) {
   single.when_asked_to_front([&] { bring_to_front(window); });
 #endif
   window.show();
+  window.load();
+  new AfterFirstPicture(*window.windowHandle(), [&] {
+    clock.start();
 #ifndef __APPLE__
-  new AfterFirstPicture(*window.windowHandle(), [&] { ask_portal_for_stillness(application); });
+    ask_portal_for_stillness(application);
 #endif
+  });
   const int status = QApplication::exec();
   delegate.applicationWillTerminate();
   context.end();
@@ -136,10 +147,16 @@ int main(int argc, char** argv) {
     std::puts("tarnby-cleaner " TARNBY_VERSION);
     return 0;
   }
-  QApplication application(argc, argv);
+  std::optional<QApplication> application;
+  {
+#ifndef __APPLE__
+    const tarnby::FontsAhead fonts;
+#endif
+    application.emplace(argc, argv);
+  }
   QApplication::setApplicationName(QStringLiteral("tarnby-cleaner"));
   QApplication::setApplicationDisplayName(QStringLiteral("Tarnby cleaner"));
   QApplication::setDesktopFileName(QStringLiteral("com.corvash.tarnby-cleaner"));
   QApplication::setApplicationVersion(QStringLiteral(TARNBY_VERSION));
-  return tarnby::run_window(application);
+  return tarnby::run_window(*application);
 }

@@ -62,6 +62,8 @@ class OpenWindow {
  public:
   explicit OpenWindow(const bench::Home& home) : platform_(current_session(), settings_of(home), main_queue_) {
     window_ = std::make_unique<CleanerWindowController>(context_);
+    window_->load();
+    clock_.start();
     window_->show();
   }
   ~OpenWindow() {

@@ -26,7 +26,6 @@ void AnimationClock::remove(Animation* animation) {
 
 TimerClock::TimerClock() {
   constexpr int beat_ms = 16;
-  elapsed_.start();
   timer_.setInterval(beat_ms);
   timer_.setTimerType(Qt::PreciseTimer);
   QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] { beat(); });

@@ -39,11 +39,13 @@ class AnimationClock {
   std::vector<Animation*> moving_;
 };
 
-/// The clock of the running program: about sixty beats a second.
+/// The clock of the running program: about sixty beats a second. Its time begins when it is started, so that what moves
+/// from the beginning is seen from its beginning, however long the first picture takes.
 class TimerClock : public AnimationClock {
  public:
   TimerClock();
-  qint64 now() const override { return elapsed_.elapsed(); }
+  void start() { elapsed_.start(); }
+  qint64 now() const override { return elapsed_.isValid() ? elapsed_.elapsed() : 0; }
 
  protected:
   void start_beating() override { timer_.start(); }

@@ -24,6 +24,7 @@ TestWindow::~TestWindow() {
 
 ViewController& TestWindow::open() {
   window_ = std::make_unique<CleanerWindowController>(context);
+  window_->load();
   window_->ensurePolished();
   return content();
 }

@@ -83,8 +83,12 @@ TEST_F(AnimationTest, becomes_a_plain_change_when_motion_is_reduced) {
 TEST_F(AnimationTest, the_running_programs_clock_beats_until_all_is_at_rest) {
   TimerClock clock;
   bool done = false;
-  Animation animation(clock, 0, [] {});
+  bool beaten = false;
+  Animation animation(clock, 0, [&] { beaten = true; });
   animation.move_to(1, 20, QEasingCurve::Linear, [&] { done = true; });
+  EXPECT_TRUE(QTest::qWaitFor([&] { return beaten; }));
+  EXPECT_EQ(animation.value(), 0) << "no time passes before the first picture";
+  clock.start();
   EXPECT_TRUE(QTest::qWaitFor([&] { return done; }));
   EXPECT_TRUE(clock.idle());
 }
