@@ -32,9 +32,9 @@ CleanerWindowController::CleanerWindowController(AppContext& context) : context_
 }
 
 void CleanerWindowController::load() {
+  make_menus();
   content_ = new ViewController(context_, this);
   setCentralWidget(content_);
-  make_menus();
 }
 
 void CleanerWindowController::make_menus() {

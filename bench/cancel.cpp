@@ -18,7 +18,7 @@
 #include <thread>
 #include <vector>
 
-#include "bench/home.h"
+#include "bench/grants.h"
 #include "engine/cleaner.h"
 
 extern char** environ;  // NOLINT(readability-redundant-declaration): POSIX leaves it to the program
@@ -87,9 +87,7 @@ struct Engine {
   explicit Engine(const Home& home) : platform(current_session(), settings_of(home), main_queue) {}
 
   static std::unique_ptr<SettingsStore> settings_of(const Home& home) {
-    auto settings = std::make_unique<RunSettings>(open_settings_file({}));
-    settings->set_for_this_run("home", bookmark_data(Url::file(home.home)));
-    settings->set_for_this_run("Applications", bookmark_data(Url::file(home.applications)));
+    auto settings = bench::granted_settings(home);
     settings->set_for_this_run("include_user_apps", 1);
     return settings;
   }

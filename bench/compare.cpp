@@ -157,9 +157,10 @@ Side limit(const char* work, const char* threads, const std::vector<std::string>
   return {std::string("limit, ") + threads, joined({TARNBY_LIMIT, work, threads}, folders), at_most};
 }
 
-/// Removes the same from copies of the home, one a side, which are made anew for each round.
+/// Removes the same from copies of the home, one a side, which are made anew for each round. The whole command searches
+/// first and measures, which the others do not.
 void compare_removal(const Home& home, const std::string& folder, int rounds) {
-  const std::vector<std::string> copies = {folder + "/ours", folder + "/limit", folder + "/theirs"};
+  const std::vector<std::string> copies = {folder + "/ours", folder + "/limit", folder + "/theirs", folder + "/whole"};
   const auto measured_in = [&](const std::string& copy) {
     std::vector<std::string> folders;
     for (const std::string& measured : home.measured) folders.push_back(copy + measured.substr(home.home.size()));
@@ -167,9 +168,10 @@ void compare_removal(const Home& home, const std::string& folder, int rounds) {
   };
   const std::vector<std::string> cleanup = {"cleanup",  "Caches", "Logs",  "Remainders",
                                             "Browsers", "Mails",  "Trash", "--yes"};
-  const std::vector<Side> sides = {{"cleanup", our_command(cleanup, copies[0], home.applications)},
+  const std::vector<Side> sides = {{"remove", joined({TARNBY_REMOVE, copies[0]}, measured_in(copies[0]))},
                                    limit("remove", "8", measured_in(copies[1]), 0),
-                                   {"rm -rf", joined({"rm", "-rf"}, measured_in(copies[2])), 0.5}};
+                                   {"rm -rf", joined({"rm", "-rf"}, measured_in(copies[2])), 0.5},
+                                   {"cleanup", our_command(cleanup, copies[3], home.applications)}};
   std::size_t prepared = 0;
   const auto prepare = [&] {
     if (prepared++ % copies.size() == 0) {
@@ -181,7 +183,7 @@ void compare_removal(const Home& home, const std::string& folder, int rounds) {
     sync();
     return true;
   };
-  compare("junk scan and removal", sides, rounds, prepare);
+  compare("removal", sides, rounds, prepare);
   for (const std::string& copy : copies) run_once({"rm", "-rf", copy});
 }
 

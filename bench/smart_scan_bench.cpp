@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <memory>
 
-#include "bench/home.h"
+#include "bench/grants.h"
 #include "engine/cleaner.h"
 
 namespace {
@@ -15,10 +15,7 @@ void smart_scan(benchmark::State& state) {
   const auto folder = std::filesystem::temp_directory_path() / "tarnby-bench";
   const bench::Home home = bench::make_home(folder.string(), static_cast<std::size_t>(state.range(0)));
   PlainMainQueue main_queue;
-  auto settings = std::make_unique<RunSettings>(open_settings_file({}));
-  settings->set_for_this_run("home", bookmark_data(Url::file(home.home)));
-  settings->set_for_this_run("Applications", bookmark_data(Url::file(home.applications)));
-  Platform platform(current_session(), std::move(settings), main_queue);
+  Platform platform(current_session(), bench::granted_settings(home), main_queue);
   const Application inventory(platform);
   Cache cache(platform, inventory);
   Remainders remainders(platform, cache);

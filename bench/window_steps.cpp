@@ -28,7 +28,7 @@
 #include "app/qt_main_queue.h"
 #include "app/smart/smart_clean_view_controller.h"
 #include "app/smart/smart_scan_view_controller.h"
-#include "bench/home.h"
+#include "bench/grants.h"
 #include "engine/cleaner.h"
 #include "ui/home_view.h"
 #include "ui/motion.h"
@@ -50,17 +50,11 @@ struct NoWorkspace final : Workspace {
   void launch(const Url&) override {}
 };
 
-std::unique_ptr<SettingsStore> settings_of(const bench::Home& home) {
-  auto settings = std::make_unique<RunSettings>(open_settings_file({}));
-  settings->set_for_this_run("home", bookmark_data(Url::file(home.home)));
-  settings->set_for_this_run("Applications", bookmark_data(Url::file(home.applications)));
-  return settings;
-}
-
 /// The program around its window, with grants of its own and settings that are nowhere.
 class OpenWindow {
  public:
-  explicit OpenWindow(const bench::Home& home) : platform_(current_session(), settings_of(home), main_queue_) {
+  explicit OpenWindow(const bench::Home& home)
+      : platform_(current_session(), bench::granted_settings(home), main_queue_) {
     window_ = std::make_unique<CleanerWindowController>(context_);
     window_->load();
     clock_.start();

@@ -1,6 +1,7 @@
 """Every system call of a removal and of a saving of settings fails in turn, in every way it can, and the program is
 killed at each in turn. What must hold then is told by `Faults.check`. Usage: faults_test.py PROGRAM"""
 import concurrent.futures
+import datetime
 import os
 import plistlib
 import re
@@ -15,6 +16,8 @@ ERRORS = ["EACCES", "EIO", "ENOSPC", "EINTR", "ENOENT"]
 CALLS = ("openat openat2 newfstatat getdents64 read readlink unlinkat mkdir flock write writev fchmod fsync rename "
          "renameat2 unlink lseek").split()
 SETTINGS = {"TotallyCleaned": 1000, "helper_url": "/kept", "Trash": False}
+LAST_TIME = datetime.datetime(2001, 2, 3)
+SHARED = b"config/tarnby-cleaner/QJ4RW7NX2P.com.corvash.tarnby-cleaner.plist"  # with the program that cleans at times
 
 
 def small_home():
@@ -29,6 +32,7 @@ def small_home():
     os.symlink(b"../../outside/kept", home.path(b"home/.Trash/t3"))
     home.file(b"dotfiles/real", content=plistlib.dumps(SETTINGS))
     os.symlink(b"../../dotfiles/real", home.path(b"config/tarnby-cleaner/settings.plist"))
+    home.file(SHARED, content=plistlib.dumps({"Date": LAST_TIME, "theirs": 1}))
     return home
 
 
@@ -40,14 +44,15 @@ def tracing(fault, paths=(), follow=False):
     return ["strace", *(["-f"] if follow else []), "-o", "/dev/null", "-e", "trace=" + call, *aim, "-e", fault]
 
 
-class Faults(unittest.TestCase):
+class Bearing:
+    """What a command that removes must bear."""
     maxDiff = 2000
 
     @classmethod
     def setUpClass(cls):
         with small_home() as home:
             before = home.snapshot()
-            told = home.run(b"clean", b"--dry-run").told
+            told = home.run(*cls.command, b"--dry-run").told
             cls.listed = {os.path.relpath(path, home.top) for path in paths_told(before, told["would_remove"])}
             cls.bytes = told["was_cleaned"]
             below = {path for path in before if is_within(path, {home.path(path) for path in cls.listed})}
@@ -58,10 +63,11 @@ class Faults(unittest.TestCase):
         after = home.snapshot()
         listed = {home.path(path) for path in self.listed}
         # Nothing that was not listed has changed, and of what was listed nothing but its presence.
-        settings = {home.path(path) for path in (b"dotfiles", b"dotfiles/real", b"dotfiles/real.lock")}
+        settings = {home.path(path) for path in (b"dotfiles", b"dotfiles/real", b"dotfiles/real.lock", SHARED,
+                                                 SHARED + b".lock", os.path.dirname(SHARED))}
         others = {path: why for path, why in changes(before, after, listed).items() if path not in settings}
         killed = run.status < 0 or run.status == 137
-        litter = {path for path in others if re.fullmatch(rb".*/dotfiles/real\.\w{6}", path)}
+        litter = {path for path in others if re.fullmatch(rb".*(/dotfiles/real|\.tarnby-cleaner\.plist)\.\w{6}", path)}
         self.assertEqual({path: why for path, why in others.items() if not (killed and path in litter)}, {})
         # The settings are whole, the old ones or the new ones, and what others wrote is in both.
         self.assertTrue(os.path.islink(home.path(b"config/tarnby-cleaner/settings.plist")))
@@ -69,6 +75,10 @@ class Faults(unittest.TestCase):
             kept = plistlib.load(file)
         self.assertEqual({key: kept.get(key) for key in ("helper_url", "Trash")},
                          {"helper_url": "/kept", "Trash": False})
+        with open(home.path(SHARED), "rb") as file:
+            shared = plistlib.load(file)
+        self.assertEqual(shared["theirs"], 1)
+        self.assertIn(shared["Date"].year, (LAST_TIME.year, datetime.date.today().year))
         # Bytes are counted once, and only after the last attempt to remove.
         gone = {path for path in listed if path not in after}
         counted = kept["TotallyCleaned"] - 1000
@@ -77,6 +87,7 @@ class Faults(unittest.TestCase):
             self.assertTrue(counted == 0 or gone == listed)
         elif "removed" in run.told:
             self.assertEqual(counted, 0 if "could not be saved" in run.err else run.told["was_cleaned"])
+            self.assertEqual(shared["Date"] != LAST_TIME, "date" in run.told and "could not be saved" not in run.err)
             # It says what went and what was left.
             self.assertLessEqual({as_told(path) for path in gone}, {as_told(path) for path in run.told["removed"]})
             for path in run.told["removed"]:
@@ -95,7 +106,7 @@ class Faults(unittest.TestCase):
         with small_home() as home:
             before = home.snapshot()
             aims = [path.replace(b"%", home.top) for path in paths]
-            run = home.run(b"clean", b"--yes", under=tracing(fault, aims, follow))
+            run = home.run(*self.command, b"--yes", under=tracing(fault, aims, follow))
             run.err = re.sub("strace: .*\n", "", run.err)
             try:
                 self.check(home, before, run)
@@ -112,6 +123,26 @@ class Faults(unittest.TestCase):
             failed = [why for why in pool.map(lambda run: self.bear(*run), runs) if why]
         self.assertEqual("\n\n".join(failed[:3]), "", f"{len(failed)} of {len(runs)} failed")
 
+    def faults_after(self, first, words):
+        """Each call of the first thread from one of this kind on, numbered by its kind."""
+        with small_home() as home, tempfile.NamedTemporaryFile("r") as record:
+            home.run(*words, under=["strace", "-o", record.name, "-e", "trace=" + ",".join(CALLS)])
+            names = re.findall(r"^(\w+)\(", record.read(), re.M)
+        begin = names.index(first)
+        for at in range(begin, len(names)):
+            yield names[at], names[:at + 1].count(names[at])
+
+    def test_each_call_of_the_first_thread(self):
+        runs = []
+        for call, number in self.faults_after("unlinkat", (*self.command, b"--yes")):
+            whats = ["error=" + error for error in ERRORS] + ["signal=KILL"]
+            runs += [(f"inject={call}:{what}:when={number}",) for what in whats]
+        self.all_bear(runs)
+
+
+class Clean(Bearing, unittest.TestCase):
+    command = (b"clean",)
+
     def test_each_entry_by_its_name_in_whatever_thread(self):
         runs = []
         looked_at = {b"Applications": True, b"home": True, b"Applications/Editor.app/Contents/Info.plist": False}
@@ -124,22 +155,6 @@ class Faults(unittest.TestCase):
                     first = ":when=1" if error == "EINTR" else ""  # else it would be asked for ever
                     runs.append((f"inject={call}:error={error}{first}", aims, True))
             runs.append(("inject=unlinkat:signal=KILL", aims, True))
-        self.all_bear(runs)
-
-    def faults_after(self, first, words):
-        """Each call of the first thread from one of this kind on, numbered by its kind."""
-        with small_home() as home, tempfile.NamedTemporaryFile("r") as record:
-            home.run(*words, under=["strace", "-o", record.name, "-e", "trace=" + ",".join(CALLS)])
-            names = re.findall(r"^(\w+)\(", record.read(), re.M)
-        begin = names.index(first)
-        for at in range(begin, len(names)):
-            yield names[at], names[:at + 1].count(names[at])
-
-    def test_each_call_of_the_first_thread(self):
-        runs = []
-        for call, number in self.faults_after("unlinkat", (b"clean", b"--yes")):
-            whats = ["error=" + error for error in ERRORS] + ["signal=KILL"]
-            runs += [(f"inject={call}:{what}:when={number}",) for what in whats]
         self.all_bear(runs)
 
     def test_a_system_that_gives_no_threads(self):
@@ -157,6 +172,11 @@ class Faults(unittest.TestCase):
                     self.assertEqual((run.status, run.told), (3, {}))
                     self.assertIn("cannot be read", run.err)
                     self.assertEqual(changes(before, home.snapshot(), set()), {}, "Trash is switched off in them")
+
+
+class Cleanup(Bearing, unittest.TestCase):
+    """The other road: it measures again, and writes the time into settings that are shared with another program."""
+    command = (b"cleanup", b"Caches", b"Logs", b"Remainders", b"Trash")
 
 
 if __name__ == "__main__":

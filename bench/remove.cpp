@@ -1,0 +1,28 @@
+// Removes what is in folders the way the program does, and nothing else: no search before, no account after.
+//   remove HOME FOLDER...      the folders lie in HOME
+
+#include <algorithm>
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "platform/bookmarks.h"
+#include "platform/file_manager.h"
+
+int main(int argc, char** argv) {
+  using namespace tarnby;
+  const std::vector<std::string> words(argv, argv + argc);
+  if (words.size() < 3) {
+    std::fputs("usage: remove HOME FOLDER...\n", stderr);
+    return 2;
+  }
+  FileManager files;
+  files.granted().add(Grant::home, Url::file(words[1]));
+  std::vector<Url> entries;
+  for (auto folder = words.begin() + 2; folder != words.end(); ++folder) {
+    const std::vector<Url> found = files.list_urls(Url::file(*folder), Hidden::take);
+    entries.insert(entries.end(), found.begin(), found.end());
+  }
+  const std::vector<Removal> removals = files.remove(entries);
+  return std::all_of(removals.begin(), removals.end(), [](const Removal& one) { return !one.error; }) ? 0 : 1;
+}
