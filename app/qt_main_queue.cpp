@@ -1,5 +1,7 @@
 #include "app/qt_main_queue.h"
 
+#include <QCoreApplication>
+#include <QEvent>
 #include <QTimer>
 
 namespace tarnby {
@@ -9,8 +11,7 @@ void QtMainQueue::async(Work work) {
     const std::lock_guard lock(mutex_);
     waiting_.push_back(std::move(work));
   }
-  QMetaObject::invokeMethod(
-      &receiver_, [this] { run_next(); }, Qt::QueuedConnection);
+  QCoreApplication::postEvent(&receiver_, new QEvent(QEvent::User));  // which Qt owns
 }
 
 void QtMainQueue::after(std::chrono::milliseconds delay, Work work) {
