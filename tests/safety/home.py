@@ -22,6 +22,15 @@ def skip_where_nothing_may_be_traced():
         sys.exit(SKIPPED)
 
 
+def plain_user_reaches(file):
+    """Whether that user may get to a file: root's checkout may lie in a folder that only root may enter."""
+    while os.stat(file).st_mode & stat.S_IXOTH:
+        if os.path.dirname(file) == file:
+            return True
+        file = os.path.dirname(file)
+    return False
+
+
 class Home:
     """A fresh tree with a home, an Applications folder, settings, and an "outside" that nothing may touch."""
 

@@ -7,7 +7,7 @@ import stat
 import sys
 import unittest
 
-from home import PLAIN_USER, Home, as_told, changes, is_within, paths_told
+from home import PLAIN_USER, Home, as_told, changes, is_within, paths_told, plain_user_reaches
 
 HOMES = 240
 
@@ -30,7 +30,8 @@ class RandomHome(Home):
     def __init__(self, seed):
         self.random = random.Random(seed)
         super().__init__(PROGRAM, b"home/.Trash/box/Applications" if self.chance(6) else b"Applications")
-        self.plain = self.chance(3)
+        reachable = os.geteuid() != 0 or plain_user_reaches(self.program)
+        self.plain = self.chance(3) and reachable
         self.files, self.closed = [], []
         for path in (b"outside/kept", b"outside/com.acme.editor/kept", b"home/Pictures/photo.jpg",
                      b"home/Documents/letter.txt", b"home/Library/Keychains/login.keychain"):

@@ -47,4 +47,7 @@ class TempTree {
 /// adds a failure when an expectation fails there. Files made before are handed over to that user.
 void as_plain_user(const TempTree& tree, const std::function<void()>& body);
 
+/// Whether that user may get to a file: root's checkout may lie in a folder that only root may enter.
+bool plain_user_reaches(const std::string& file);
+
 }  // namespace tarnby::test
