@@ -374,8 +374,22 @@ std::int64_t Measurer::overall_size_of_direcory(const Url& folder) {
   return memory()->size(folder);
 }
 
+/// Of each one of the list; nothing of those that a stop came before.
+std::vector<Status> Measurer::statuses(std::span<const Url> urls) const {
+  constexpr std::size_t at_once = 1000;  // some milliseconds
+  std::vector<Status> all;
+  all.reserve(urls.size());
+  while (all.size() < urls.size() && !files_.stopped_looking()) {
+    const auto next = urls.subspan(all.size(), std::min(at_once, urls.size() - all.size()));
+    const std::vector<Status> some = files_.statuses(next);
+    all.insert(all.end(), some.begin(), some.end());
+  }
+  all.resize(urls.size());
+  return all;
+}
+
 std::vector<std::int64_t> Measurer::sizes_of_files(std::span<const Url> urls, Memory& known) {
-  const std::vector<Status> statuses = files_.statuses(urls);
+  const std::vector<Status> statuses = this->statuses(urls);
   std::vector<Url> folders;
   for (std::size_t at = 0; at < urls.size(); ++at) {
     if (statuses[at].kind == EntryKind::folder) folders.push_back(urls[at]);

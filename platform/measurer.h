@@ -72,6 +72,7 @@ class Measurer {
   std::shared_ptr<Memory> session_memory_;  // null outside a session
 
   std::shared_ptr<Memory> memory();
+  std::vector<Status> statuses(std::span<const Url> urls) const;
   std::vector<std::int64_t> sizes_of_files(std::span<const Url> urls, Memory& known);
 };
 

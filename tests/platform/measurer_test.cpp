@@ -167,5 +167,18 @@ TEST(Measurer, leaves_out_what_is_hidden_where_only_the_visible_counts) {
   EXPECT_THAT(measurer.sizes_of_files(urls), ElementsAre(54'321, 54'000, 300, 20, 0));
 }
 
+TEST(Measurer, measures_neither_folders_nor_files_once_looking_has_stopped) {
+  TempTree tree;
+  tree.file("t/a", 20).file("b", 3);
+  FileManager files;
+  ASSERT_TRUE(files.granted().add(Grant::home, tree.url()));
+  Measurer measurer(files);
+  const auto urls = urls_in(tree, {"t", "b"});
+  files.stop_looking();
+  EXPECT_THAT(measurer.sizes_of_files(urls), ElementsAre(0, 0)) << "a long list would keep whoever waits for its end";
+  files.look_again();
+  EXPECT_THAT(measurer.sizes_of_files(urls), ElementsAre(20, 3));
+}
+
 }  // namespace
 }  // namespace tarnby
