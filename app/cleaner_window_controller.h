@@ -8,14 +8,14 @@ namespace tarnby {
 
 class HomeViewController;
 
-/// The one window, with its menus. It can be moved by its ground. Shown before it is loaded, it costs less time: the
-/// desktop finds its place meanwhile, and nothing is painted before the event loop runs.
+/// The one window, with its menus. It can be moved by its ground.
 class CleanerWindowController : public QMainWindow {
   Q_OBJECT
  public:
   explicit CleanerWindowController(AppContext& context);
 
-  /// Makes the menus and the first screen. Once, before anything else is asked of it.
+  /// Makes the menus and the first screen; once, and `content` is there only afterwards. A window that is shown before
+  /// is seen sooner: the desktop finds its place meanwhile, and nothing is painted before the event loop runs.
   void load();
 
   ViewController& content() { return *content_; }

@@ -7,6 +7,7 @@
 #include <cstring>
 #include <functional>
 #include <optional>
+#include <utility>
 
 #include "app/app_context.h"
 #include "app/cleaner_window_controller.h"
@@ -60,7 +61,7 @@ class AfterFirstPicture final : public QObject {
  public:
   AfterFirstPicture(QWindow& window, std::function<void()> work) : QObject(&window), work_(std::move(work)) {
     window.installEventFilter(this);
-    QTimer::singleShot(until_unseen, this, &AfterFirstPicture::begin);
+    QTimer::singleShot(longest_wait, this, &AfterFirstPicture::begin);
   }
 
   bool eventFilter(QObject*, QEvent* event) override {
@@ -70,7 +71,7 @@ class AfterFirstPicture final : public QObject {
   }
 
  private:
-  static constexpr std::chrono::seconds until_unseen{1};
+  static constexpr std::chrono::seconds longest_wait{1};
 
   void begin() {
     if (const auto work = std::exchange(work_, nullptr)) work();

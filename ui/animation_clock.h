@@ -44,6 +44,7 @@ class AnimationClock {
 class TimerClock : public AnimationClock {
  public:
   TimerClock();
+  /// Lets time pass, from 0 on; once.
   void start() { elapsed_.start(); }
   qint64 now() const override { return elapsed_.isValid() ? elapsed_.elapsed() : 0; }
 
