@@ -139,13 +139,13 @@ void Traversal::add_workers(std::size_t waiting) {
 }
 
 void Traversal::work() {
-  DirectoryReader reader;
+  Tools tools;
   Task task = {};
   ThreadWaits waits;
   long folders = 0;
   while (next(task)) {
     const Clock::time_point begin = Clock::now();
-    const std::size_t entries = step(task, reader);
+    const std::size_t entries = step(task, tools);
     ++folders;
     if (wanted_workers_ == most_workers_ || Clock::now() - begin < without_a_disk(entries)) continue;
     if (waited(waits, std::exchange(folders, 0))) want_another_worker();
@@ -173,13 +173,13 @@ bool Traversal::next(Task& task) {
 
 /// What work() does, on a thread that has more to do than to wait for tasks.
 void Traversal::work_alone() {
-  DirectoryReader reader;
+  Tools tools;
   Task task = {};
   std::unique_lock lock(mutex_);
   while (!stack_.empty() || !starts_.empty()) {
     take_next(task);
     lock.unlock();
-    step(task, reader);
+    step(task, tools);
     lock.lock();
   }
 }
@@ -195,16 +195,10 @@ void Traversal::take_next(Task& task) {
   }
 }
 
-void Traversal::push(std::span<const Task> tasks) {
-  const std::lock_guard lock(mutex_);
-  stack_.insert(stack_.end(), tasks.begin(), tasks.end());
-  add_workers(tasks.size());
-}
-
 /// @return how many entries were visited.
-std::size_t Traversal::step(const Task& task, DirectoryReader& reader) {
+std::size_t Traversal::step(const Task& task, Tools& tools) {
   TraversedFolder& folder = *task.folder;
-  if (task.reading) return read(folder, reader);
+  if (task.reading) return read(folder, tools);
   const bool opened = open(folder);
   const bool parks = opened && open_handles_.load(std::memory_order_relaxed) > most_handles_;
   if (folder.parent_ && !folder.job_.keeps_handles()) {
@@ -212,8 +206,8 @@ std::size_t Traversal::step(const Task& task, DirectoryReader& reader) {
     folder.needs_parent_ = parks;
     if (!parks) done_with_handle(*folder.parent_);
   }
-  if (parks) return read_parked(folder, reader);
-  if (opened) return read(folder, reader);
+  if (parks) return read_parked(folder, tools);
+  if (opened) return read(folder, tools);
   done_with_handle(folder);
   done_with(&folder);
   return 0;
@@ -241,27 +235,22 @@ bool Traversal::open(TraversedFolder& folder) {
 }
 
 /// Reads batch by batch; from a full batch on, the rest of the folder is a task of its own.
-std::size_t Traversal::read(TraversedFolder& folder, DirectoryReader& reader) {
+std::size_t Traversal::read(TraversedFolder& folder, Tools& tools) {
   TraversalJob& job = folder.job_;
-  FoldersToEnter rows;
+  tools.enter.parent_ = &folder;
   std::size_t visited = 0;
   bool handed_on = false;
   while (!handed_on && !job.cancelled()) {
-    const auto entries = reader.read(folder.handle_);
+    const auto entries = tools.reader.read(folder.handle_);
     if (entries.empty()) {
-      folder.error_ = reader.error();
+      folder.error_ = tools.reader.error();
       break;
     }
-    handed_on = reader.likely_more();
-    if (handed_on) {
-      folder.users_.fetch_add(1, std::memory_order_relaxed);
-      folder.handle_users_.fetch_add(1, std::memory_order_relaxed);
-      const Task rest[] = {{&folder, true}};
-      push(rest);
-    }
-    job.visit(folder, folder.handle_, entries, rows);
+    handed_on = tools.reader.likely_more();
+    if (handed_on) hand_on_reading(folder);
+    job.visit(folder, folder.handle_, entries, tools.enter);
     visited += entries.size();
-    enter(folder, rows);
+    enter(folder, tools.enter);
   }
   done_with_handle(folder);
   done_with(&folder);
@@ -270,46 +259,50 @@ std::size_t Traversal::read(TraversedFolder& folder, DirectoryReader& reader) {
 
 /// Reads a folder to its end, gives its handle up, and only then enters what it holds: nobody else knows the folder
 /// until then, so nobody can be using the handle.
-std::size_t Traversal::read_parked(TraversedFolder& folder, DirectoryReader& reader) {
+std::size_t Traversal::read_parked(TraversedFolder& folder, Tools& tools) {
   TraversalJob& job = folder.job_;
-  FoldersToEnter rows;
+  tools.enter.parent_ = &folder;
   std::size_t visited = 0;
   while (!job.cancelled()) {
-    const auto entries = reader.read(folder.handle_);
+    const auto entries = tools.reader.read(folder.handle_);
     if (entries.empty()) {
-      folder.error_ = reader.error();
+      folder.error_ = tools.reader.error();
       break;
     }
-    job.visit(folder, folder.handle_, entries, rows);
+    job.visit(folder, folder.handle_, entries, tools.enter);
     visited += entries.size();
   }
-  if (!rows.rows_.empty()) {
+  if (!tools.enter.found_.empty()) {
     folder.identity_ = status_of(folder.handle_).identity;
     folder.parked_ = true;
     Descriptor(folder.handle_).reset();
     folder.handle_ = -1;
     open_handles_.fetch_sub(1, std::memory_order_relaxed);
-    enter(folder, rows);
+    enter(folder, tools.enter);
   }
   done_with_handle(folder);
   done_with(&folder);
   return visited;
 }
 
-void Traversal::enter(TraversedFolder& folder, FoldersToEnter& rows) {
-  if (rows.rows_.empty()) return;
-  const auto count = static_cast<std::uint32_t>(rows.rows_.size());
+void Traversal::hand_on_reading(TraversedFolder& folder) {
+  folder.users_.fetch_add(1, std::memory_order_relaxed);
+  folder.handle_users_.fetch_add(1, std::memory_order_relaxed);
+  const std::lock_guard lock(mutex_);
+  stack_.push_back({&folder, true});
+  add_workers(1);
+}
+
+void Traversal::enter(TraversedFolder& folder, FoldersToEnter& enter) {
+  if (enter.found_.empty()) return;
+  const auto count = static_cast<std::uint32_t>(enter.found_.size());
   folder.users_.fetch_add(count, std::memory_order_relaxed);
   folder.handle_users_.fetch_add(count, std::memory_order_relaxed);
-  std::vector<Task> tasks;
-  tasks.reserve(rows.rows_.size());
-  for (FoldersToEnter::Row& row : rows.rows_) {
-    auto child =
-        std::unique_ptr<TraversedFolder>(new TraversedFolder(folder.job_, &folder, std::move(row.name), row.account));
-    tasks.push_back({child.release(), false});
-  }
-  rows.rows_.clear();
-  push(tasks);
+  const std::lock_guard lock(mutex_);
+  // Owned by their users from here on; done_with deletes each when its last one goes.
+  for (std::unique_ptr<TraversedFolder>& child : enter.found_) stack_.push_back({child.release(), false});
+  enter.found_.clear();
+  add_workers(count);
 }
 
 void Traversal::done_with_handle(TraversedFolder& last_used) {

@@ -54,8 +54,9 @@ class TraversedFolder {
 
  private:
   friend class Traversal;
-  TraversedFolder(TraversalJob& job, TraversedFolder* parent, std::string name, std::size_t account)
-      : job_(job), parent_(parent), name_(std::move(name)), account_(account) {}
+  friend class FoldersToEnter;
+  TraversedFolder(TraversalJob& job, TraversedFolder* parent, std::string_view name, std::size_t account)
+      : job_(job), parent_(parent), name_(name), account_(account) {}
 
   TraversalJob& job_;
   TraversedFolder* parent_;
@@ -77,15 +78,14 @@ class TraversedFolder {
 /// The folders of one batch that a job wants to enter.
 class FoldersToEnter {
  public:
-  struct Row {
-    std::string name;
-    std::size_t account;
-  };
-  void add(std::string_view name, std::size_t account) { rows_.push_back({std::string(name), account}); }
+  void add(std::string_view name, std::size_t account) {
+    found_.emplace_back(new TraversedFolder(parent_->job_, parent_, name, account));
+  }
 
  private:
   friend class Traversal;
-  std::vector<Row> rows_;
+  TraversedFolder* parent_ = nullptr;
+  std::vector<std::unique_ptr<TraversedFolder>> found_;
 };
 
 /// What is done along one traversal. The functions are called by several workers at once, also for one folder.
@@ -167,19 +167,24 @@ class Traversal {
     TraversedFolder* folder;
     bool reading;  // opened before, go on reading
   };
+  /// What a worker uses for one folder after the other.
+  struct Tools {
+    DirectoryReader reader;
+    FoldersToEnter enter;
+  };
 
   void work();
   bool next(Task& task);
   void work_alone();
   void take_next(Task& task);
-  void push(std::span<const Task> tasks);
   void add_workers(std::size_t waiting);
   void want_another_worker();
-  std::size_t step(const Task& task, DirectoryReader& reader);
+  std::size_t step(const Task& task, Tools& tools);
   bool open(TraversedFolder& folder);
-  std::size_t read(TraversedFolder& folder, DirectoryReader& reader);
-  std::size_t read_parked(TraversedFolder& folder, DirectoryReader& reader);
-  void enter(TraversedFolder& folder, FoldersToEnter& rows);
+  std::size_t read(TraversedFolder& folder, Tools& tools);
+  std::size_t read_parked(TraversedFolder& folder, Tools& tools);
+  void hand_on_reading(TraversedFolder& folder);
+  void enter(TraversedFolder& folder, FoldersToEnter& enter);
   void done_with(TraversedFolder* folder);
   void done_with_handle(TraversedFolder& folder);
   Descriptor reopen(TraversedFolder& folder);
