@@ -129,8 +129,7 @@ bool GrantedFolders::add(Grant kind, const Url& folder) {
   std::vector<Identity> line = {itself.identity};
   for (Url url = folder; url.path() != "/";) {
     url = url.parent();
-    const Descriptor place = open_place(url);
-    const Status above_it = place ? status_of(place.get()) : status_at(AT_FDCWD, url.path().c_str());
+    const Status above_it = status_at(AT_FDCWD, url.path().c_str());
     if (above_it.kind == EntryKind::folder) line.push_back(above_it.identity);
   }
   const std::unique_lock lock(mutex_);
