@@ -158,6 +158,9 @@ std::vector<Entry> FileManager::list(const Url& folder, Hidden hidden) const {
     for (const RawEntry& entry : batch) {
       if (hidden == Hidden::take || !is_hidden(entry.name)) found.emplace_back(entry.name, entry.kind);
     }
+    if (!stopped_looking()) continue;
+    note_failure(ECANCELED);
+    break;
   }
   note_failure(reader.error());
   std::sort(found.begin(), found.end());

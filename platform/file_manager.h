@@ -69,8 +69,8 @@ class FileManager {
   /// The workers, for jobs that no operation here does.
   Traversal& traversal() { return traversal_; }
 
-  /// Ends every walk and measurement that runs, and each one begun from now on, at once and with what it has, until
-  /// `look_again`; removals go on. For when nobody waits for the result any more.
+  /// Ends every listing, walk and measurement that runs, and each one begun from now on, at once and with what it has,
+  /// until `look_again`; removals go on. For when nobody waits for the result any more.
   void stop_looking() { traversal_.stop_looking(); }
   void look_again() { traversal_.look_again(); }
   /// True between the two: what looks at one thing after the other may as well end. What it has is not all there is, so

@@ -86,9 +86,12 @@ TEST(Walk, comes_to_the_end_of_paths_longer_than_the_system_takes) {
   }
 }
 
-TEST(Looking, opens_no_further_folder_once_it_is_to_stop) {
+TEST(Looking, reads_no_further_once_it_is_to_stop) {
   TempTree tree;
   for (int i = 0; i < 50; ++i) tree.file("top/" + std::to_string(i) + "/x", 1);
+  // Read from the disk in several pieces.
+  const std::string long_name(200, 'n');
+  for (int i = 0; i < 1000; ++i) tree.file("long/" + long_name + std::to_string(i), 0);
   for (const Team& team : teams) {
     SCOPED_TRACE(team.why());
     FileManager files(team.workers, team.handles);
@@ -102,9 +105,13 @@ TEST(Looking, opens_no_further_folder_once_it_is_to_stop) {
     EXPECT_EQ(walk(stop), 50U) << "the folder in hand";
     EXPECT_EQ(walk(want_all), 0U) << "nor is one begun afterwards";
     EXPECT_EQ(Measurer(files).overall_size_of_direcory(tree.url("top")), 0);
+    const std::size_t failures = files.failures();
+    EXPECT_LT(files.list(tree.url("long")).size(), 1000U) << "a listing that has begun";
+    EXPECT_GT(files.failures(), failures) << "and is known not to be whole";
     EXPECT_TRUE(files.stopped_looking());
     files.look_again();
     EXPECT_EQ(walk(want_all), 100U);
+    EXPECT_EQ(files.list(tree.url("long")).size(), 1000U);
   }
 }
 
