@@ -232,17 +232,24 @@ Scanned compare_home(const std::string& folder, std::size_t files) {
   const auto at_most = [&](double ratio) { return files < 100'000 ? 0 : ratio; };
   const Side scan{"scan", our_command({"scan"}, home.home, home.applications)};
   const Side large{"large", our_command({"large"}, home.home, home.applications)};
-  const auto du = [&](double ratio) {
-    return Side{"du", joined({"du", "-s", "--apparent-size"}, home.measured), at_most(ratio)};
+  // The folders that are measured, and all that a scan goes through: of the others it needs no sizes, only names.
+  const auto du = [&](const char* name, const std::vector<std::string>& folders, double ratio) {
+    return Side{name, joined({"du", "-s", "--apparent-size"}, folders), at_most(ratio)};
+  };
+  const auto compare_scan = [&](const char* state, const char* threads, double of_limit, double of_du, int rounds,
+                                const std::function<bool()>& prepare) {
+    return compare(state,
+                   {scan, limit("walk", threads, home.measured, at_most(of_limit)),
+                    du("du, measured", home.measured, of_du), du("du, all", home.gone_through, of_du)},
+                   rounds, prepare);
   };
   const auto find = [&](double ratio) {
     return Side{"find", {"find", home.home, "-size", "+9999999c"}, at_most(ratio)};
   };
   std::printf("\n%zu files\n", files);
   run_once(find(0).words);
-  const auto scanned = compare("smart scan, warm", {scan, limit("walk", "2", home.measured, at_most(1.2)), du(0.48)},
-                               warm, nothing_to_prepare);
-  compare("smart scan, cold", {scan, limit("walk", "8", home.measured, at_most(1.3)), du(0.4)}, cold, drop_caches);
+  const auto scanned = compare_scan("smart scan, warm", "2", 1.2, 0.48, warm, nothing_to_prepare);
+  compare_scan("smart scan, cold", "8", 1.3, 0.4, cold, drop_caches);
   run_once(find(0).words);
   compare("large files, warm", {large, find(0.42)}, warm, nothing_to_prepare);
   compare("large files, cold", {large, find(0.4)}, cold, drop_caches);

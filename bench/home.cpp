@@ -49,6 +49,9 @@ constexpr const char* measured_folders[] = {
     ".Trash",
 };
 
+/// Where it looks for applications.
+constexpr const char* searched_folders[] = {"Documents", "Desktop", "Library/Developer/Xcode/DerivedData"};
+
 void make_file(int folder, const std::string& name, off_t size) {
   const int file = openat(folder, name.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0644);
   if (file < 0 || ftruncate(file, size) != 0) throw std::system_error(errno, std::generic_category(), name);
@@ -134,6 +137,8 @@ Home make_home(const std::string& folder, std::size_t files) {
   }
   Home made{home.string(), (top / "Applications").string(), {}};
   for (const char* measured : measured_folders) made.measured.push_back((home / measured).string());
+  made.gone_through = made.measured;
+  for (const char* searched : searched_folders) made.gone_through.push_back((home / searched).string());
   return made;
 }
 

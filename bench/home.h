@@ -11,6 +11,8 @@ struct Home {
   std::string applications;
   /// Folders that a smart scan measures whole, so that another tool can be given the same work.
   std::vector<std::string> measured;
+  /// Those, and the folders that it goes through for the names in them.
+  std::vector<std::string> gone_through = {};
 };
 
 /// Makes a home of about `files` files below `folder`, or takes the one that an earlier call with the same number made
