@@ -79,7 +79,7 @@ class TraversedFolder {
 class FoldersToEnter {
  public:
   void add(std::string_view name, std::size_t account) {
-    found_.emplace_back(new TraversedFolder(parent_->job_, parent_, name, account));
+    found_.push_back(std::unique_ptr<TraversedFolder>(new TraversedFolder(parent_->job_, parent_, name, account)));
   }
 
  private:
