@@ -127,9 +127,12 @@ bool GrantedFolders::add(Grant kind, const Url& folder) {
   const Status itself = status_of(handle.get());
   if (itself.error != 0) return false;  // it could not be told apart from what may be removed
   std::vector<Identity> line = {itself.identity};
-  for (Url url = folder; url.path() != "/";) {
+  std::string up = "..";
+  for (Url url = folder; url.path() != "/"; up += "/..") {
     url = url.parent();
-    const Status above_it = status_at(AT_FDCWD, url.path().c_str());
+    // What really holds it, wherever its path leads by now; the path, where the folder may not be searched.
+    Status above_it = status_at(handle.get(), up.c_str());
+    if (above_it.error != 0) above_it = status_at(AT_FDCWD, url.path().c_str());
     if (above_it.kind == EntryKind::folder) line.push_back(above_it.identity);
   }
   const std::unique_lock lock(mutex_);

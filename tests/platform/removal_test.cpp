@@ -151,19 +151,21 @@ TEST(Removal, keeps_a_granted_folder_and_whatever_holds_it) {
   TempTree tree;
   tree.file("disk/Users/me/1").file("disk/Users/me/Desktop/1").file("disk/Users/you/Desktop/1");
   tree.file("disk/a/b/given/1").file("disk/a/other").file("disk/given/1").file("disk/entry/sub/x");
+  tree.file("disk/c/d/given/1").file("disk/c/2").link("way", "disk/c");
   Remover remover(tree, {0, 0}, "disk", Grant::disk);
-  for (const char* given : {"disk/Users/me", "disk/a/b/given", "disk/given"}) {
+  for (const char* given : {"disk/Users/me", "disk/a/b/given", "disk/given", "way/d/given"}) {
     EXPECT_TRUE(remover.files.granted().add(Grant::home, tree.url(given)));
   }
   const Paths kept = {"disk/Users/me", "disk/Users/me/Desktop", "disk/a/b/given", "disk/a/b", "disk/a"};
   EXPECT_THAT(remover.remove(tree, kept), Each(EPERM)) << "a home on a disk keeps a home's rules";
+  EXPECT_THAT(remover.remove(tree, {"disk/c"}), Each(EPERM)) << "what holds it, by whatever path it was given";
   ASSERT_EQ(rename(tree.path("disk/given").c_str(), tree.path("disk/entry/sub/moved").c_str()), 0);
   tree.link("disk/given", "../canary").file("canary/1");
   EXPECT_THAT(remover.remove(tree, {"disk/entry/sub/moved"}), Each(EPERM)) << "wherever it has been moved";
   EXPECT_THAT(errors(remover.files.remove(urls_in(tree, {"disk/entry"}))), Each(EPERM));
   EXPECT_THAT(remover.remove(tree, {"disk/a/other", "disk/Users/me/1", "disk/Users/you"}), Each(0));
-  EXPECT_EQ(tree.listing(), (Listing{"canary/1", "disk/Users/me/Desktop/1", "disk/a/b/given/1", "disk/given",
-                                     "disk/entry/sub/moved/1"}));
+  EXPECT_EQ(tree.listing(), (Listing{"canary/1", "disk/Users/me/Desktop/1", "disk/a/b/given/1", "disk/c/2",
+                                     "disk/c/d/given/1", "disk/entry/sub/moved/1", "disk/given", "way"}));
   EXPECT_THAT(remover.remove(tree, {"disk/given/1"}), Each(0));
   EXPECT_TRUE(tree.exists("canary/1")) << "the folder that was granted, whatever takes its place";
 }
