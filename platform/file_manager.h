@@ -77,8 +77,8 @@ class FileManager {
   /// nothing may be concluded from what is missing in it.
   bool stopped_looking() const { return traversal_.stopped_looking(); }
 
-  /// How often a listing, a walk or a reading so far told less than there is: because a disk or the system failed, a
-  /// walk was ended, or a file may not be read; not because something is missing or a folder refuses access. Whoever
+  /// How often a listing, a walk or a reading so far told less than there is: because a disk or the system failed, it
+  /// was ended, or a file may not be read; not because something is missing or a folder refuses access. Whoever
   /// draws conclusions from what is not there compares this number before and after.
   std::size_t failures() const { return failures_; }
 

@@ -250,7 +250,7 @@ std::size_t Traversal::read(TraversedFolder& folder, Tools& tools) {
     if (handed_on) hand_on_reading(folder);
     job.visit(folder, folder.handle_, entries, tools.enter);
     visited += entries.size();
-    enter(folder, tools.enter);
+    enter(tools.enter);
   }
   done_with_handle(folder);
   done_with(&folder);
@@ -278,7 +278,7 @@ std::size_t Traversal::read_parked(TraversedFolder& folder, Tools& tools) {
     Descriptor(folder.handle_).reset();
     folder.handle_ = -1;
     open_handles_.fetch_sub(1, std::memory_order_relaxed);
-    enter(folder, tools.enter);
+    enter(tools.enter);
   }
   done_with_handle(folder);
   done_with(&folder);
@@ -293,15 +293,15 @@ void Traversal::hand_on_reading(TraversedFolder& folder) {
   add_workers(1);
 }
 
-void Traversal::enter(TraversedFolder& folder, FoldersToEnter& enter) {
-  if (enter.found_.empty()) return;
-  const auto count = static_cast<std::uint32_t>(enter.found_.size());
-  folder.users_.fetch_add(count, std::memory_order_relaxed);
-  folder.handle_users_.fetch_add(count, std::memory_order_relaxed);
+void Traversal::enter(FoldersToEnter& folders) {
+  if (folders.found_.empty()) return;
+  const auto count = static_cast<std::uint32_t>(folders.found_.size());
+  folders.parent_->users_.fetch_add(count, std::memory_order_relaxed);
+  folders.parent_->handle_users_.fetch_add(count, std::memory_order_relaxed);
   const std::lock_guard lock(mutex_);
   // Owned by their users from here on; done_with deletes each when its last one goes.
-  for (std::unique_ptr<TraversedFolder>& child : enter.found_) stack_.push_back({child.release(), false});
-  enter.found_.clear();
+  for (std::unique_ptr<TraversedFolder>& child : folders.found_) stack_.push_back({child.release(), false});
+  folders.found_.clear();
   add_workers(count);
 }
 

@@ -78,6 +78,7 @@ class TraversedFolder {
 /// The folders of one batch that a job wants to enter.
 class FoldersToEnter {
  public:
+  /// A folder of that batch by its name, and what the job keeps book on for it (see TraversedFolder::account).
   void add(std::string_view name, std::size_t account) {
     found_.push_back(std::unique_ptr<TraversedFolder>(new TraversedFolder(parent_->job_, parent_, name, account)));
   }
@@ -184,7 +185,7 @@ class Traversal {
   std::size_t read(TraversedFolder& folder, Tools& tools);
   std::size_t read_parked(TraversedFolder& folder, Tools& tools);
   void hand_on_reading(TraversedFolder& folder);
-  void enter(TraversedFolder& folder, FoldersToEnter& enter);
+  void enter(FoldersToEnter& folders);
   void done_with(TraversedFolder* folder);
   void done_with_handle(TraversedFolder& folder);
   Descriptor reopen(TraversedFolder& folder);
