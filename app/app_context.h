@@ -6,6 +6,7 @@
 #include <initializer_list>
 
 #include "app/app_delegate.h"
+#include "app/engine_turn.h"
 #include "app/folder_chooser.h"
 #include "app/icons/icons.h"
 #include "app/removal_run.h"
@@ -31,11 +32,17 @@ struct AppContext {
   std::function<Cleaner&()> sharedCleaner;
   RemovalRun removal = {};
   Icons icons{platform};
+  EngineTurn turn{platform.notifications, platform.main_queue};
   /// Set when the program is to end: a removal finishes the entry in hand and leaves the rest. Any thread.
   std::atomic<bool> ending{false};
 
+  /// Asked when the window is to close, which ends the program. False keeps it open; who says so has asked the person.
+  std::function<bool(QWidget& window)> may_close = [](QWidget&) { return true; };
+
   /// The program is to end: what looks stops, and a removal as above.
   void end();
+  /// Whether a scan may be asked for: none is under way, and no removal.
+  bool is_free() const { return turn.is_free() && !removal.running; }
   /// To be asked in the background before a scan or a search: lets the file manager look again, which a scan that was
   /// given up may have stopped. False when the program is to end: then nothing may begin. Whether this very scan was
   /// given up is to be asked afterwards, or a stop in between would be lost.

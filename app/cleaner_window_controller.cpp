@@ -1,5 +1,6 @@
 #include "app/cleaner_window_controller.h"
 
+#include <QCloseEvent>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMouseEvent>
@@ -92,6 +93,11 @@ void CleanerWindowController::show_sheet(std::unique_ptr<Screen> content) {
     if (sheet->isVisible()) return;
   }
   Sheet::present(std::move(content), this);
+}
+
+/// However the person asks: by the window's own button, a key or the menu.
+void CleanerWindowController::closeEvent(QCloseEvent* event) {
+  event->setAccepted(context_.may_close(*this));
 }
 
 /// Only what no control took arrives here.

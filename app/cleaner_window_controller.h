@@ -21,6 +21,7 @@ class CleanerWindowController : public QMainWindow {
   ViewController& content() { return *content_; }
 
  protected:
+  void closeEvent(QCloseEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
 
  private:

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <chrono>
 
+#include "app/junk/junk_scan.h"
+
 namespace tarnby {
 
 namespace {
@@ -13,6 +15,9 @@ constexpr auto main_catalogue = &ScreenCatalogue::main;
 constexpr auto smart_catalogue = &ScreenCatalogue::smart_clean;
 
 constexpr int swap_ms = 100;
+
+/// For the scan that its own screen begins, since it tells of every step.
+void begin_with_screen(AppContext&) {}
 
 // What the background does, in short names that keep the table a table.
 constexpr auto still = static_cast<void (BackgroundView::*)()>(nullptr);
@@ -27,11 +32,11 @@ constexpr Navigation rows[] = {
     {"sandbox_view_controller", main_catalogue, "Sandbox", Layer::overlay, still, {}},
     {"home_view_controller_for_launch", main_catalogue, "Home", Layer::content, still, {}},
     {"home_view_controller", main_catalogue, "Home", Layer::content, to_home, {}},
-    {"scan_view_controller", main_catalogue, "Scan", Layer::overlay, to_scan, "home_end_anim", swap_ms, true},
+    {"scan_view_controller", main_catalogue, "Scan", Layer::overlay, to_scan, "home_end_anim", swap_ms, true, begin_junk_scan},
     {"page_controller", main_catalogue, "PageController", Layer::content, to_page, {}},
     {"delete_view_controller", main_catalogue, "Delete", Layer::content, to_delete, {}},
     {"cleaned_view_controller", main_catalogue, "Cleaned", Layer::content, to_cleaned, {}},
-    {"smart_scan_view_controller", smart_catalogue, "SmartScan", Layer::overlay, to_scan, "home_end_anim_complete", swap_ms, true},
+    {"smart_scan_view_controller", smart_catalogue, "SmartScan", Layer::overlay, to_scan, "home_end_anim_complete", swap_ms, true, begin_with_screen},
     {"smart_clean_view_controller", smart_catalogue, "SmartClean", Layer::content, to_page, "scan_end_anim_complete"},
     {"smart_cleanup_view_controller", smart_catalogue, "SmartCleanup", Layer::content, to_delete, {}},
 };
@@ -68,7 +73,7 @@ ViewController::ViewController(AppContext& context, QWidget* parent)
   const Url home = bookmarks.resolve_and_access(Grant::home);
   const Url applications = bookmarks.resolve_and_access(Grant::applications);
   const bool both = !home.empty() && !applications.empty();
-  show(row_of(both ? "home_view_controller_for_launch" : "sandbox_view_controller"));
+  show(row_of(both ? "home_view_controller_for_launch" : "sandbox_view_controller"), {});
 
   observe("sandbox_end_anim_complete", [this] { sandbox_end_anim_complete(); });
   observe("home_end_anim_complete", [this] { home_end_anim_complete(); });
@@ -87,20 +92,27 @@ void ViewController::observe(std::string_view notification, std::function<void()
 }
 
 void ViewController::answer(const Navigation& row) {
+  EngineTurn::Held turn;
+  if (row.begin_scan != nullptr) {
+    if (!context_.is_free()) return;
+    turn = context_.turn.take();
+    row.begin_scan(context_);
+  }
   if (!row.first.empty()) context_.platform.notifications.post(row.first);
-  if (row.delay_ms == 0) return show(row);
+  if (row.delay_ms == 0) return show(row, turn);
   context_.platform.main_queue.after(std::chrono::milliseconds(row.delay_ms),
-                                     [this, &row, here = std::weak_ptr(here_)] {
-                                       if (!here.expired()) show(row);
+                                     [this, &row, turn, here = std::weak_ptr(here_)] {
+                                       if (!here.expired()) show(row, turn);
                                      });
 }
 
-void ViewController::show(const Navigation& row) {
+void ViewController::show(const Navigation& row, EngineTurn::Held turn) {
   std::unique_ptr<Screen> made = row.catalogue().make(row.identifier, context_);
   std::unique_ptr<Screen>& place = screen_of(row.layer);
   if (place && row.logs_removal) context_.platform.system_log("remove");
   take_away(place);
   place = std::move(made);
+  if (row.layer == Layer::overlay) turn_ = std::move(turn);
   QWidget* layer = view_of(row.layer);
   place->put_into(layer);
   place->setGeometry(layer->rect());
@@ -114,6 +126,7 @@ void ViewController::show(const Navigation& row) {
 
 void ViewController::clear(Layer layer) {
   take_away(screen_of(layer));
+  if (layer == Layer::overlay) turn_.reset();
   view_of(layer)->hide();
 }
 

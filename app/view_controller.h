@@ -34,6 +34,9 @@ class ViewController : public QWidget {
     int delay_ms = 0;
     /// Leaves the line "remove" in the system's log when it takes another screen's place.
     bool logs_removal = false;
+    /// Of a scan: called when that may begin, before anything else happens. Nothing at all happens while another scan
+    /// or a removal is under way. Null for what is no scan.
+    void (*begin_scan)(AppContext& context) = nullptr;
   };
   /// In the order in which they are observed.
   static std::span<const Navigation> navigation();
@@ -59,7 +62,7 @@ class ViewController : public QWidget {
 
  private:
   void answer(const Navigation& row);
-  void show(const Navigation& row);
+  void show(const Navigation& row, EngineTurn::Held turn);
   void clear(Layer layer);
   void take_away(std::unique_ptr<Screen>& screen);
   std::unique_ptr<Screen>& screen_of(Layer layer) {
@@ -69,6 +72,8 @@ class ViewController : public QWidget {
   void observe(std::string_view notification, std::function<void()> observer);
 
   AppContext& context_;
+  /// Of the scan whose screen is in the overlay layer.
+  EngineTurn::Held turn_;
   std::vector<NotificationCenter::Token> observed_;
   std::shared_ptr<const bool> here_ = std::make_shared<const bool>(true);
 };

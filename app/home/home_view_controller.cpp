@@ -38,8 +38,6 @@ HomeViewController::HomeViewController(AppContext& context) : Screen(context) {
       0, Qt::AlignHCenter);
   layout->addSpacing(3 * theme::grid);
   cleaned_so_far = text_label({}, theme::Type::note, quiet, this);
-  const std::int64_t total = context.platform.app_settings.integer("TotallyCleaned");
-  if (total > 0) cleaned_so_far->setText(context.text("Cleaned so far: %@", {context.byte_count(total)}));
   layout->addWidget(cleaned_so_far);
   layout->addSpacing(theme::grid);
   categories_button = new PushButton(context.text("Categories"), ButtonKind::link, this);
@@ -48,6 +46,10 @@ HomeViewController::HomeViewController(AppContext& context) : Screen(context) {
   layout->addStretch(7);
 
   observe("home_end_anim", [this] { home_end_anim(); });
+  for (const char* changed : {EngineTurn::turn_is_free, RemovalRun::removal_changed}) {
+    observe(changed, [this] { update_ui(); });
+  }
+  update_ui();
   entrance_ = std::make_unique<Entrance>(context.clock, this);
   entrance_->open();
   search_button->setFocus();
@@ -100,18 +102,28 @@ void HomeViewController::search() {
 }
 
 void HomeViewController::show_categories() {
-  Cleaner& cleaner = context_.sharedCleaner();
-  cleaner.apps_junk_search_complete = false;  // of an earlier scan, whose results are replaced now
-  cleaner.media_search_coomplete = false;
-  context_.background.async([&cleaner, &context = context_] {
-    if (context.begin_looking()) cleaner.clean_with_complete_handler([] {});
-  });
-  categories_button->setEnabled(false);
-  search_button->setEnabled(false);
   post("scan_view_controller");
 }
 
+/// While a scan or a removal comes to its end another scan would only be refused.
+void HomeViewController::update_ui() {
+  for (QWidget* button : {static_cast<QWidget*>(search_button), static_cast<QWidget*>(categories_button)}) {
+    button->setEnabled(context_.is_free());
+  }
+  cleaned_so_far->setText(status_text());
+  if (context_.is_free() && window()->focusWidget() == nullptr) search_button->setFocus();
+}
+
+QString HomeViewController::status_text() const {
+  if (context_.removal.running) return context_.text("Still removing…");
+  if (!context_.turn.is_free()) return context_.text("Still stopping the scan…");
+  const std::int64_t total = context_.platform.app_settings.integer("TotallyCleaned");
+  return total > 0 ? context_.text("Cleaned so far: %@", {context_.byte_count(total)}) : QString();
+}
+
 void HomeViewController::home_end_anim() {
+  search_button->setEnabled(false);
+  categories_button->setEnabled(false);
   entrance_->close([this] { post("home_end_anim_complete"); });
 }
 

@@ -23,7 +23,7 @@ class HomeViewController : public Screen {
   void view_did_appear() override;
 
   HomeView* search_button;
-  /// What all runs together have removed; not shown before the first.
+  /// What all runs together have removed, empty before the first; or what is still to end before a scan can begin.
   QLabel* cleaned_so_far;
   /// The quiet way to the category pages.
   PushButton* categories_button;
@@ -37,7 +37,7 @@ class HomeViewController : public Screen {
   void privacy_full_disk_access();
   /// Looks for what can be removed.
   void search();
-  /// Starts the junk scan in the background and shows its progress.
+  /// Looks for it category by category.
   void show_categories();
   /// Its closing animation, after which it asks to be taken away.
   void home_end_anim();
@@ -45,6 +45,8 @@ class HomeViewController : public Screen {
  private:
   void show_guide();
   bool offers_scheduler() const;
+  void update_ui();
+  QString status_text() const;
 
   bool folders_were_touched_ = false;
 

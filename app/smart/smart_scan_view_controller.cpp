@@ -70,11 +70,12 @@ void SmartScanViewController::start() {
     scanning_ = false;
     post("smart_clean_view_controller");
   });
-  context_.background.async([&cleaner = sharedCleaner, &context = context_, begun, complete, here = here()] {
-    if (!context.begin_looking() || here.expired()) return;
-    context.platform.main_queue.async(begun);
-    cleaner.smart_clean_with_complete_handler([&] { context.platform.main_queue.async(complete); });
-  });
+  context_.background.async(
+      [&cleaner = sharedCleaner, &context = context_, begun, complete, here = here(), turn = context_.turn.held()] {
+        if (!context.begin_looking() || here.expired()) return;
+        context.platform.main_queue.async(begun);
+        cleaner.smart_clean_with_complete_handler([&] { context.platform.main_queue.async(complete); });
+      });
 }
 
 void SmartScanViewController::will_retire() {

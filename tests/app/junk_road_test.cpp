@@ -108,8 +108,8 @@ TEST(ScanViewController, shows_the_files_of_a_category_but_never_the_first) {
   for (const char* name : {"a", "b", "c"}) ada.tree.file(std::string("ada/Library/Caches/") + name, 1);
   TestWindow at(ada);
   at.open_on_screen();
-  at.context.sharedCleaner().clean_with_complete_handler([] {});
   at.post("scan_view_controller");
+  at.settle();
   at.pass(100);
   const QLabel* path = at.screen<ScanViewController>(Layer::overlay)->path;
   std::vector<std::string> shown;

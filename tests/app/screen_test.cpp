@@ -3,7 +3,6 @@
 #include <filesystem>
 
 #include "app/smart/smart_clean_view_controller.h"
-#include "app/smart/smart_scan_view_controller.h"
 #include "tests/app/test_window.h"
 
 namespace tarnby {
@@ -74,23 +73,6 @@ TEST(Screen, whose_scan_has_not_begun_when_it_goes_never_begins_it) {
   removal.release();
   at.settle();
   EXPECT_FALSE(at.engine->cleaner.search_is_complete);
-}
-
-TEST(Screen, hears_nothing_of_the_scan_of_an_earlier_one) {
-  HeldScan first;
-  TestWindow& at = first.at;
-  Hold between(at.background);
-  at.post("smart_scan_view_controller");
-  at.pass(100);
-  const QPointer<SmartScanViewController> second = at.screen<SmartScanViewController>(Layer::overlay);
-  ASSERT_TRUE(second);
-  first.hold.release();
-  between.wait_until_there();
-  first.ada.main_queue.run_pending();
-  EXPECT_EQ(second->smart_item->text(), "Scan in \"Applications caches\"");
-  between.release();
-  at.settle();
-  EXPECT_EQ(at.screen<SmartCleanViewController>()->size->text(), "15 KB");
 }
 
 TEST(Screen, bears_a_home_that_vanishes_while_it_is_scanned_and_removed_from) {
