@@ -6,6 +6,7 @@
 #include "inventory/application_search.h"
 #include "inventory/unused_applications.h"
 #include "platform/bytes.h"
+#include "platform/folded_index.h"
 
 namespace tarnby {
 
@@ -80,12 +81,10 @@ Identifiers identifiers_of(const Cache& cache) {
   return owned;
 }
 
-/// An identifier holds no "/", so it occurs in a path when it occurs in the folder's path or in the entry's name.
-void add_matching(const Listing& listing, const FoldedText& identifier, std::vector<Url>& files) {
-  const bool folder_matches = listing.folder.contains(identifier);
-  for (std::size_t at = 0; at < listing.entries.size(); ++at) {
-    if (folder_matches || listing.names[at].contains(identifier)) files.push_back(listing.entries[at]);
-  }
+std::vector<std::size_t> united(const std::vector<std::size_t>& some, const std::vector<std::size_t>& others) {
+  std::vector<std::size_t> all;
+  std::set_union(some.begin(), some.end(), others.begin(), others.end(), std::back_inserter(all));
+  return all;
 }
 
 std::string capitalised(std::string_view text) {
@@ -130,11 +129,19 @@ std::vector<Remainders::Orphan> Remainders::orphans(const std::unordered_set<std
     }
     listings.push_back(std::move(listing));
   }
-  for (Orphan& orphan : found) {
-    // Then applications may have been missed as well, and what they own would be called left over.
-    if (defaultManager->stopped_looking()) return {};
-    const FoldedText identifier(orphan.identifier);
-    for (const Listing& listing : listings) add_matching(listing, identifier, orphan.files);
+  std::vector<FoldedText> identifiers;
+  for (const Orphan& orphan : found) identifiers.emplace_back(orphan.identifier);
+  const FoldedIndex index(std::move(identifiers));
+  // An identifier holds no "/", so it occurs in a path when it occurs in the folder's path or in the entry's name.
+  for (const Listing& listing : listings) {
+    const auto in_folder = index.parts_in(listing.folder);
+    for (std::size_t at = 0; at < listing.entries.size(); ++at) {
+      // Then applications may have been missed as well, and what they own would be called left over.
+      if (defaultManager->stopped_looking()) return {};
+      for (const std::size_t orphan : united(in_folder, index.parts_in(listing.names[at]))) {
+        found[orphan].files.push_back(listing.entries[at]);
+      }
+    }
   }
   return found;
 }

@@ -21,6 +21,8 @@ class FoldedText {
   explicit FoldedText(std::string_view text);
 
   bool empty() const { return folded_.empty(); }
+  /// As it is compared.
+  std::string_view bytes() const { return folded_; }
 
   /// True when the code points of `part` occur in this text in a row. A part that is empty, or empty once stripped, is
   /// never contained.

@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 
 #include <map>
+#include <random>
+#include <set>
 
 #include "tests/support/test_platform.h"
 
@@ -77,6 +79,40 @@ TEST(Remainders, gives_an_orphan_every_entry_whose_path_contains_it) {
   const Paths all = {"com.gone.tool/" + library + "Caches/Other", "com.gone.tool/" + library + "Caches/com.gone.tool"};
   for (const std::string& path : all) below.tree.file(path, 1);
   EXPECT_EQ(below.relative(Leftovers(below).search().at(0)->files), all) << "a home below a folder of that name";
+}
+
+TEST(Remainders, gives_orphans_what_the_rule_says_whatever_the_names) {
+  const auto seed = std::random_device{}();
+  SCOPED_TRACE("seed " + std::to_string(seed));
+  std::mt19937 random(seed);
+  const std::string places[] = {"Caches", "Containers", "Application Scripts"};
+  for (int round = 0; round < 10; ++round) {
+    TestPlatform ada(TestPlatform::Grants::both, round % 2 == 0 ? "ada" : "b.a.é/ada");
+    const std::string top = round % 2 == 0 ? library : "b.a.é/" + library;
+    for (int i = 0; i < 30; ++i) {
+      constexpr const char* parts[] = {"a", "b", "B", "é", "e\u0301", "E", "."};
+      std::string name = "a";
+      for (auto left = random() % 6; left > 0; --left) name += parts[random() % std::size(parts)];
+      const std::string& place = places[random() % std::size(places)];
+      if (ada.tree.exists(top + place + "/" + name)) continue;
+      ada.tree.file(top + place + "/" + name, 1);
+    }
+    Leftovers of(ada);
+    std::vector<Url> expected;
+    std::set<std::string> met;
+    std::vector<Url> entries;
+    for (const std::string& place : places) {
+      const auto listed = ada.platform.files.list_urls(ada.url(top + place));
+      entries.insert(entries.end(), listed.begin(), listed.end());
+    }
+    for (const Url& orphan : entries) {
+      const std::string name(orphan.last_path_component());
+      if (std::count(name.begin(), name.end(), '.') < 2 || !met.insert(name).second) continue;
+      std::copy_if(entries.begin(), entries.end(), std::back_inserter(expected),
+                   [&](const Url& entry) { return contains_folded(entry.path(), name); });
+    }
+    ASSERT_EQ(ada.relative(of.remainders.remianders()), ada.relative(expected));
+  }
 }
 
 TEST(Remainders, two_searches_look_for_applications_in_different_places) {
