@@ -74,9 +74,10 @@ class PropertyList {
 
 /// Reads an XML list (any encoding XML allows, byte order mark or not, white space before the declaration) or a binary
 /// list. None when the bytes are not a whole, sound list: a broken node anywhere makes all of it unreadable, and so do
-/// containers nested deeper than 64, more than 100,000 nodes and more than 256 MB, since lists come from strangers.
-/// What a binary list refers to several times counts each time, and its texts and data may come to 64 MB. An old-style
-/// ASCII list is unreadable too. The last one of several equal keys counts. Never throws on input; any thread may call.
+/// containers nested deeper than 64, more than 100,000 nodes or 64 MB, a text or key above 256 KB (UTF-8), more than
+/// 100 attributes and markup above 256 KB, since lists come from strangers. What a binary list refers to several times
+/// counts each time, and all texts and data may come to 64 MB. An old-style ASCII list is unreadable too. The last one
+/// of several equal keys counts. Never throws on input; any thread may call.
 std::optional<PropertyList> parse_property_list(std::string_view bytes);
 
 /// The XML form, UTF-8, dictionary keys in byte order. Texts that are not UTF-8 or hold characters XML forbids are

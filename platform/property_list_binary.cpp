@@ -209,14 +209,15 @@ class Reader {
 
   std::optional<PropertyList> ascii(unsigned low, Cursor& rest) {
     const auto bytes = sized(low, rest, 1);
-    if (!bytes || std::ranges::any_of(*bytes, [](char c) { return (c & 0x80) != 0; })) return std::nullopt;
+    if (!bytes || bytes->size() > max_text_bytes || std::ranges::any_of(*bytes, [](char c) { return (c & 0x80) != 0; }))
+      return std::nullopt;
     return PropertyList(std::string(*bytes));
   }
 
   std::optional<PropertyList> utf16(unsigned low, Cursor& rest) {
     const auto bytes = sized(low, rest, 2);
-    auto text = bytes ? utf8_from_utf16(*bytes) : std::nullopt;
-    if (!text) return std::nullopt;
+    auto text = bytes && bytes->size() / 2 <= max_text_bytes ? utf8_from_utf16(*bytes) : std::nullopt;
+    if (!text || text->size() > max_text_bytes) return std::nullopt;
     return PropertyList(std::move(*text));
   }
 

@@ -211,7 +211,7 @@ class Builder {
   void text(std::string_view part) {
     if (broken_) return;
     if (collecting_ != nullptr) {
-      text_ += part;
+      collect(part);
     } else {
       broken_ = !is_blank(part);
     }
@@ -245,6 +245,12 @@ class Builder {
   };
 
   static constexpr TextElement key_element = {"key", nullptr};
+
+  void collect(std::string_view part) {
+    const bool is_data = collecting_->value_from == data_from;
+    broken_ = !is_data && part.size() > max_text_bytes - text_.size();
+    if (!broken_) text_ += part;
+  }
 
   void start_key() {
     broken_ = open_.empty() || !open_.back().is_dictionary() || open_.back().key;
@@ -321,15 +327,30 @@ class Reading {
 
   std::optional<PropertyList> read(std::string_view utf8) {
     if (parser_ == nullptr) return std::nullopt;
-    const auto status = XML_Parse(parser_.get(), utf8.data(), static_cast<int>(utf8.size()), XML_TRUE);
-    return status == XML_STATUS_OK ? builder_.take() : std::nullopt;
+    for (std::size_t at = 0; at < utf8.size(); at += piece_bytes) {
+      if (!take_piece(utf8.substr(at, piece_bytes), at + piece_bytes >= utf8.size())) return std::nullopt;
+    }
+    return builder_.take();
   }
 
  private:
+  /// Small enough that markup which is too long is noticed early, large enough that little of it is read twice.
+  static constexpr std::size_t piece_bytes = std::size_t{64} << 10U;
+
   static Reading& of(void* self) { return *static_cast<Reading*>(self); }
 
-  static void start(void* self, const XML_Char* name, const XML_Char**) {
+  /// False when the document is broken, or markup in it does not end.
+  bool take_piece(std::string_view piece, bool last) {
+    taken_bytes_ += piece.size();
+    const int length = static_cast<int>(piece.size());
+    if (XML_Parse(parser_.get(), piece.data(), length, last ? XML_TRUE : XML_FALSE) != XML_STATUS_OK) return false;
+    const auto begun_at = static_cast<std::size_t>(XML_GetCurrentByteIndex(parser_.get()));
+    return taken_bytes_ - begun_at <= max_markup_bytes;
+  }
+
+  static void start(void* self, const XML_Char* name, const XML_Char** attributes) {
     of(self).builder_.start(name);
+    of(self).count(attributes);
     of(self).stop_when_broken();
   }
   static void end(void* self, const XML_Char*) {
@@ -350,6 +371,12 @@ class Reading {
   }
   static void skipped_entity(void* self, const XML_Char*, int) { of(self).refuse(); }
 
+  /// @param attributes names and values in turn, and a null at the end.
+  void count(const XML_Char** attributes) {
+    for (; *attributes != nullptr; attributes += 2) ++attributes_;
+    if (attributes_ > max_attributes) builder_.refuse();
+  }
+
   void refuse() {
     builder_.refuse();
     stop_when_broken();
@@ -360,12 +387,13 @@ class Reading {
 
   Builder builder_;
   Parser parser_;
+  std::size_t taken_bytes_ = 0;
+  std::size_t attributes_ = 0;
 };
 
 }  // namespace
 
 std::optional<PropertyList> read_xml(std::string_view utf8) {
-  if (utf8.size() > static_cast<std::size_t>(std::numeric_limits<int>::max())) return std::nullopt;
   return Reading().read(utf8);
 }
 

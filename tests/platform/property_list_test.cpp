@@ -76,9 +76,16 @@ std::string declaring(const std::string& encoding, const std::string& text) {
   return "<?xml version='1.0' encoding = '" + encoding + "'?><plist><string>" + text + "</string></plist>";
 }
 
+std::string attributes(int count) {
+  std::string all;
+  for (int i = 0; i < count; ++i) all += " a" + std::to_string(i) + "=''";
+  return all;
+}
+
 TEST(PropertyList, reads_sound_xml_and_nothing_else) {
   const Date date{std::chrono::sys_days(std::chrono::year(2024) / 2 / 29) + std::chrono::seconds(3661)};
   const std::string mark = "\xEF\xBB\xBF";
+  const std::string longest(256 << 10, 'a');
   struct Case {
     const char* why;
     std::string bytes;
@@ -104,6 +111,16 @@ TEST(PropertyList, reads_sound_xml_and_nothing_else) {
       {"a NUL", "<plist><string>\0</string></plist>"s, {}},
       {"65 containers", xml(repeated("<array>", 65) + repeated("</array>", 65)), {}},
       {"100,001 nodes", xml("<array>" + repeated("<true/>", 100'000) + "</array>"), {}},
+      {"a text as long as any may be", xml("<string>" + longest + "</string>"), longest},
+      {"a longer one, in parts", xml("<string>" + longest + "<!-- -->a</string>"), {}},
+      {"a longer key", xml("<dict><key>" + longest + "a</key><true/></dict>"), {}},
+      {"white space without end around a number", xml("<integer>" + longest + " 1</integer>"), {}},
+      {"data may be longer", xml("<data>" + repeated("AAAA", 100'000) + "</data>"), Data{std::string(300'000, '\0')}},
+      {"a comment of some length", xml("<!--" + repeated(" licence", 20'000) + "--><true/>"), true},
+      {"a comment that does not end soon", xml("<!--" + repeated(" licence", 60'000) + "--><true/>"), {}},
+      {"900,000 attributes of one element", "<plist" + attributes(900'000) + "><true/></plist>", {}},
+      {"a few more attributes than any list has", "<plist" + attributes(101) + "><true/></plist>", {}},
+      {"the same, each of another element", xml("<array>" + repeated("<true a=''/>", 101) + "</array>"), {}},
       {"depth that would end a stack", "<plist>" + repeated("<array>", 1'000'000), {}},
       {"UTF-16LE by its mark", encoded(mark + declaring("UTF-16", "é𝄞"), "UTF-16LE"), "é𝄞"},
       {"UTF-32LE by its mark, not taken for UTF-16", encoded(mark + declaring("UTF-32", "é"), "UTF-32LE"), "é"},
@@ -133,6 +150,7 @@ Binary pyramid(int levels, int width, const std::string& last) {
 TEST(PropertyList, believes_no_number_of_a_binary_list) {
   const std::vector<std::string> pair = {"\xD2\x01\x01\x02\x03", "\x51k", "\x09", "\x08"};
   constexpr std::uint64_t huge = std::numeric_limits<std::uint64_t>::max();
+  constexpr int longest = (256 << 10) + 1;
   const std::string megabyte = "\x4F\x12" + big_endian(1U << 20U, 4) + repeated("0123456789abcdef", 1 << 16);
   struct Case {
     const char* why;
@@ -160,6 +178,13 @@ TEST(PropertyList, believes_no_number_of_a_binary_list) {
       {"a billion out of a few bytes", pyramid(5, 64, "\x09"), {}},
       {"gigabytes out of one", pyramid(2, 64, megabyte), {}},
       {"65 containers", pyramid(65, 1, "\x09"), {}},
+      {"a text that is too long", {{"\x5F\x12" + big_endian(longest, 4) + std::string(longest, 'a')}}, {}},
+      {"a key that is too long as UTF-8",
+       {{"\xD1\x02\x01", "\x09", "\x6F\x12" + big_endian(longest / 2, 4) + repeated("\x20\xAC", longest / 2)}},
+       {}},
+      {"data of that length",
+       {{"\x4F\x12" + big_endian(longest, 4) + std::string(longest, 'a')}},
+       Data{std::string(longest, 'a')}},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.why);
