@@ -23,7 +23,8 @@ std::vector<CleaningPart> parts_of(const Cleaner& cleaner, const Groups& groups)
   for (const SmartCategory& category : smart_categories()) {
     if (std::find(groups.begin(), groups.end(), category.type) == groups.end()) continue;
     for (const CleanerEntry& entry : (cleaner.*category.item)->items) {
-      parts.push_back({locations_of(entry), size_of(entry)});
+      const auto locations = locations_of(entry);
+      parts.push_back({{locations.begin(), locations.end()}, size_of(entry)});
     }
   }
   return parts;

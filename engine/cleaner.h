@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "engine/chosen_amount.h"
 #include "engine/cleaner_item.h"
 #include "engine/cleanup.h"
 #include "engine/clients.h"
@@ -103,6 +104,12 @@ class Cleaner {
   /// What the user kept ticked, for `remove_files`.
   std::vector<Url> files;
 
+  /// What any choice of what the last smart scan, or the last junk scan and search for large files, has listed amounts
+  /// to, with each location counted once. Replaced before the scan calls its handler; null until then, and after a scan
+  /// that was ended.
+  std::shared_ptr<const ChosenAmount> smart_amount;
+  std::shared_ptr<const ChosenAmount> junk_amount;
+
   /// The leftovers object that the scans ask.
   const Remainders& remainders() const { return remainders_; }
 
@@ -143,6 +150,10 @@ class Cleaner {
 
   /// The locations that such a run would be told to remove, in its order.
   std::vector<Url> cleanup_files() const;
+  /// What such a run takes, for `junk_amount`.
+  std::vector<CleanerEntry> cleanup_entries() const;
+  /// Bytes of that, each location counted once: what people are told before such a run.
+  std::int64_t cleanup_amount() const;
   /// True when the category holds something and its setting is true.
   bool is_switched_on(const CleanupCategory& category) const;
 
@@ -162,6 +173,8 @@ class Cleaner {
     std::int64_t size = 0;
   };
 
+  void note_smart_amount();
+  void note_junk_amount();
   void plan_smart_scan();
   void plan_clients();
   void scan_caches();

@@ -55,6 +55,18 @@ std::vector<Url> Cleaner::cleanup_files() const {
   return urls;
 }
 
+std::vector<CleanerEntry> Cleaner::cleanup_entries() const {
+  std::vector<CleanerEntry> entries;
+  for (const CleanupCategory& category : categories) {
+    if (category.is_removed && is_switched_on(category)) entries.emplace_back(this->*category.item);
+  }
+  return entries;
+}
+
+std::int64_t Cleaner::cleanup_amount() const {
+  return (junk_amount ? *junk_amount : ChosenAmount()).amount(cleanup_entries());
+}
+
 void Cleaner::cleanup_with_complete_handler(const std::function<void()>& handler, CleanupReport* report) {
   CleanupReport unread;
   CleanupReport& told = report ? *report : unread;

@@ -38,10 +38,22 @@ void Cleaner::clean_with_complete_handler(const std::function<void()>& handler) 
     scan_junk_mails();
     trash_item = measured_item(trash);
     media_junk_size = add_bytes(trash_item->size, mails_item->size);
+    note_junk_amount();
     media_search_coomplete = true;
     search_is_complete = true;
   }
   handler();
+}
+
+/// A large file may lie in what a category lists, or be a package around it.
+void Cleaner::note_junk_amount() {
+  junk_amount = nullptr;
+  if (platform_.files.stopped_looking()) return;
+  std::vector<CleanerEntry> listed(largeFiles.begin(), largeFiles.end());
+  for (const CleanupCategory& category : junk_categories()) {
+    if (const auto& item = this->*category.item) listed.emplace_back(item);
+  }
+  junk_amount = std::make_shared<const ChosenAmount>(listed, platform_.measurer);
 }
 
 /// What stands in Caches, and the caches folder of each container, whether there is one or not.

@@ -113,6 +113,7 @@ void Cleaner::search_large_files_with_complete_handler(const LargeFilesHandler& 
   outlineItems = std::move(selection.rows);
   largeFiles = std::move(selection.files);
   totalLargeFilesSize = selection.total;
+  note_junk_amount();
   handler(outlineItems, largeFiles, totalLargeFilesSize);
 }
 

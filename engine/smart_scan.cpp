@@ -80,9 +80,21 @@ void Cleaner::smart_clean_with_complete_handler(const std::function<void()>& han
       (this->*scan)();
       if (!next.empty()) post(next);
     }
+    note_smart_amount();
   }
   search_is_complete = true;
   handler();
+}
+
+void Cleaner::note_smart_amount() {
+  smart_amount = nullptr;
+  if (platform_.files.stopped_looking()) return;
+  std::vector<CleanerEntry> listed;
+  for (const SmartCategory& category : categories) {
+    const auto& item = this->*category.item;
+    if (item) listed.insert(listed.end(), item->items.begin(), item->items.end());
+  }
+  smart_amount = std::make_shared<const ChosenAmount>(listed, platform_.measurer);
 }
 
 /// Lets the workers measure while this thread still looks for applications, in the order in which sizes are asked for.

@@ -9,15 +9,16 @@ namespace tarnby {
 namespace {
 
 struct Locations {
-  std::vector<Url> operator()(const std::shared_ptr<CacheItem>& item) const { return {item->url}; }
-  std::vector<Url> operator()(const std::shared_ptr<LargeFile>& file) const { return {file->url_file}; }
-  std::vector<Url> operator()(const std::shared_ptr<RemainderItem>& item) const { return item->files; }
-  std::vector<Url> operator()(const std::shared_ptr<CleanerItem>& item) const { return item->files; }
+  using Urls = std::span<const Url>;
+  Urls operator()(const std::shared_ptr<CacheItem>& item) const { return {&item->url, 1}; }
+  Urls operator()(const std::shared_ptr<LargeFile>& file) const { return {&file->url_file, 1}; }
+  Urls operator()(const std::shared_ptr<RemainderItem>& item) const { return item->files; }
+  Urls operator()(const std::shared_ptr<CleanerItem>& item) const { return item->files; }
 };
 
 }  // namespace
 
-std::vector<Url> locations_of(const CleanerEntry& entry) {
+std::span<const Url> locations_of(const CleanerEntry& entry) {
   return std::visit(Locations{}, entry);
 }
 
@@ -31,6 +32,7 @@ SmartSelection select_groups(const Cleaner& cleaner, std::span<const std::string
     if (std::find(types.begin(), types.end(), category.type) == types.end()) continue;
     const auto& item = cleaner.*category.item;
     if (!item || item->items.empty()) continue;
+    selection.entries.insert(selection.entries.end(), item->items.begin(), item->items.end());
     for (const CleanerEntry& entry : item->items) {
       const auto locations = locations_of(entry);
       selection.files.insert(selection.files.end(), locations.begin(), locations.end());

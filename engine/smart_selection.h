@@ -9,8 +9,8 @@
 
 namespace tarnby {
 
-/// The locations that removing one row of a smart scan takes, in the row's order.
-std::vector<Url> locations_of(const CleanerEntry& entry);
+/// The locations that removing one row of a smart scan takes, in the row's order. They live as long as the row.
+std::span<const Url> locations_of(const CleanerEntry& entry);
 
 /// Bytes of one row of a smart scan.
 std::int64_t size_of(const CleanerEntry& entry);
@@ -18,7 +18,9 @@ std::int64_t size_of(const CleanerEntry& entry);
 /// What is handed to the engine for removal.
 struct SmartSelection {
   std::vector<Url> files;
-  /// The sizes of the groups that something was chosen from.
+  /// The rows that they belong to, for `Cleaner::smart_amount`.
+  std::vector<CleanerEntry> entries;
+  /// The sizes of the groups that something was chosen from, as the engine counts them.
   std::int64_t bytes = 0;
 };
 

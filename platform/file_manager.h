@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <span>
@@ -50,6 +51,11 @@ struct Removal {
   bool attempted = false;
   /// Empty when nothing of the entry is left, also when it was gone before.
   std::error_code error;
+  /// Bytes of the files and links that this very run removed for it, also where a part of it stays: each name once,
+  /// with the logical length it had at that moment. What somebody else removed meanwhile counts for them.
+  std::int64_t bytes = 0;
+  /// True when this run itself removed the entry; false also when it was gone before.
+  bool taken = false;
 };
 
 /// Listing, walking, looking and removing. Links are never followed below the place where an operation starts, and that

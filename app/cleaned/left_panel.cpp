@@ -20,7 +20,7 @@ LeftPanel::LeftPanel(AppContext& context) : Screen(context) {
   auto* list = new LeftList(context, list_size, this);
   const auto& left = context.removal.left;
   list->show_lines(left.size(), [&](std::size_t at) -> LeftList::Line {
-    return {left[at].url, context.text(left[at].reason.c_str())};
+    return {left[at].url, context.text(left_reason_text(left[at].reason))};
   });
   layout->addWidget(list);
   auto* close = new PushButton(context.text("Close"), ButtonKind::accent, this);

@@ -106,7 +106,7 @@ std::vector<Url> SmartCleanLists::ticked_locations() const {
     for (const Place& place : this->*row.selection) {
       const auto* entry = std::get_if<CleanerEntry>(&place);
       if (entry == nullptr) continue;
-      for (Url& url : locations_of(*entry)) locations.push_back(std::move(url));
+      for (const Url& url : locations_of(*entry)) locations.push_back(url);
     }
   }
   return locations;

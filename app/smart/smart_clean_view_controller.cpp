@@ -179,7 +179,7 @@ void SmartCleanViewController::menuDidClose() {
 
 Url SmartCleanViewController::location_of(const QModelIndex& entry) const {
   const CleanerEntry* record = model_->entry_at(entry);
-  const auto urls = record == nullptr ? std::vector<Url>() : locations_of(*record);
+  const auto urls = record == nullptr ? std::span<const Url>() : locations_of(*record);
   return urls.empty() ? Url() : urls.front();
 }
 

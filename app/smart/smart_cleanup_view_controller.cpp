@@ -20,7 +20,7 @@ void start_removal(AppContext& context, Cleaner& cleaner) {
   // Nobody replaces the list meanwhile: that takes another scan, which waits behind this removal.
   context.background.async([&context, &cleaner] {
     const std::vector<Removal> results = cleaner.remove_files(&context.ending);
-    auto left = left_of(cleaner.files, results);
+    auto left = left_of(context.platform.files, cleaner.files, results);
     context.platform.main_queue.async([&context, left = std::move(left)]() mutable {
       context.removal = {.running = false, .left = std::move(left)};
       context.platform.notifications.post(RemovalRun::removal_changed);

@@ -110,13 +110,14 @@ TEST(Screen, leaves_its_removal_going_when_the_window_goes) {
   EXPECT_FALSE(at.context.removal.running);
   EXPECT_FALSE(ada.tree.exists("ada/.Trash/a") || ada.tree.exists("ada/.Trash/c"));
 
-  cleaner.files = {ada.url("ada/Applications")};
+  ada.tree.file("ada/.Trash/d");
+  cleaner.files = {ada.url("ada/.Trash/d")};
   at.context.ending = true;
   at.open();
   at.post("smart_cleanup_view_controller");
   at.settle();
   ASSERT_EQ(at.context.removal.left.size(), 1U);
-  EXPECT_EQ(at.context.removal.left[0].reason, "the removal was stopped before it");
+  EXPECT_EQ(at.context.removal.left[0].reason, LeftReason::not_attempted);
 }
 
 }  // namespace

@@ -1,0 +1,118 @@
+#include "engine/chosen_amount.h"
+
+#include <algorithm>
+#include <unordered_set>
+#include <vector>
+
+#include "engine/smart_selection.h"
+#include "platform/bytes.h"
+
+namespace tarnby {
+
+namespace {
+
+/// The folders that a path lies in, from the nearest to the one below "/", until one is accepted. True when one was.
+template <typename Accept>
+bool is_any_around(std::string_view path, Accept accept) {
+  for (std::size_t slash = path.rfind('/'); slash != 0 && slash != std::string_view::npos; slash = path.rfind('/')) {
+    path = path.substr(0, slash);
+    if (accept(path)) return true;
+  }
+  return false;
+}
+
+template <typename Visit>
+void for_each_location(std::span<const CleanerEntry> entries, Visit visit) {
+  for (const CleanerEntry& entry : entries) {
+    for (const Url& url : locations_of(entry)) visit(url, entry);
+  }
+}
+
+bool is_entry_of_its_own(const CleanerEntry& entry) {
+  return locations_of(entry).size() == 1;
+}
+
+}  // namespace
+
+ChosenAmount::ChosenAmount(std::span<const CleanerEntry> listed, Measurer& measurer) {
+  note_shared(listed);
+  measure(listed, measurer);
+}
+
+void ChosenAmount::note_shared(std::span<const CleanerEntry> listed) {
+  std::unordered_map<std::string_view, std::size_t> times;
+  for_each_location(listed, [&](const Url& url, const CleanerEntry&) { ++times[url.path()]; });
+  std::string_view folder;  // neighbours have the same folders around them
+  bool is_inside = false;
+  for_each_location(listed, [&](const Url& url, const CleanerEntry&) {
+    const std::string_view path = url.path();
+    const std::string_view own_folder = path.substr(0, path.rfind('/') + 1);
+    if (own_folder != folder) {
+      is_inside = is_any_around(path, [&](std::string_view around) { return times.contains(around); });
+      folder = own_folder;
+    }
+    if (!is_inside && times[path] == 1) return;
+    shared_.emplace(path, 0);
+    is_any_around(path, [&](std::string_view around) {
+      if (times.contains(around)) shared_.emplace(around, 0);
+      return false;
+    });
+  });
+}
+
+void ChosenAmount::measure(std::span<const CleanerEntry> listed, Measurer& measurer) {
+  std::vector<Url> unknown;
+  for_each_location(listed, [&](const Url& url, const CleanerEntry& entry) {
+    const auto known = shared_.find(url.path());
+    if (known == shared_.end()) return;
+    if (is_entry_of_its_own(entry)) {
+      known->second = std::max(known->second, size_of(entry));
+    } else {
+      unknown.push_back(url);
+    }
+  });
+  const std::vector<std::int64_t> sizes = measurer.sizes_of_files(unknown);
+  for (std::size_t at = 0; at < unknown.size(); ++at) shared_.find(unknown[at].path())->second = sizes[at];
+}
+
+std::int64_t ChosenAmount::amount(std::span<const CleanerEntry> chosen) const {
+  std::int64_t bytes = 0;
+  for (const CleanerEntry& entry : chosen) bytes = add_bytes(bytes, size_of(entry));
+  if (shared_.empty()) return bytes;
+  std::int64_t again = 0;
+  std::unordered_map<std::string_view, std::int64_t> counted;
+  for_each_location(chosen, [&](const Url& url, const CleanerEntry& entry) {
+    const auto known = shared_.find(std::string_view(url.path()));
+    if (known == shared_.end()) return;
+    const std::int64_t size = is_entry_of_its_own(entry) ? size_of(entry) : known->second;
+    const auto [first, is_first] = counted.emplace(known->first, size);
+    if (is_first) return;
+    again = add_bytes(again, std::min(first->second, size));
+    first->second = std::max(first->second, size);
+  });
+  for (const auto& [path, size] : counted) {
+    // Some entries count nothing of what is inside them; then that is not counted twice.
+    const bool is_counted_around = is_any_around(path, [&, bytes_inside = size](std::string_view around) {
+      const auto found = counted.find(around);
+      return found != counted.end() && found->second >= bytes_inside;
+    });
+    if (is_counted_around) again = add_bytes(again, size);
+  }
+  return std::max<std::int64_t>(0, bytes - again);
+}
+
+std::int64_t cleaned_amount(std::int64_t was_cleaned, Measurer& measurer, std::span<const LeftEntry> left,
+                            std::span<const Removal> removals) {
+  std::unordered_set<std::string_view> paths;
+  for (const LeftEntry& entry : left) paths.insert(entry.url.path());
+  std::vector<Url> outermost;
+  for (const LeftEntry& entry : left) {
+    const bool is_inside = is_any_around(entry.url.path(), [&](std::string_view path) { return paths.contains(path); });
+    if (!is_inside) outermost.push_back(entry.url);
+  }
+  std::int64_t taken = 0;
+  for (const Removal& removal : removals) taken = add_bytes(taken, removal.bytes);
+  return std::clamp<std::int64_t>(was_cleaned - measurer.overall_size_of_files(outermost), 0, taken);
+}
+
+}  // namespace tarnby

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <span>
+#include <vector>
+
+#include "platform/file_manager.h"
+#include "platform/url.h"
+
+namespace tarnby {
+
+/// Why a removal left an entry where it is.
+enum class LeftReason {
+  outside_grants,
+  never_whole,
+  not_attempted,
+  stopped_within,
+  changed_kind,
+  other_disk,
+  no_permission,
+  guarded,
+  read_only_disk,
+  in_use,
+  added_to,
+  failing_disk,
+  full_disk,
+  too_many_open,
+  no_memory,
+  refused,
+  came_back,
+};
+
+/// What one pass says of an entry that is still there.
+/// @param refused whether it is never removed whole (see FileManager::refuses_to_remove).
+LeftReason why_left(const Removal& removal, bool refused);
+
+/// The reason in English words that follow the entry's path and a colon: "it is in use". The window's tables of texts
+/// have each of them.
+const char* left_reason_text(LeftReason reason);
+
+/// An entry that is still there.
+struct LeftEntry {
+  Url url;
+  LeftReason reason = LeftReason::refused;
+};
+
+/// What is still there of a list after its removal, each location once, in the list's order. What is gone is not among
+/// them, whoever took it. Looks at the disk; any thread may call.
+/// @param removals one for each location.
+std::vector<LeftEntry> left_of(const FileManager& files, std::span<const Url> urls, std::span<const Removal> removals);
+
+}  // namespace tarnby
