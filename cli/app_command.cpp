@@ -53,7 +53,7 @@ ExitStatus run_app(Context& context) {
                        {"optional_bundle", json_optional(item->optional_bundle)},
                        {"optional_developer_id", json_optional(item->optional_developer_id)},
                        {"groups", json_related_files(*item)}};
-  context.out << result.dump() << '\n';
+  context.out << json_line(result);
   return done;
 }
 

@@ -12,7 +12,7 @@ ExitStatus run_apps(Context& context) {
   if (context.asked.json) {
     Json list = Json::array();
     for (const auto& item : *inventory.items) list.push_back(json_application(*item));
-    context.out << Json{{"applications", std::move(list)}}.dump() << '\n';
+    context.out << json_line({{"applications", std::move(list)}});
     return done;
   }
   if (inventory.items->empty()) {

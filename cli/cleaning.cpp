@@ -44,7 +44,7 @@ void show_result(Context& context, const Cleaning& cleaning, const RemovalReport
     const auto date = context.platform.group_settings.value("Date");
     result["date"] = date ? json_setting(*date) : Json();
   }
-  context.out << result.dump() << '\n';
+  context.out << json_line(result);
 }
 
 void need_saved(Context& context, SettingsStore& store, std::string_view what) {

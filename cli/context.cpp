@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <cstdio>
 #include <cstdlib>
 #include <system_error>
 
@@ -77,32 +76,6 @@ void need_folder(Context& context, const FolderRow& row) {
   }
 }
 
-std::size_t length_of_character(unsigned char first) {
-  return first < 0x80 ? 1 : first < 0xe0 ? 2 : first < 0xf0 ? 3 : 4;
-}
-
-/// The code point of one well-formed UTF-8 character.
-char32_t code_point(std::string_view character) {
-  const auto first = static_cast<unsigned char>(character.front());
-  if (character.size() == 1) return first;
-  char32_t point = first & (0xffU >> (character.size() + 1));
-  for (const char c : character.substr(1)) point = point << 6U | (static_cast<unsigned char>(c) & 0x3fU);
-  return point;
-}
-
-/// What stands in one line for a character: nearly always itself.
-std::string escape_of(char32_t point, std::string_view character) {
-  const bool is_control = point < 0x20 || (point >= 0x7f && point < 0xa0);
-  const bool ends_line = point == 0x2028 || point == 0x2029;
-  const bool turns_direction = (point >= 0x202a && point <= 0x202e) || (point >= 0x2066 && point <= 0x2069);
-  if (point == '\n') return "\\n";
-  if (!is_control && !ends_line && !turns_direction) return std::string(character);
-  char escape[16];
-  const int length =
-      std::snprintf(escape, sizeof escape, point < 0x100 ? "\\x%02x" : "\\u%04x", static_cast<unsigned>(point));
-  return {escape, static_cast<std::size_t>(length)};
-}
-
 }  // namespace
 
 std::unique_ptr<Platform> platform_for(const Invocation& asked, MainQueue& main_queue) {
@@ -136,18 +109,6 @@ bool given_for_this_run(const Invocation& asked, std::string_view key) {
   const auto is_set = [&](const std::string& given) { return key_of(given) == key; };
   return std::any_of(folder_rows.begin(), folder_rows.end(), is_folder) ||
          std::any_of(asked.settings.begin(), asked.settings.end(), is_set) || (key == "AllowAny" && asked.disk);
-}
-
-std::string one_line(std::string_view text) {
-  const std::string valid = to_valid_utf8(text);
-  std::string line;
-  for (std::size_t at = 0; at < valid.size();) {
-    const std::size_t length = length_of_character(static_cast<unsigned char>(valid[at]));
-    const std::string_view character = std::string_view(valid).substr(at, length);
-    line += escape_of(code_point(character), character);
-    at += length;
-  }
-  return line;
 }
 
 Url typed_path(const std::string& text) {

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "cli/characters.h"
 #include "cli/invocation.h"
 #include "platform/platform.h"
 
@@ -20,7 +21,7 @@ struct Context {
   Platform& platform;
   PlainMainQueue& main_queue;
   bool out_is_terminal;
-  bool err_is_terminal;
+  bool err_rewrites_lines;
   bool in_is_terminal;
 };
 
@@ -39,10 +40,6 @@ void need_home(Context& context);
 
 /// Gives a setting a value for this run, which is not stored.
 void set_for_this_run(Context& context, std::string_view key, PropertyList value);
-
-/// The text as it may be shown in one line: valid UTF-8, and escapes instead of what breaks the line, drives the
-/// terminal, or turns the order of what is read.
-std::string one_line(std::string_view text);
 
 /// An absolute path for one typed by a person, by the current folder; nowhere when that cannot be told.
 Url typed_path(const std::string& text);

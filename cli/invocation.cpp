@@ -88,9 +88,7 @@ class Reader {
       (asked_.**many).push_back(std::move(value));
       return;
     }
-    auto& one = asked_.*std::get<std::optional<std::string> Invocation::*>(row.place);
-    if (one) refuse(std::string(row.name) + " was given twice; give it once");
-    one = std::move(value);
+    asked_.*std::get<std::optional<std::string> Invocation::*>(row.place) = std::move(value);
   }
 
   std::span<const char* const> words_;

@@ -55,7 +55,7 @@ struct Invocation {
 ///
 /// Options may stand anywhere. What follows "--" is no option, and neither is a negative number. An option takes its
 /// value after "=" or as the next word; an empty value is a value, and the name of an option is none: a value that was
-/// forgotten must not swallow the word that says what to do.
+/// forgotten must not swallow the word that says what to do. Of an option given twice the last one counts.
 Invocation parse_command_line(std::span<const char* const> words);
 
 }  // namespace tarnby::cli

@@ -2,6 +2,7 @@
 
 #include <ctime>
 
+#include "cli/characters.h"
 #include "engine/smart_selection.h"
 #include "platform/text.h"
 
@@ -16,7 +17,38 @@ struct EntryLabel {
   std::string operator()(const std::shared_ptr<CleanerItem>& item) const { return item->type; }
 };
 
+/// The control character that a piece such as "\\n" stands for; NUL when it is no such escape.
+char control_of_escape(std::string_view piece) {
+  constexpr std::string_view letters = "btnfr";
+  constexpr std::string_view controls = "\b\t\n\f\r";
+  if (piece.size() != 2 || piece.front() != '\\') return '\0';
+  const std::size_t at = letters.find(piece.back());
+  return at == std::string_view::npos ? '\0' : controls[at];
+}
+
 }  // namespace
+
+std::string json_text_of(const Json& value) {
+  const std::string dumped = value.dump();  // its texts are valid UTF-8, and some characters in them escaped by letters
+  std::string text;
+  for (std::size_t at = 0; at < dumped.size();) {
+    const std::size_t length = dumped[at] == '\\' ? 2 : length_of_character(static_cast<unsigned char>(dumped[at]));
+    const std::string_view piece = std::string_view(dumped).substr(at, length);
+    if (const char control = control_of_escape(piece)) {
+      text += number_escape(static_cast<unsigned char>(control));
+    } else if (dumped[at] != '\\' && has_effects(code_point(piece))) {
+      text += number_escape(code_point(piece));
+    } else {
+      text += piece;
+    }
+    at += length;
+  }
+  return text;
+}
+
+std::string json_line(const Json& value) {
+  return json_text_of(value) + "\n";
+}
 
 Json json_text(std::string_view bytes) {
   return to_valid_utf8(bytes);

@@ -15,6 +15,12 @@ namespace tarnby::cli {
 /// Objects keep their keys in the order in which they are written down.
 using Json = nlohmann::ordered_json;
 
+/// The value as text. In it every character that drives a terminal, turns the order of what is read, or ends a line for
+/// some readers is written as its number.
+std::string json_text_of(const Json& value);
+/// The same as a line of its own.
+std::string json_line(const Json& value);
+
 /// Bytes that are not UTF-8 appear as U+FFFD.
 Json json_text(std::string_view bytes);
 Json json_optional(const std::optional<std::string>& text);

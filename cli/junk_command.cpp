@@ -84,7 +84,7 @@ ExitStatus run_junk(Context& context) {
                          {"be_cleaned", cleaner.beCleaned()},
                          {"categories", json_categories(cleaner)},
                          {"clients", json_clients(cleaner)}};
-    context.out << result.dump() << '\n';
+    context.out << json_line(result);
     return done;
   }
   print_junk_scan(context, cleaner, junk_categories());

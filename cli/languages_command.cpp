@@ -22,7 +22,7 @@ ExitStatus run_languages(Context& context) {
   need_folders(context);
   const std::vector<Url> packages = find_packages(context);
   if (context.asked.json) {
-    context.out << Json{{"packages", json_paths(packages)}}.dump() << '\n';
+    context.out << json_line({{"packages", json_paths(packages)}});
     return done;
   }
   if (packages.empty()) context.out << "No language packages were found that you do not need.\n";

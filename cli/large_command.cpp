@@ -46,7 +46,7 @@ void print_json(Context& context, const LargeFileSelection& found) {
   Json groups = Json::array();
   for (const auto& row : found.rows) groups.push_back({{"label", row->label}, {"items", json_files(row->items)}});
   const Json result = {{"total", found.total}, {"groups", std::move(groups)}, {"files", json_files(found.files)}};
-  context.out << result.dump() << '\n';
+  context.out << json_line(result);
 }
 
 void print_table(Context& context, const Cleaner& cleaner, const LargeFileSelection& found) {

@@ -10,6 +10,7 @@
 #include "cli/context.h"
 #include "cli/help.h"
 #include "cli/interrupt.h"
+#include "cli/terminal.h"
 #include "platform/directory.h"
 
 namespace tarnby::cli {
@@ -36,7 +37,7 @@ ExitStatus run_command(const Invocation& asked) {
                   Platform::shared(),
                   main_queue,
                   isatty(STDOUT_FILENO) != 0,
-                  isatty(STDERR_FILENO) != 0,
+                  rewrites_lines(),
                   isatty(STDIN_FILENO) != 0};
   return asked.command->run(context);
 }

@@ -8,7 +8,7 @@ constexpr std::string_view start_line_over = "\r\x1b[K";
 
 }  // namespace
 
-Progress::Progress(Context& context) : err_(context.err), shown_(context.err_is_terminal && !context.asked.quiet) {}
+Progress::Progress(Context& context) : err_(context.err), shown_(context.err_rewrites_lines && !context.asked.quiet) {}
 
 Progress::~Progress() {
   if (shown_) err_ << start_line_over << std::flush;

@@ -1,10 +1,10 @@
 #include "cli/removal_report.h"
 
-#include <cerrno>
 #include <iostream>
 #include <unordered_set>
 
 #include "cli/progress.h"
+#include "engine/why_left.h"
 
 namespace tarnby::cli {
 
@@ -24,13 +24,6 @@ std::vector<std::size_t> existing_once(const FileManager& files, std::span<const
     if (may_be_there(statuses[at]) && met.insert(urls[at]).second) places.push_back(at);
   }
   return places;
-}
-
-std::string why_left(const Removal& removal, bool refused) {
-  if (refused) return "is never removed whole";
-  if (!removal.attempted) return "not attempted any more";
-  if (removal.error.value() == ESTALE) return "has become something else since it was listed";
-  return removal.error ? one_line(removal.error.message()) : "came back";
 }
 
 bool user_agrees(Context& context, const std::string& what) {
@@ -62,7 +55,7 @@ RemovalPreview preview_removal(Context& context, std::span<const Url> urls) {
 void print_preview(Context& context, const RemovalPreview& preview, std::int64_t bytes) {
   if (context.asked.json) {
     const Json result = {{"would_remove", json_paths(preview.would_remove)}, {"was_cleaned", bytes}};
-    context.out << result.dump() << '\n';
+    context.out << json_line(result);
     return;
   }
   for (const Url& url : preview.would_remove) context.out << one_line(url.path()) << '\n';
@@ -114,7 +107,7 @@ RemovalReport run_removal(Context& context, std::span<const Url> urls, const Sto
   for (const std::size_t at : places) {
     const bool is_said_to_be_gone = removals[at].attempted && !removals[at].error;
     if (after[at].kind != EntryKind::none || (may_be_there(after[at]) && !is_said_to_be_gone)) {
-      report.left.push_back({urls[at], why_left(removals[at], refused[at])});
+      report.left.push_back({urls[at], left_reason_text(why_left(removals[at], refused[at]))});
     } else {
       report.removed.push_back(urls[at]);
     }

@@ -40,7 +40,7 @@ ExitStatus run_scan(Context& context) {
                          {"notifications", posted},
                          {"menu", json_menu(cleaner)},
                          {"groups", json_groups(cleaner)}};
-    context.out << result.dump() << '\n';
+    context.out << json_line(result);
     return done;
   }
   print_smart_scan(context, cleaner, all_groups());

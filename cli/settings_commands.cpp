@@ -35,7 +35,7 @@ Json effective_value(const AppSettings& settings, const SettingRow& row) {
 
 std::string readable(const Json& value) {
   if (value.is_null()) return "not given";
-  return value.is_string() ? one_line(value.get<std::string>()) : one_line(value.dump());
+  return value.is_string() ? one_line(value.get<std::string>()) : json_text_of(value);
 }
 
 void print_settings(Context& context, std::span<const SettingRow> rows) {
@@ -44,7 +44,7 @@ void print_settings(Context& context, std::span<const SettingRow> rows) {
     values[std::string(row.key)] = effective_value(context.platform.app_settings, row);
   }
   if (context.asked.json) {
-    context.out << values.dump() << '\n';
+    context.out << json_line(values);
     return;
   }
   Table table({Table::Align::left, Table::Align::left}, 0);
@@ -72,7 +72,7 @@ ExitStatus run_grant(Context& context) {
   const GrantState state = access.check(*grant);
   if (context.asked.json) {
     const Json result = {{"key", name}, {"path", json_text(state.folder.path())}, {"valid", state.is_valid}};
-    context.out << result.dump() << '\n';
+    context.out << json_line(result);
   } else if (state.is_valid) {
     context.out << "Granted: " << name << " is " << one_line(state.folder.path()) << '\n';
   } else {

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 
+#include "cli/terminal.h"
 #include "platform/text.h"
 
 namespace tarnby::cli {
@@ -74,8 +75,9 @@ std::string Table::text_of(const std::vector<std::string>& cells, const std::vec
 
 void Table::print(std::ostream& out) const {
   const auto widths_of_columns = widths();
+  const bool may_be_bold = window_ > 0 && shows_bold();
   for (const Line& line : lines_) {
-    const bool bold = line.stands_out && window_ > 0;
+    const bool bold = line.stands_out && may_be_bold;
     out << (bold ? "\x1b[1m" : "") << text_of(line.cells, widths_of_columns) << (bold ? "\x1b[0m" : "") << '\n';
   }
 }

@@ -31,7 +31,7 @@ void find_files(Context& context, ApplicationItem& item) {
 
 void show_result(Context& context, const RemovalReport& report) {
   if (context.asked.json) {
-    context.out << json_removal(report).dump() << '\n';
+    context.out << json_line(json_removal(report));
   } else {
     print_removal(context, report);
   }

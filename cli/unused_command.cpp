@@ -48,7 +48,7 @@ ExitStatus run_unused(Context& context) {
   if (context.asked.json) {
     Json list = Json::array();
     for (const auto& item : inventory.unused_apps) list.push_back(json_unused(*item));
-    context.out << Json{{"applications", std::move(list)}}.dump() << '\n';
+    context.out << json_line({{"applications", std::move(list)}});
   } else {
     print_unused(context, inventory.unused_apps);
   }

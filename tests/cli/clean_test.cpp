@@ -86,7 +86,7 @@ TEST(Clean, tells_what_it_had_to_leave_and_why) {
     const ProgramResult shown = home.run({"clean", "logs", "--yes"});
     EXPECT_EQ(shown.status, 1);
     EXPECT_EQ(shown.out, "Removed 2 entries.\nLeft 1 entry:\n  " + home.path("home/Library/Logs/locked") +
-                             ": Permission denied\n6 KB cleaned, 6 KB in all runs so far.\n");
+                             ": permission denied\n6 KB cleaned, 6 KB in all runs so far.\n");
   });
   EXPECT_TRUE(home.tree().exists("home/Library/Logs/locked/in"));
 }
