@@ -67,6 +67,7 @@ CategoryAbout::CategoryAbout(AppContext& context, std::string_view type) : Scree
     layout->addWidget(show_button);
   }
   layout->addStretch();
+  if (type == "downloads") observe(show_downloads, [this] { show_category(); });
 }
 
 void CategoryAbout::show_category() {

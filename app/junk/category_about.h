@@ -11,6 +11,9 @@ namespace tarnby {
 class CategoryAbout : public Screen {
   Q_OBJECT
  public:
+  /// Asks the panel of the downloads to show their folder.
+  static constexpr const char* show_downloads = "show_downloads";
+
   CategoryAbout(AppContext& context, std::string_view type);
 
   /// Null where there is nothing to lead to.

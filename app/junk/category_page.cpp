@@ -2,6 +2,7 @@
 
 #include <QHBoxLayout>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "app/category_look.h"
 #include "app/layouts.h"
@@ -16,7 +17,8 @@ CategoryPage::CategoryPage(AppContext& context, const Plan& plan)
     : Screen(context),
       appDelegate(context.appDelegate),
       app_settings(context.platform.app_settings),
-      sharedCleaner(context.sharedCleaner()) {
+      sharedCleaner(context.sharedCleaner()),
+      other_title_(plan.other_title) {
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
@@ -39,29 +41,38 @@ CategoryPage::CategoryPage(AppContext& context, const Plan& plan)
   panels->addWidget(told, 9);
   layout->addLayout(panels, 1);
   layout->addWidget(bottom_bar(plan));
-  update_ui();
+  for (const auto& category : categories_) {
+    observe(category->row->move, [this, &shown = *category] { mark_current(shown); });
+  }
+  mark_current(*categories_.front());  // whose panel is the first one
+  observe(choice_changed, [this] { update_ui(); });
 }
 
 QWidget* CategoryPage::list_panel(const Plan& plan) {
   auto* panel = new Panel(this);
   auto* layout = new QVBoxLayout(panel);
   layout->setContentsMargins(2 * theme::grid, 2 * theme::grid, 2 * theme::grid, 2 * theme::grid);
-  layout->setSpacing(2 * theme::grid);
+  layout->setSpacing(theme::grid);
   for (const JunkRow& row : plan.rows) layout->addWidget(row_line(row, panel));
   layout->addStretch();
+  other_page_ = text_label({}, theme::Type::detail, theme::readable(theme::secondary, theme::panel_ground()), panel);
+  align_at_beginning(other_page_);
+  other_page_->setContentsMargins(theme::grid, 0, theme::grid, 0);
+  layout->addWidget(other_page_);
   return panel;
 }
 
 QWidget* CategoryPage::row_line(const JunkRow& row, QWidget* parent) {
-  auto* line = new QWidget(parent);
-  line->setMinimumHeight(theme::row_height);
+  auto* line = new CategoryRow(parent);
+  line->setMinimumHeight(theme::row_height + theme::grid);
   auto* layout = new QHBoxLayout(line);
-  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setContentsMargins(theme::grid, 0, theme::grid, 0);
   layout->setSpacing(theme::grid);
   const QString label = context_.text(row.label);
   auto category = std::make_unique<Category>();
   Category& shown = *category;
   shown.row = &row;
+  shown.line = line;
   shown.button = new CheckButton(line);
   shown.button->setAccessibleName(label);
   keep_place_when_hidden(shown.button);
@@ -75,9 +86,10 @@ QWidget* CategoryPage::row_line(const JunkRow& row, QWidget* parent) {
   layout->addWidget(shown.info);
   layout->addStretch();
   layout->addWidget(shown.size_label);
-  layout->addSpacing(theme::grid);  // a margin would not change sides with the reading direction
   connect(shown.button, &QAbstractButton::clicked, this, [this, &shown](bool on) { toggle(shown, on); });
   connect(shown.info, &QAbstractButton::clicked, this, [this, &shown] { about(shown); });
+  connect(line, &CategoryRow::pressed, this,
+          [this, &shown] { shown.button->isHidden() ? about(shown) : shown.button->click(); });
   categories_.push_back(std::move(category));
   return line;
 }
@@ -123,11 +135,28 @@ void CategoryPage::toggle(Category& category, bool on) {
   context_.flush_settings();
   count(on ? category.size : -category.size);
   post(category.row->move);
-  update_ui();
+  tell_choice();
+}
+
+void CategoryPage::mark_current(const Category& current) {
+  for (const auto& category : categories_) category->line->set_current(category.get() == &current);
+}
+
+void CategoryPage::add_to_line(const Category& category, QWidget* control) {
+  category.line->layout()->addWidget(control);
 }
 
 void CategoryPage::update_ui() {
-  overall_be_cleaned_label->show_text(context_.byte_count(static_cast<std::int64_t>(overall_be_cleaned)));
+  choice_ = junk_choice(sharedCleaner);
+  overall_be_cleaned_label->show_text(context_.byte_count(choice_.bytes));
+  std::int64_t others = 0;
+  for (const RemovalQuestion::Line& line : choice_.lines) {
+    const bool here = std::ranges::any_of(categories_, [&](const auto& own) { return own->row->type == line.type; });
+    if (!here) others += line.size;
+  }
+  other_page_->setText(others == 0 ? QString()
+                                   : context_.text("Also ticked, in \"%@\": %@",
+                                                   {context_.text(other_title_), context_.byte_count(others)}));
 }
 
 }  // namespace tarnby

@@ -5,6 +5,8 @@
 #include <memory>
 #include <vector>
 
+#include "app/junk/category_row.h"
+#include "app/junk/junk_choice.h"
 #include "app/junk/junk_rows.h"
 #include "app/screen.h"
 #include "ui/changing_label.h"
@@ -15,15 +17,19 @@
 namespace tarnby {
 
 /// One of the two category pages: its categories with a box, a size and an info button each, what is told about the one
-/// touched last, and the sum of what will be cleaned.
+/// touched last, and the sum of what will be cleaned, which is that of both pages.
 class CategoryPage : public Screen {
   Q_OBJECT
  public:
   AppDelegate& appDelegate;
   AppSettings& app_settings;
   Cleaner& sharedCleaner;
-  /// Bytes in the ticked categories.
+  /// Told to both pages when what will be cleaned is another one.
+  static constexpr const char* choice_changed = "junk_choice_changed";
+
+  /// Bytes in the ticked categories of this page.
   std::uint64_t overall_be_cleaned = 0;
+  /// Bytes in the ticked categories of both.
   NumberLabel* overall_be_cleaned_label;
   QWidget* containerView;  // holds the inner page container
   PushButton* back_button;
@@ -32,6 +38,7 @@ class CategoryPage : public Screen {
   /// One category as it is shown.
   struct Category {
     const JunkRow* row;
+    CategoryRow* line;
     CheckButton* button;
     QLabel* size_label;
     InfoButton* info;
@@ -40,13 +47,14 @@ class CategoryPage : public Screen {
   };
   Category& category(std::string_view type);
 
-  /// Shows the sum.
+  /// Shows the sum of both pages, and what of it stands on the other one.
   void update_ui();
 
  protected:
   /// How a page differs from the other one.
   struct Plan {
     const char* title;
+    const char* other_title;
     std::span<const JunkRow> rows;
     const char* inner_pages;
     ButtonKind next_kind;
@@ -56,6 +64,10 @@ class CategoryPage : public Screen {
 
   /// The box of a category was ticked or unticked.
   virtual void toggle(Category& category, bool on);
+  /// What will be cleaned, after `update_ui`.
+  const RemovalQuestion& choice() const { return choice_; }
+  /// Tells both pages that what will be cleaned is another one.
+  void tell_choice() { post(choice_changed); }
   /// Only turns to what is told about it.
   void about(const Category& category) { post(category.row->move); }
   /// Takes the engine's item as it is now: its size, its text, and whether there is a box at all.
@@ -63,13 +75,19 @@ class CategoryPage : public Screen {
   virtual QString size_text(const Category& category) const;
   /// A category with nothing in it has no box to tick.
   virtual bool has_box(const Category& category) const { return category.size >= 1; }
+  /// Adds a line's control behind its size.
+  void add_to_line(const Category& category, QWidget* control);
   void count(std::int64_t bytes) { overall_be_cleaned += static_cast<std::uint64_t>(bytes); }
 
  private:
   QWidget* list_panel(const Plan& plan);
   QWidget* row_line(const JunkRow& row, QWidget* parent);
   QWidget* bottom_bar(const Plan& plan);
+  void mark_current(const Category& current);
 
+  const char* other_title_;
+  QLabel* other_page_ = nullptr;
+  RemovalQuestion choice_;
   std::vector<std::unique_ptr<Category>> categories_;
 };
 

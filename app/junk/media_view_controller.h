@@ -11,6 +11,7 @@ class MediaViewController : public CategoryPage {
   explicit MediaViewController(AppContext& context);
 
   void to_apps_junk();
+  /// Asks, and then cleans what both pages have ticked.
   void cleanup();
   void show_large_files();
   /// Another choice of large files was made; `change` is what it adds to the sum, in bytes.
@@ -19,11 +20,13 @@ class MediaViewController : public CategoryPage {
  protected:
   void toggle(Category& category, bool on) override;
   QString size_text(const Category& category) const override;
-  /// Large files are chosen by ticking their box. Downloads are not measured before; their box is always there.
+  /// Large files are chosen by ticking their box.
   bool has_box(const Category& category) const override;
 
  private:
   void clean_large_files(Category& category, bool on);
+  void lead_to_downloads();
+  void enable_cleanup();
 };
 
 }  // namespace tarnby

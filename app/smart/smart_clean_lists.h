@@ -70,6 +70,7 @@ class SmartCleanLists {
   /// The locations of everything ticked, in the order of the categories and their entries.
   std::vector<Url> ticked_locations() const;
   std::size_t ticked_entries() const;
+  std::size_t ticked_entries(std::size_t group) const { return ticked_[group]; }
 
  private:
   std::vector<Place>& selection(std::size_t group) { return this->*rows()[group].selection; }

@@ -9,7 +9,6 @@
 #include "app/category_look.h"
 #include "app/overlay.h"
 #include "app/screen_catalogue.h"
-#include "app/smart/warning_cleanup_view_controller.h"
 #include "ui/panel.h"
 #include "ui/text_label.h"
 
@@ -199,14 +198,18 @@ void SmartCleanViewController::get_item_info() {
 }
 
 void SmartCleanViewController::ask_and_remove() {
-  const std::size_t entries = ticked_entries();
-  if (entries == 0 || app_settings.boolean("SkipWarning")) return remove();
-  auto made = ScreenCatalogue::smart_clean().make("WarningCleanup", context_);
-  auto* warning = qobject_cast<WarningCleanupViewController*>(made.get());
-  warning->show_amount(context_.byte_count(static_cast<std::int64_t>(smart_junk)), entries);
-  connect(warning, &WarningCleanupViewController::confirmed, this, &SmartCleanViewController::remove);
-  sheet_view_controller = warning;
-  present_sheet(std::move(made));
+  if (ticked_entries() == 0) return remove();
+  sheet_view_controller = ask_before_removal(context_, question(), *this, [this] { remove(); });
+}
+
+RemovalQuestion SmartCleanViewController::question() const {
+  RemovalQuestion question{{}, static_cast<std::int64_t>(smart_junk)};
+  for (std::size_t group = 0; group < count(); ++group) {
+    if (ticked(group) == Ticked::none) continue;
+    const SmartOutlineItem& item = *outlineItems[group];
+    question.lines.push_back({item.type, item.label, ticked_entries(group), item.size});
+  }
+  return question;
 }
 
 void SmartCleanViewController::remove() {

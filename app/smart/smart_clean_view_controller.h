@@ -6,6 +6,7 @@
 #include "app/screen.h"
 #include "app/smart/smart_clean_lists.h"
 #include "app/smart/smart_outline_model.h"
+#include "app/smart/warning_cleanup_view_controller.h"
 #include "ui/chart_view.h"
 #include "ui/push_button.h"
 
@@ -63,6 +64,7 @@ class SmartCleanViewController : public Screen, public SmartCleanLists {
   void menuDidClose();
   /// Where the first location of a row lies; nowhere when it has none.
   Url location_of(const QModelIndex& entry) const;
+  RemovalQuestion question() const;
 
   SmartOutlineModel* model_ = nullptr;
 };

@@ -1,36 +1,70 @@
 #pragma once
 
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
 #include "app/screen.h"
 #include "ui/check_button.h"
 #include "ui/push_button.h"
 
-class QLabel;
+class QLayout;
+class QVBoxLayout;
 
 namespace tarnby {
 
-/// Asks once more before anything is removed, and says how much. Its answers stay in the settings.
+/// What somebody is about to remove, as they are asked about it.
+struct RemovalQuestion {
+  /// One category of it.
+  struct Line {
+    /// How it looks.
+    std::string_view type;
+    /// In English; its translation is shown.
+    std::string label;
+    std::size_t entries;
+    /// Bytes.
+    std::int64_t size;
+  };
+  std::vector<Line> lines;
+  /// Bytes; what two categories list is counted once.
+  std::int64_t bytes = 0;
+
+  std::size_t entries() const;
+};
+
+/// Asks once more before anything is removed, and says how much and what. Its answers stay in the settings.
 class WarningCleanupViewController : public Screen {
   Q_OBJECT
  public:
   explicit WarningCleanupViewController(AppContext& context);
 
-  PushButton* cleanup_button;
-  PushButton* cancel_button;
-  CheckButton* dont_show_button;
+  PushButton* cleanup_button = nullptr;
+  PushButton* cancel_button = nullptr;
+  CheckButton* dont_show_button = nullptr;
 
   /// Goes on with the removal.
   void cleanup();
   /// Does not ask again from now on.
   void dont_show();
 
-  /// Says what would go.
-  void show_amount(const QString& size, std::size_t entries);
+  /// Fills the sheet; once, and before it is shown.
+  void show_question(const RemovalQuestion& question);
 
  Q_SIGNALS:
   void confirmed();
 
  private:
-  QLabel* amount_;
+  void add_lines(QVBoxLayout* layout, const RemovalQuestion& question);
+  void add_consequences(QVBoxLayout* layout, const RemovalQuestion& question);
+  QLayout* buttons(const QString& size);
 };
+
+/// Asks before a removal, over the window of that screen; `remove` runs when the person agrees, or at once where they
+/// do not want to be asked.
+/// @return the sheet that asks, null when none does.
+Screen* ask_before_removal(AppContext& context, const RemovalQuestion& question, Screen& screen,
+                           const std::function<void()>& remove);
 
 }  // namespace tarnby

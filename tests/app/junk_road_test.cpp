@@ -12,6 +12,8 @@
 #include "app/junk/page_controllers.h"
 #include "app/junk/scan_view_controller.h"
 #include "app/junk/select_browsers.h"
+#include "app/smart/warning_cleanup_view_controller.h"
+#include "platform/settings_store.h"
 #include "tests/app/test_window.h"
 
 namespace tarnby {
@@ -124,38 +126,47 @@ TEST(ScanViewController, shows_the_files_of_a_category_but_never_the_first) {
 TEST(CategoryPages, tick_and_untick_what_will_be_cleaned) {
   Pages pages;
   auto& applications = pages.page<ApplicationsViewController>();
-  EXPECT_EQ(pages.sum(applications), "3 MB") << "caches and logs; browsers are off at launch";
+  auto& media = pages.page<MediaViewController>();
+  EXPECT_EQ(pages.sum(applications), "11 MB") << "caches, logs and the Trash; browsers are off at launch";
+  EXPECT_EQ(pages.sum(media), "11 MB") << "one sum for both pages";
+  EXPECT_EQ(applications.overall_be_cleaned, 3'000'000);
   EXPECT_TRUE(applications.category("remainders").button->isHidden()) << "nothing to tick";
   const auto* inner = applications.findChild<ApplicationsPageController*>();
+  const auto on_disk = [&](const char* key) {
+    pages.at.settle();
+    return AppSettings(*open_settings_file(pages.ada.url("settings/settings.plist"))).boolean(key);
+  };
   applications.category("logs").button->click();
-  EXPECT_EQ(pages.sum(applications), "1 MB");
-  EXPECT_FALSE(pages.setting("Logs"));
+  EXPECT_TRUE(pages.sum(applications) == "9 MB" && pages.sum(media) == "9 MB");
+  EXPECT_FALSE(pages.setting("Logs") || on_disk("Logs"));
   EXPECT_EQ(inner->pages->current(), 1);
-  applications.category("logs").button->click();
-  EXPECT_EQ(pages.sum(applications), "3 MB");
-  EXPECT_TRUE(pages.setting("Logs"));
+  const CategoryRow* logs = applications.category("logs").line;
+  EXPECT_TRUE(logs->is_current() && !applications.category("caches").line->is_current());
+  QTest::mouseClick(applications.category("logs").line, Qt::LeftButton, {}, {logs->width() / 2, logs->height() / 2});
+  EXPECT_EQ(pages.sum(applications), "11 MB") << "the whole line is a target";
+  EXPECT_TRUE(pages.setting("Logs") && on_disk("Logs"));
   applications.category("browsers").info->click();
   EXPECT_EQ(inner->pages->current(), 3);
-  EXPECT_EQ(pages.sum(applications), "3 MB") << "only told about";
+  EXPECT_EQ(pages.sum(applications), "11 MB") << "only told about";
 
   applications.category("browsers").button->click();
-  EXPECT_EQ(pages.sum(applications), "16 MB");
+  EXPECT_EQ(pages.sum(applications), "24 MB");
   SelectBrowsers browsers(pages.at.context);
   EXPECT_TRUE(browsers.chrome_button->isChecked() && browsers.safari_button->isChecked());
   EXPECT_FALSE(browsers.mozilla_button->isEnabled()) << "nothing found of it";
   browsers.chrome_button->click();
-  EXPECT_EQ(pages.sum(applications), "7 MB");
+  EXPECT_EQ(pages.sum(media), "15 MB");
   EXPECT_EQ(applications.category("browsers").size_label->text(), "4 MB");
   EXPECT_EQ(pages.ada.relative(pages.cleaner.browser_item->files),
             std::vector<std::string>{"ada/Library/Safari/LocalStorage"});
   EXPECT_FALSE(SelectBrowsers(pages.at.context).chrome_button->isChecked()) << "the choice is kept";
   browsers.chrome_button->click();
-  EXPECT_EQ(pages.sum(applications), "16 MB");
+  EXPECT_EQ(pages.sum(applications), "24 MB");
 
   const PageTurner* turner = pages.at.screen<PageController>()->pages;
   applications.next_button->click();
   EXPECT_EQ(turner->current(), 1);
-  pages.page<MediaViewController>().back_button->click();
+  media.back_button->click();
   EXPECT_EQ(turner->current(), 0);
   applications.back_button->click();
   EXPECT_NE(pages.at.screen<HomeViewController>(), nullptr);
@@ -165,7 +176,7 @@ TEST(CategoryPages, take_large_files_that_were_chosen) {
   Pages pages;
   auto& media = pages.page<MediaViewController>();
   CheckButton* box = media.category("large-files").button;
-  EXPECT_EQ(pages.sum(media), "8 MB");
+  EXPECT_EQ(pages.sum(media), "11 MB");
   EXPECT_EQ(media.category("large-files").size_label->text(), "Choose…");
   pages.at.screen<PageController>()->pages->turn_to(1);
   pages.at.pass(500);
@@ -190,7 +201,7 @@ TEST(CategoryPages, take_large_files_that_were_chosen) {
   EXPECT_TRUE(sheet->selected_files.empty() && !sheet->submitt_button->isEnabled()) << "another choice begins";
   sheet->select_file(model->index(0, 0, model->index(0, 0)), true);
   sheet->submitt_button->click();
-  EXPECT_EQ(pages.sum(media), "608 MB");
+  EXPECT_EQ(pages.sum(media), "611 MB");
   EXPECT_TRUE(box->isChecked() && pages.setting("LargeFiles"));
 
   media.show_large_files();
@@ -199,11 +210,62 @@ TEST(CategoryPages, take_large_files_that_were_chosen) {
   model = sheet->outlineview->model();
   sheet->select_file(model->index(0, 0, model->index(0, 0)), true);
   sheet->submit();
-  EXPECT_EQ(pages.sum(media), "28 MB") << "20 MB in the place of 600 MB";
+  EXPECT_EQ(pages.sum(media), "31 MB") << "20 MB in the place of 600 MB";
   EXPECT_EQ(pages.ada.relative(pages.cleaner.large_files_item->files), std::vector<std::string>{"ada/Notes/text.pdf"});
   media.show_large_files();
   pages.at.card<LargeFilesViewController>()->submit();
-  EXPECT_EQ(pages.sum(media), "28 MB") << "nothing ticked changes nothing";
+  EXPECT_EQ(pages.sum(media), "31 MB") << "nothing ticked changes nothing";
+}
+
+TEST(CategoryPages, ask_about_both_pages_before_they_clean) {
+  Pages pages([](TestPlatform& ada) { ada.tree.file("ada/Downloads/kept", 70'000'000); });
+  auto& media = pages.page<MediaViewController>();
+  const auto sheet = [&] { return pages.at.card<WarningCleanupViewController>(); };
+  pages.at.screen<PageController>()->pages->turn_to(1);
+  pages.at.pass(500);
+  media.next_button->click();
+  ASSERT_NE(sheet(), nullptr);
+  EXPECT_EQ(sheet()->windowTitle(), "Remove 11 MB for good?");
+  std::vector<std::string> words;
+  for (const QLabel* label : sheet()->findChildren<QLabel*>()) words.push_back(label->text().toStdString());
+  EXPECT_THAT(words, testing::IsSupersetOf({"Applications caches", "1 MB", "Applications logs", "2 MB", "Trash Bin",
+                                            "8 MB", "Trash Bin: what you threw away cannot be put back."}));
+  sheet()->dont_show_button->click();
+  sheet()->cancel_button->click();
+  EXPECT_FALSE(pages.setting("SkipWarning")) << "who cancels has not answered anything";
+  EXPECT_NE(pages.at.screen<PageController>(), nullptr);
+
+  for (const char* type : {"caches", "logs"}) pages.page<ApplicationsViewController>().category(type).button->click();
+  media.category("trash").button->click();
+  EXPECT_EQ(pages.sum(media), "Zero KB");
+  EXPECT_FALSE(media.next_button->isEnabled()) << "nothing is ticked";
+  media.category("trash").button->click();
+  media.next_button->click();
+  EXPECT_EQ(sheet()->windowTitle(), "Remove 8 MB for good?");
+  sheet()->dont_show_button->click();
+  sheet()->cleanup_button->click();
+  EXPECT_NE(pages.at.screen<DeleteViewController>(), nullptr);
+  EXPECT_TRUE(pages.setting("SkipWarning") && pages.setting("CleanupReady"));
+}
+
+TEST(CategoryPages, lead_to_the_downloads_and_never_tick_them) {
+  Pages pages([](TestPlatform& ada) { ada.tree.file("ada/Downloads/kept", 70'000'000); });
+  auto& media = pages.page<MediaViewController>();
+  EXPECT_EQ(media.category("downloads").size_label->text(), "") << "nobody has measured them";
+  pages.ada.platform.app_settings.set_boolean("Downloads", true);
+  pages.cleaner.downloads_item = std::make_shared<CleanerItem>();
+  pages.cleaner.downloads_item->size = 70'000'000;
+  pages.at.post("page_controller");
+  pages.at.screen<PageController>()->pages->turn_to(1);
+  pages.at.pass(500);
+  auto& measured = pages.page<MediaViewController>();
+  const CategoryPage::Category& downloads = measured.category("downloads");
+  EXPECT_EQ(downloads.size_label->text(), "70 MB");
+  EXPECT_TRUE(downloads.button->isHidden() && !downloads.button->isChecked());
+  EXPECT_EQ(pages.sum(measured), "11 MB");
+  downloads.line->findChild<PushButton*>()->click();
+  pages.at.settle();
+  EXPECT_THAT(pages.at.workspace.asked, ElementsAre("reveal " + pages.ada.tree.path("ada/Downloads")));
 }
 
 TEST(LargeFiles, are_at_least_what_the_slider_says) {

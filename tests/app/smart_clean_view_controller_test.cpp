@@ -134,7 +134,8 @@ TEST_F(SmartCleanTest, asks_before_it_removes_what_is_ticked) {
   screen->remove_button->click();
   auto* warning = at.card<WarningCleanupViewController>();
   ASSERT_NE(warning, nullptr);
-  EXPECT_EQ(warning->accessibleDescription(), "14 KB in 4 entries");
+  EXPECT_EQ(warning->windowTitle(), "Remove 14 KB for good?");
+  EXPECT_EQ(warning->accessibleDescription(), "4 entries do not go to the Trash and cannot be brought back.");
   EXPECT_EQ(screen->sheet_view_controller, warning);
   EXPECT_EQ(QApplication::focusWidget(), warning->cancel_button);
   QTest::mouseClick(warning->parentWidget(), Qt::LeftButton, {}, {1, 1});
@@ -146,13 +147,16 @@ TEST_F(SmartCleanTest, asks_before_it_removes_what_is_ticked) {
   screen->remove_button->click();
   warning = at.card<WarningCleanupViewController>();
   warning->dont_show_button->click();
-  EXPECT_TRUE(stored("SkipWarning"));
-  warning->dont_show_button->click();
-  EXPECT_FALSE(stored("SkipWarning") || stored("CleanupReady"));
+  press(Qt::Key_Escape);
+  EXPECT_FALSE(stored("SkipWarning") || stored("CleanupReady")) << "who cancels has not answered anything";
+  screen->remove_button->click();
+  warning = at.card<WarningCleanupViewController>();
+  EXPECT_FALSE(warning->dont_show_button->isChecked());
   warning->cleanup_button->click();
   EXPECT_NE(at.screen<SmartCleanupViewController>(), nullptr);
   EXPECT_EQ(at.card(), nullptr);
   EXPECT_TRUE(stored("CleanupReady"));
+  EXPECT_FALSE(stored("SkipWarning"));
   EXPECT_EQ(at.engine->cleaner.wasCleaned, 14000);
   EXPECT_THAT(ada.tree.listing(),
               testing::Not(testing::Contains(

@@ -112,7 +112,7 @@ class Road(window.Window):
         self.start()
         self.clean("Scan")
         someone.presses("Do not ask again", "check box")
-        someone.presses("Remove for good")
+        self.agree()
         someone.presses("Download")
         companion = "appstream://com.corvash.uninstaller-orvane"
         self.expect_opened(companion)

@@ -51,9 +51,9 @@ class Road(window.Window):
         self.expect_selected(byte_count(size))
         self.assertEqual(tree_of(self.folder / "sample"), before)  # so far nothing was touched
         someone.presses("Remove")
-        self.assertEqual(someone.sees("dialog", "Remove for good?").description,
-                         f"{byte_count(size)} in {len(ticked)} entries")
-        someone.presses("Remove for good")
+        self.assertEqual(someone.sees("dialog", f"Remove {byte_count(size)} for good?").description,
+                         f"{len(ticked)} entries do not go to the Trash and cannot be brought back.")
+        self.agree()
         someone.sees("label", "was cleaned")
         someone.sees("label", byte_count(size))
         someone.presses("Done")
@@ -82,10 +82,13 @@ class Road(window.Window):
         someone.presses("Categories", "link")
         someone.reads('Scan in "')
         applications = ("Caches", "Logs", "Remainders")
-        someone.sees("label", byte_count(sum(sizes[key] for key in applications)))
+        ticked = sum(sizes[key] for key in (*applications, "Trash", "Mails"))
+        someone.sees("label", byte_count(ticked))  # of both pages
         someone.presses("Media junk")
-        someone.sees("label", byte_count(sizes["Mails"] + sizes["Trash"]))  # each page has a sum of its own
+        someone.sees("label", byte_count(ticked))
         someone.presses("Mail attachments", "check box")
+        ticked -= sizes["Mails"]
+        someone.sees("label", byte_count(ticked))
 
         someone.presses("Large files", "check box")
         someone.sees("slider", "Least size")
@@ -96,19 +99,26 @@ class Road(window.Window):
         first = large["groups"][0]["items"][0]
         someone.sees("label", f"Selected: {byte_count(first['size'])}")
         someone.presses("Add to cleanup")
-        someone.sees("label", byte_count(sizes["Trash"] + first["size"]))
+        ticked += first["size"]
+        someone.sees("label", byte_count(ticked))
+        someone.presses("Clean")
+        asked = f"Remove {byte_count(ticked)} for good?"
+        someone.sees("dialog", asked)
+        someone.presses("Cancel")
+        someone.waits_for("the sheet to go", lambda: not someone.find("dialog", asked))
         self.assertEqual(tree_of(self.folder / "sample"), before)
         someone.presses("Clean")
+        self.agree(byte_count(ticked))
         someone.reads('Cleanup in "')
         someone.sees("label", "was cleaned")
-        ticked = {*applications, "Trash"}
-        size = sum(sizes[key] for key in ticked) + first["size"]
+        cleaned = {*applications, "Trash"}
+        size = sum(sizes[key] for key in cleaned) + first["size"]
         someone.sees("label", byte_count(size))
         someone.presses("Done")
         someone.sees("push button", "Scan")
         self.close_window()
 
-        gone = [pathlib.Path(path) for category in junk["categories"] if category["key"] in ticked
+        gone = [pathlib.Path(path) for category in junk["categories"] if category["key"] in cleaned
                 for path in category["paths"]] + [pathlib.Path(first["path"])]
         self.assertEqual(tree_of(self.folder / "sample"),
                          {path: state for path, state in before.items()

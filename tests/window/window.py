@@ -81,6 +81,14 @@ class Window(unittest.TestCase):
         self.person.presses("Allow")
         self.person.waits_for("the chooser to go", lambda: not self.person.find("dialog", "Allow access"))
 
+    def agree(self, size=None):
+        """Agrees to the removal that the sheet asks about, which says how much, wherever it was asked for."""
+        def button():
+            asked = [element.name for element, _ in self.person.everything() if element.getRoleName() == "dialog"
+                     and element.name.startswith(f"Remove {size or ''}")]
+            return asked and self.person.find("push button", asked[0].removesuffix(" for good?"))
+        self.person.waits_for("the sheet that asks", button).queryAction().doAction(0)
+
     def rows(self, outline=OUTLINE):
         return [cell.name for cell in self.person.sees("tree", outline) if cell.getRoleName() == "table cell"]
 
