@@ -44,10 +44,10 @@ ExitStatus run_clean(Context& context) {
   cleaning.parts = parts_of(cleaner, groups);
   cleaning.bytes = selection.bytes;
   cleaning.print = [&] { print_smart_scan(context, cleaner, groups); };
-  cleaning.remove = [&](const std::atomic<bool>* stop) {
+  cleaning.remove = [&](const RemovalOptions& options) {
     cleaner.files = cleaning.files;
     cleaner.wasCleaned = cleaning.bytes;
-    return cleaner.remove_files(stop);
+    return cleaner.remove_files(options);
   };
   return carry_out(context, cleaner, cleaning);
 }

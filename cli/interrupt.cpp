@@ -15,6 +15,7 @@ enum class Phase { before_removal, removal, after_removal };
 
 std::atomic<Phase> phase{Phase::before_removal};
 std::atomic<bool> stop_asked{false};
+std::atomic<bool> stop_now_asked{false};
 std::atomic<bool> shows_terminal{false};
 static_assert(std::atomic<Phase>::is_always_lock_free && std::atomic<bool>::is_always_lock_free);
 
@@ -25,6 +26,14 @@ void say(std::string_view line) {
   [[maybe_unused]] const auto written = write(STDERR_FILENO, line.data(), line.size());
 }
 
+void take_stop() {
+  if (!stop_asked.exchange(true)) {
+    if (shows_terminal) say("Stopping after the entry in hand. Once more: stopping at once.\n");
+  } else if (!stop_now_asked.exchange(true) && shows_terminal) {
+    say("Stopping at once.\n");
+  }
+}
+
 /// Only what signal-safety(7) allows.
 void take_signal(int /*number*/) {
   switch (phase.load()) {
@@ -32,7 +41,7 @@ void take_signal(int /*number*/) {
       say("tarnby-cleaner-cli: interrupted; nothing was removed\n");
       _exit(interrupted);
     case Phase::removal:
-      if (!stop_asked.exchange(true) && shows_terminal) say("Stopping after the entry in hand.\n");
+      take_stop();
       return;
     case Phase::after_removal:
       say("tarnby-cleaner-cli: interrupted after the removal; what is shown of it may be cut off\n");
@@ -62,6 +71,9 @@ StopOnInterrupt::~StopOnInterrupt() {
 }
 const std::atomic<bool>& StopOnInterrupt::asked() const {
   return stop_asked;
+}
+RemovalOptions StopOnInterrupt::options() const {
+  return {.stop = &stop_asked, .stop_now = &stop_now_asked};
 }
 
 }  // namespace tarnby::cli

@@ -114,9 +114,9 @@ ExitStatus run_cleanup(Context& context) {
     cleaning.bytes = add_bytes(cleaning.bytes, item.size);
   }
   cleaning.print = [&] { print_junk_scan(context, cleaner, categories); };
-  cleaning.remove = [&](const std::atomic<bool>* stop) {
+  cleaning.remove = [&](const RemovalOptions& options) {
     CleanupReport report;
-    report.stop = stop;
+    report.options = options;
     cleaner.cleanup_with_complete_handler([] {}, &report);
     return std::move(report.removals);
   };

@@ -100,7 +100,7 @@ RemovalReport run_removal(Context& context, std::span<const Url> urls, const Sto
   const std::vector<bool> refused = files.refuses_to_remove(urls);
   Progress progress(context);
   progress.show("Removing " + entries_text(places.size()));
-  const std::vector<Removal> removals = remove(&stop.asked());
+  const std::vector<Removal> removals = remove(stop.options());
   const std::vector<Status> after = files.statuses(urls);
   RemovalReport report;
   report.was_interrupted = stop.asked();

@@ -46,7 +46,7 @@ bool removal_is_agreed(Context& context, const RemovalPreview& preview, std::int
 /// The report when nothing was touched, as the user wished.
 RemovalReport declined_removal(const RemovalPreview& preview);
 
-using RemoveListed = std::function<std::vector<Removal>(const std::atomic<bool>* stop)>;
+using RemoveListed = std::function<std::vector<Removal>(const RemovalOptions& options)>;
 
 /// Takes the listed paths away with `remove` and reports what went. An interrupt stops it after the entry in hand; the
 /// caller keeps `stop` until nothing may get lost any more.

@@ -59,8 +59,8 @@ ExitStatus run_uninstall(Context& context) {
   }
   // What was shown goes, and nothing that a second search might find.
   const StopOnInterrupt stop;
-  const RemovalReport report = run_removal(context, listed, stop, [&](const std::atomic<bool>* stop_asked) {
-    return item->remove_found_files(context.platform, stop_asked);
+  const RemovalReport report = run_removal(context, listed, stop, [&](const RemovalOptions& options) {
+    return item->remove_found_files(context.platform, options);
   });
   show_result(context, report);
   return status_of_removal(report);

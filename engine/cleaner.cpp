@@ -66,8 +66,8 @@ std::string Cleaner::package_extension_at_url(const Url& url) const {
   return std::string(name.substr(name.rfind('.') + 1));
 }
 
-std::vector<Removal> Cleaner::remove_files(const std::atomic<bool>* stop) {
-  return platform_.files.remove(files, stop);
+std::vector<Removal> Cleaner::remove_files(const RemovalOptions& options) {
+  return platform_.files.remove(files, options);
 }
 
 }  // namespace tarnby

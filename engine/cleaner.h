@@ -164,8 +164,7 @@ class Cleaner {
 
   /// Removes `files` for good, in order, and touches no category, no total and no setting. The result tells what became
   /// of each; screens ignore it.
-  /// @param stop when it becomes true, the entry in hand is finished and the rest is left.
-  std::vector<Removal> remove_files(const std::atomic<bool>* stop = nullptr);
+  std::vector<Removal> remove_files(const RemovalOptions& options = {});
 
  private:
   struct Found {

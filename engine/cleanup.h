@@ -1,6 +1,5 @@
 #pragma once
 
-#include <atomic>
 #include <memory>
 #include <span>
 #include <string_view>
@@ -34,9 +33,9 @@ std::span<const CleanupCategory> junk_categories();
 
 /// What a removal run did, for those who show more than its handler can tell them.
 struct CleanupReport {
-  /// When it becomes true, the entry in hand is finished and the rest is left. The sizes of all categories are counted
-  /// all the same; whoever stops a run counts what went. May be null.
-  const std::atomic<bool>* stop = nullptr;
+  /// How the run is watched and ended; set before it. The sizes of all categories are counted by the engine also when
+  /// it was stopped; what really went is in `removals`.
+  RemovalOptions options;
   /// What became of each location of `Cleaner::cleanup_files`, in that order.
   std::vector<Removal> removals;
   /// The locations in the Trash and among the large files that could not be removed and are still there.

@@ -73,8 +73,7 @@ struct ApplicationItem {
 
   /// Removes what `files` lists, in order and for good; the result tells what became of each of `listed_files`. A file
   /// that cannot be removed does not stop those after it.
-  /// @param stop when it becomes true, the entry in hand is finished and the rest is left.
-  std::vector<Removal> remove_found_files(Platform& platform, const std::atomic<bool>* stop = nullptr) const;
+  std::vector<Removal> remove_found_files(Platform& platform, const RemovalOptions& options = {}) const;
 
   /// Fills `sizes` for `files`; of a folder counts what is not hidden in it.
   void measure_files(Platform& platform);

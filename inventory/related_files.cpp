@@ -268,8 +268,8 @@ void ApplicationItem::find_removable_files(Platform& platform) {
   sizes.clear();
 }
 
-std::vector<Removal> ApplicationItem::remove_found_files(Platform& platform, const std::atomic<bool>* stop) const {
-  return platform.files.remove(listed_files(), stop);
+std::vector<Removal> ApplicationItem::remove_found_files(Platform& platform, const RemovalOptions& options) const {
+  return platform.files.remove(listed_files(), options);
 }
 
 void ApplicationItem::measure_files(Platform& platform) {

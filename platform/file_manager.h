@@ -45,6 +45,26 @@ enum class Readability { absent, unreadable, readable };
 /// True when an error (errno(3)) says nothing about what is there, unlike "there is none" and "you may not".
 bool is_failure(int error);
 
+/// What a removal has done so far. Its workers add to it while they go on; any thread may read it.
+struct RemovalProgress {
+  /// What this run itself has removed: files, links and folders, those inside listed entries included.
+  std::atomic<std::int64_t> entries{0};
+  /// Of the listed entries those that this run has taken whole.
+  std::atomic<std::int64_t> listed{0};
+  /// As Removal::bytes, over all listed entries.
+  std::atomic<std::int64_t> bytes{0};
+};
+
+/// How a removal is watched and ended. What is pointed to must live until the removal has returned; all may be null.
+struct RemovalOptions {
+  /// When it becomes true, the entries in hand are finished and the rest is not attempted.
+  const std::atomic<bool>* stop = nullptr;
+  /// When it becomes true, the removal ends between two system calls: of the entries in hand a part may stay, which
+  /// then fail with ECANCELED.
+  const std::atomic<bool>* stop_now = nullptr;
+  RemovalProgress* progress = nullptr;
+};
+
 /// What became of one entry that was to be removed.
 struct Removal {
   /// False when the pass was stopped before it came to this entry.
@@ -131,8 +151,7 @@ class FileManager {
   /// A link goes itself, never what it points to. Goes on after a failure and takes everything that can be taken. What
   /// lies outside the granted folders fails and is not touched, and so does what is never removed whole. Another file
   /// system or a bind mount inside an entry is not entered. Large trees are taken by several workers.
-  /// @param stop when it becomes true, what is in hand is finished and the rest is not attempted.
-  std::vector<Removal> remove(std::span<const Url> urls, const std::atomic<bool>* stop = nullptr);
+  std::vector<Removal> remove(std::span<const Url> urls, const RemovalOptions& options = {});
 
   /// For each entry, true when `remove` would refuse it: outside the granted folders, or never removed whole.
   std::vector<bool> refuses_to_remove(std::span<const Url> urls) const;

@@ -40,6 +40,37 @@ bool may_pass(int error) {
   return is_not_empty(error) || error == EMFILE || error == ENFILE;
 }
 
+bool is_set(const std::atomic<bool>* flag) {
+  return flag && flag->load(std::memory_order_relaxed);
+}
+
+/// What unlinkat(2) took for this run. What others took, or take back, is not among it.
+struct Taken {
+  std::int64_t entries = 0;
+  std::int64_t bytes = 0;
+
+  /// Removes a file, link or special file; errno(3) tells why it could not.
+  bool unlink(int folder, const char* name, std::int64_t size) {
+    if (unlink_at(folder, name, 0) != 0) return false;
+    ++entries;
+    bytes += size;
+    return true;
+  }
+
+  /// Removes a folder that is empty.
+  bool remove_folder(int parent, const char* name) {
+    if (unlink_at(parent, name, AT_REMOVEDIR) != 0) return false;
+    ++entries;
+    return true;
+  }
+
+  void tell(RemovalProgress* progress) const {
+    if (!progress || entries == 0) return;
+    progress->entries.fetch_add(entries, std::memory_order_relaxed);
+    progress->bytes.fetch_add(bytes, std::memory_order_relaxed);
+  }
+};
+
 /// The folder that holds an entry, with what may not be taken out of it.
 struct HoldingFolder {
   Url url;
@@ -108,8 +139,8 @@ class HoldingFolders {
 /// Removes whole folders; each start is one of them, and its account is its place in the list.
 class RemovalJob final : public TraversalJob {
  public:
-  RemovalJob(const GrantedFolders& granted, std::size_t targets, const std::atomic<bool>* stop)
-      : granted_(granted), targets_(targets), stop_(stop) {}
+  RemovalJob(const GrantedFolders& granted, std::size_t targets, const RemovalOptions& options)
+      : granted_(granted), targets_(targets), options_(options) {}
 
   struct Target {
     std::shared_ptr<const HoldingFolder> holding;
@@ -117,6 +148,8 @@ class RemovalJob final : public TraversalJob {
     std::atomic<int> first_error{0};
     /// Once it is, it is the entry in hand, which a stop lets go to its end.
     std::atomic<bool> begun{false};
+    std::atomic<std::int64_t> bytes{0};
+    bool taken = false;
   };
 
   /// Prepares a target; call before its traversal starts.
@@ -135,10 +168,13 @@ class RemovalJob final : public TraversalJob {
 
   bool begun(std::size_t account) const { return targets_[account].begun; }
   int first_error(std::size_t account) const { return targets_[account].first_error; }
+  /// What all its passes have removed.
+  std::int64_t bytes(std::size_t account) const { return targets_[account].bytes; }
+  bool taken(std::size_t account) const { return targets_[account].taken; }
 
   Descriptor open_start(const TraversedFolder& folder) override {
     Target& target = targets_[folder.account()];
-    if (!target.begun && stop_ && stop_->load(std::memory_order_relaxed)) {
+    if (ends_now() || (!target.begun && is_set(options_.stop))) {
       errno = ECANCELED;
       return {};
     }
@@ -155,12 +191,15 @@ class RemovalJob final : public TraversalJob {
 
   void visit(const TraversedFolder& folder, int handle, std::span<const RawEntry> entries,
              FoldersToEnter& enter) override {
+    Taken taken;
     for (const RawEntry& entry : entries) {
+      if (ends_now()) break;
       if (entry.kind == EntryKind::folder) {
         enter.add(entry.name, folder.account());
         continue;
       }
-      if (unlink_at(handle, entry.name.data(), 0) == 0) continue;
+      const std::int64_t size = entry.kind == EntryKind::other ? 0 : size_at(handle, entry.name.data());
+      if (taken.unlink(handle, entry.name.data(), size)) continue;
       const int error = errno;
       // Some systems say EPERM of a folder.
       if (error == EISDIR || (error == EPERM && status_at(handle, entry.name.data()).kind == EntryKind::folder)) {
@@ -169,6 +208,7 @@ class RemovalJob final : public TraversalJob {
         note(folder.account(), error);
       }
     }
+    count(folder.account(), taken);
   }
 
   void leave(const TraversedFolder& folder, int parent_handle) override {
@@ -176,8 +216,11 @@ class RemovalJob final : public TraversalJob {
     const bool is_start = folder.parent() == nullptr;
     const int parent = is_start ? target.holding->handle.get() : parent_handle;
     const std::string& name = is_start ? target.name : folder.name();
-    remove_left(folder, parent, name, is_start);
+    Taken taken;
+    remove_left(folder, parent, name, taken);
+    count(folder.account(), taken);
     if (!is_start) return;
+    if (taken.entries > 0) note_taken(target);
     const std::lock_guard lock(mutex_);
     --in_hand_;
     one_done_.notify_all();
@@ -196,7 +239,22 @@ class RemovalJob final : public TraversalJob {
     return folder;
   }
 
-  void remove_left(const TraversedFolder& folder, int parent, const std::string& name, bool is_entry) {
+  bool ends_now() {
+    if (!is_set(options_.stop_now)) return false;
+    cancel();
+    return true;
+  }
+
+  void note_taken(Target& target) {
+    if (!std::exchange(target.taken, true) && options_.progress) options_.progress->listed.fetch_add(1);
+  }
+
+  void count(std::size_t account, const Taken& taken) {
+    if (taken.bytes != 0) targets_[account].bytes.fetch_add(taken.bytes, std::memory_order_relaxed);
+    taken.tell(options_.progress);
+  }
+
+  void remove_left(const TraversedFolder& folder, int parent, const std::string& name, Taken& taken) {
     const int why_closed = folder.error();
     if (why_closed == EPERM || why_closed == EXDEV || why_closed == ECANCELED) {
       note(folder.account(), why_closed);
@@ -204,9 +262,11 @@ class RemovalJob final : public TraversalJob {
     }
     // The parent is no longer where it was found: whether anything of it is left shows when it is left itself.
     if (parent < 0) return;
-    if (unlink_at(parent, name.c_str(), AT_REMOVEDIR) == 0) return;  // an empty one goes even when it is unreadable
+    if (ends_now()) return note(folder.account(), ECANCELED);
+    if (taken.remove_folder(parent, name.c_str())) return;  // an empty one goes even when it is unreadable
+    const bool is_entry = folder.parent() == nullptr;
     // No folder any more: within an entry what it became goes, too.
-    if (errno == ENOTDIR && !is_entry && unlink_at(parent, name.c_str(), 0) == 0) return;
+    if (errno == ENOTDIR && !is_entry && taken.unlink(parent, name.c_str(), size_at(parent, name.c_str()))) return;
     note(folder.account(), is_not_empty(errno) && why_closed != 0 ? why_closed : errno);
   }
 
@@ -218,7 +278,7 @@ class RemovalJob final : public TraversalJob {
 
   const GrantedFolders& granted_;
   std::vector<Target> targets_;
-  const std::atomic<bool>* const stop_;
+  const RemovalOptions options_;
   std::mutex mutex_;
   std::condition_variable one_done_;
   std::size_t in_hand_ = 0;
@@ -228,12 +288,12 @@ class RemovalJob final : public TraversalJob {
 class RemovalPass {
  public:
   RemovalPass(const GrantedFolders& granted, unsigned threads, std::size_t handles, std::span<const Url> urls,
-              const std::atomic<bool>* stop)
+              const RemovalOptions& options)
       : granted_(granted),
         urls_(urls),
-        stop_(stop),
+        options_(options),
         holding_(granted),
-        job_(granted, urls.size(), stop),
+        job_(granted, urls.size(), options),
         results_(urls.size()),
         threads_(threads),
         handles_(handles) {}
@@ -242,7 +302,7 @@ class RemovalPass {
     for (std::size_t at = 0; at < urls_.size() && !stopped(); ++at) take(at);
     finish();
     // Also where nothing failed a folder may be found not empty.
-    for (int again = 0; again < 3 && !once_more_.empty(); ++again) {
+    for (int again = 0; again < 3 && !once_more_.empty() && !is_set(options_.stop_now); ++again) {
       for (const std::size_t at : std::exchange(once_more_, {})) take(at);
       finish();
     }
@@ -250,12 +310,13 @@ class RemovalPass {
   }
 
  private:
-  bool stopped() const { return stop_ && stop_->load(std::memory_order_relaxed); }
+  bool stopped() const { return is_set(options_.stop) || is_set(options_.stop_now); }
 
   void take(std::size_t at) {
     const Url& url = urls_[at];
     Removal& result = results_[at];
-    result = {true, {}};
+    result = {};
+    result.attempted = true;
     const auto holding = holding_.holding(url);
     if (!holding) {
       result.error = system_error(EPERM);
@@ -277,9 +338,18 @@ class RemovalPass {
       result.error = system_error(ESTALE);
     } else if (standing.kind == EntryKind::folder) {
       take_folder(at, holding, std::move(name));
-    } else if (unlink_at(holding->handle.get(), name.c_str(), 0) != 0 && errno != ENOENT) {
-      result.error = system_error(errno);
+    } else {
+      take_file(result, holding->handle.get(), name, standing.size);
     }
+  }
+
+  void take_file(Removal& result, int folder, const std::string& name, std::int64_t size) {
+    Taken taken;
+    if (!taken.unlink(folder, name.c_str(), size) && errno != ENOENT) result.error = system_error(errno);
+    taken.tell(options_.progress);
+    result.bytes = taken.bytes;
+    result.taken = taken.entries > 0;
+    if (result.taken && options_.progress) options_.progress->listed.fetch_add(1, std::memory_order_relaxed);
   }
 
   void take_folder(std::size_t at, const std::shared_ptr<const HoldingFolder>& holding, std::string name) {
@@ -304,13 +374,15 @@ class RemovalPass {
       }
       const int error = job_.first_error(at);
       results_[at].error = error == 0 ? std::error_code() : system_error(error);
+      results_[at].bytes = job_.bytes(at);
+      results_[at].taken = job_.taken(at);
       if (may_pass(error)) once_more_.push_back(at);
     }
   }
 
   const GrantedFolders& granted_;
   std::span<const Url> urls_;
-  const std::atomic<bool>* stop_;
+  const RemovalOptions options_;
   HoldingFolders holding_;
   RemovalJob job_;
   std::vector<Removal> results_;
@@ -323,8 +395,8 @@ class RemovalPass {
 
 }  // namespace
 
-std::vector<Removal> FileManager::remove(std::span<const Url> urls, const std::atomic<bool>* stop) {
-  return RemovalPass(granted_, workers_, handles_, urls, stop).run();
+std::vector<Removal> FileManager::remove(std::span<const Url> urls, const RemovalOptions& options) {
+  return RemovalPass(granted_, workers_, handles_, urls, options).run();
 }
 
 std::vector<bool> FileManager::refuses_to_remove(std::span<const Url> urls) const {

@@ -81,7 +81,7 @@ void DeleteViewController::schedule_texts() {
 
 void DeleteViewController::start_removal() {
   context_.removal = {.running = true, .left = {}};
-  report_->stop = &context_.ending;
+  report_->options.stop = &context_.ending;
   const auto complete = while_here([this] { cleanup_complete = true; });
   context_.background.async([&context = context_, &cleaner = sharedCleaner, report = report_, complete] {
     const std::vector<Url> files = cleaner.cleanup_files();

@@ -19,7 +19,7 @@ void start_removal(AppContext& context, Cleaner& cleaner) {
   context.removal = {.running = true, .left = {}};
   // Nobody replaces the list meanwhile: that takes another scan, which waits behind this removal.
   context.background.async([&context, &cleaner] {
-    const std::vector<Removal> results = cleaner.remove_files(&context.ending);
+    const std::vector<Removal> results = cleaner.remove_files({.stop = &context.ending});
     auto left = left_of(context.platform.files, cleaner.files, results);
     context.platform.main_queue.async([&context, left = std::move(left)]() mutable {
       context.removal = {.running = false, .left = std::move(left)};

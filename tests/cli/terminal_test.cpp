@@ -76,10 +76,10 @@ TEST(Interrupt, during_a_removal_finishes_the_entry_in_hand_and_reports) {
 
   const Url urls[] = {tree.url("home/.Trash/1"), tree.url("home/.Trash/2")};
   const cli::StopOnInterrupt stop;
-  const cli::RemovalReport report = cli::run_removal(context, urls, stop, [&](const std::atomic<bool>* stop_asked) {
-    std::vector<Removal> results = platform->files.remove(std::span(urls).first(1), stop_asked);
+  const cli::RemovalReport report = cli::run_removal(context, urls, stop, [&](const RemovalOptions& options) {
+    std::vector<Removal> results = platform->files.remove(std::span(urls).first(1), options);
     EXPECT_EQ(raise(SIGINT), 0);
-    results.push_back(platform->files.remove(std::span(urls).subspan(1), stop_asked).front());
+    results.push_back(platform->files.remove(std::span(urls).subspan(1), options).front());
     return results;
   });
   EXPECT_EQ(cli::status_of_removal(report), 130);

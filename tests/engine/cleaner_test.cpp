@@ -66,7 +66,7 @@ TEST(Cleaner, removes_the_listed_files_in_order_and_nothing_else) {
     of.cleaner.files.push_back(ada.url(path));
   }
   const std::atomic<bool> stopped = true;
-  for (const Removal& removal : of.cleaner.remove_files(&stopped)) EXPECT_FALSE(removal.attempted);
+  for (const Removal& removal : of.cleaner.remove_files({.stop = &stopped})) EXPECT_FALSE(removal.attempted);
   EXPECT_TRUE(ada.tree.exists("ada/Library/Caches/a/deep/x")) << "stopped before it began";
   std::vector<bool> failed;
   for (const Removal& removal : of.cleaner.remove_files()) failed.push_back(bool(removal.error));

@@ -77,6 +77,7 @@ TEST(Cleanup, tells_what_of_the_trash_and_the_large_files_it_had_to_leave) {
     home.run(&report);
     EXPECT_THAT(home.ada.relative(report.left), ElementsAre("ada/Trash/x", "ada/LargeFiles/x"));
     EXPECT_EQ(report.removals.size(), home.of.cleaner.cleanup_files().size());
+    EXPECT_TRUE(report.removals[3].taken && !report.removals[0].taken && !report.removals[1].taken);
     EXPECT_EQ(home.of.cleaner.wasCleaned, 360 - 70) << "whatever could be removed";
   });
 }

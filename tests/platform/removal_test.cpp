@@ -185,6 +185,70 @@ TEST(Removal, takes_all_it_can_and_reports_the_rest) {
   }
 }
 
+struct Sum {
+  std::int64_t bytes = 0;
+  std::int64_t taken = 0;
+
+  void add(const std::vector<Removal>& removals) {
+    for (const Removal& removal : removals) {
+      bytes += removal.bytes;
+      taken += removal.taken ? 1 : 0;
+    }
+  }
+};
+
+TEST(Removal, tells_what_it_took_itself) {
+  for (const Team& team : teams) {
+    SCOPED_TRACE(team.why());
+    TempTree tree;
+    tree.file("grant/file", 10).link("grant/link", "four").fifo("grant/fifo").file("outside", 1'000);
+    tree.file("grant/t/a", 1).file("grant/t/sub/b", 20).link("grant/t/sub/link", "../../../outside");
+    tree.folder("grant/t/empty").fifo("grant/t/fifo").file("grant/part/gone", 300).file("grant/part/fixed/kept", 4'000);
+    tree.mode("grant/part/fixed", 0555);
+    ASSERT_EQ(link(tree.path("grant/file").c_str(), tree.path("grant/t/hard").c_str()), 0);
+    test::as_plain_user(tree, [&] {
+      RemovalProgress progress;
+      const Paths paths = {"grant/file", "grant/link", "grant/fifo", "grant/t",
+                           "grant/part", "grant/none", "outside",    "grant/file"};
+      const auto removals = Remover(tree, team).files.remove(urls_in(tree, paths), {.progress = &progress});
+      std::vector<std::int64_t> bytes;
+      std::vector<bool> taken;
+      for (const Removal& removal : removals) bytes.push_back(removal.bytes);
+      for (const Removal& removal : removals) taken.push_back(removal.taken);
+      EXPECT_THAT(bytes, ElementsAre(10, 4, 0, 1 + 20 + 16 + 10, 300, 0, 0, 0)) << "each name once";
+      EXPECT_THAT(taken, ElementsAre(true, true, true, true, false, false, false, false));
+      EXPECT_EQ(progress.bytes, 10 + 4 + 47 + 300);
+      EXPECT_EQ(progress.listed, 4);
+      EXPECT_EQ(progress.entries, 3 + 8 + 1) << "files, links and folders, within the listed ones, too";
+    });
+    tree.mode("grant/part/fixed", 0755);
+  }
+}
+
+TEST(Removal, counts_for_one_of_several_at_once_what_that_one_took) {
+  TempTree tree;
+  Paths paths;
+  for (int i = 0; i < 60; ++i) {
+    paths.push_back("grant/" + std::to_string(i));
+    for (const char* name : {"/a/1", "/a/b/2", "/3", "/c/4"}) tree.file(paths.back() + name, 7);
+    paths.push_back("grant/file" + std::to_string(i));
+    tree.file(paths.back(), 7);
+  }
+  const std::vector<Url> urls = urls_in(tree, paths);
+  std::vector<Removal> of[4];
+  {
+    std::vector<std::jthread> runs;
+    for (std::size_t i = 0; i < std::size(of); ++i) {
+      runs.emplace_back([&, i] { of[i] = Remover(tree, teams[i]).files.remove(urls); });
+    }
+  }
+  EXPECT_EQ(tree.listing(), Listing{"grant/"});
+  Sum all;
+  for (const std::vector<Removal>& removals : of) all.add(removals);
+  EXPECT_EQ(all.bytes, 60 * 5 * 7) << "together what was there, not once for each run";
+  EXPECT_EQ(all.taken, 2 * 60);
+}
+
 TEST(Removal, reaches_any_depth_and_any_count_with_few_handles) {
   for (const Team& team : {Team{1, 0}, Team{8, 0}, Team{1, 16}, Team{8, 16}}) {
     SCOPED_TRACE(team.why());
@@ -264,11 +328,37 @@ TEST(Removal, stops_between_two_entries) {
       while (tree.exists("grant/3")) std::this_thread::yield();
       stop = true;
     });
-    const std::vector<int> found = errors(Remover(tree, team).files.remove(urls_in(tree, entries), &stop));
+    const std::vector<int> found = errors(Remover(tree, team).files.remove(urls_in(tree, entries), {.stop = &stop}));
     for (std::size_t i = 0; i < entries.size(); ++i) {
       const bool whole = tree.exists(entries[i] + "/a/1") && tree.exists(entries[i] + "/2");
       EXPECT_TRUE(found[i] == -1 ? whole : !tree.exists(entries[i])) << "neither whole nor gone";
     }
+  }
+}
+
+TEST(Removal, ends_at_once_in_the_middle_of_an_entry_and_tells_that_a_part_stays) {
+  for (const Team& team : teams) {
+    SCOPED_TRACE(team.why());
+    bool caught = false;
+    for (int round = 0; round < 20 && !caught; ++round) {
+      TempTree tree;
+      for (int i = 0; i < 300; ++i) tree.file("grant/t/" + std::to_string(i) + "/sub/x", 1).file("grant/after");
+      std::atomic<bool> stop_now{false};
+      RemovalProgress progress;
+      std::jthread stopper([&] {
+        while (progress.entries == 0) std::this_thread::yield();
+        stop_now = true;
+      });
+      const auto removals =
+          Remover(tree, team)
+              .files.remove(urls_in(tree, {"grant/t", "grant/after"}), {.stop_now = &stop_now, .progress = &progress});
+      std::int64_t left = 0;
+      for (const std::string& path : tree.listing()) left += path.ends_with("/x") ? 1 : 0;
+      EXPECT_EQ(removals[0].bytes + left, 300);
+      caught = removals[0].error == std::errc::operation_canceled;
+      EXPECT_TRUE(!caught || (tree.exists("grant/t") && !removals[0].taken));
+    }
+    EXPECT_TRUE(caught) << "an entry in hand is not finished";
   }
 }
 
