@@ -2,6 +2,7 @@
 
 #include "cli/cleaning.h"
 #include "cli/commands.h"
+#include "cli/look_problems.h"
 #include "cli/smart_scan_run.h"
 #include "cli/smart_scan_table.h"
 #include "engine/smart_selection.h"
@@ -38,6 +39,7 @@ ExitStatus run_clean(Context& context) {
   need_somebody_to_ask(context);
   Cleaner& cleaner = Cleaner::sharedCleaner();
   run_smart_scan(context, cleaner);
+  tell_problems(context, cleaner, groups);
   SmartSelection selection = select_groups(cleaner, groups);
   Cleaning cleaning;
   cleaning.files = std::move(selection.files);
@@ -49,7 +51,7 @@ ExitStatus run_clean(Context& context) {
     cleaner.wasCleaned = cleaning.bytes;
     return cleaner.remove_files(options);
   };
-  return carry_out(context, cleaner, cleaning);
+  return status_after_looks(carry_out(context, cleaner, cleaning), cleaner, groups);
 }
 
 }  // namespace tarnby::cli

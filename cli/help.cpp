@@ -24,7 +24,9 @@ First steps:
   tarnby-cleaner-cli scan
 
 Exit status: 0 done; 1 something could not be removed or written; 2 the command
-line is wrong; 3 a folder is missing or not given access to; 130 interrupted.
+line is wrong; 3 a folder is missing or not given access to; 4 what is listed is
+true, but not all could be looked at, since the disk or the system failed;
+130 interrupted.
 )";
 
 std::string with_words(std::string_view name, std::string_view words) {

@@ -16,6 +16,8 @@ enum ExitStatus {
   left_something = 1,
   wrong_usage = 2,
   no_access = 3,
+  /// What is listed is true, but the disk or the system failed before all was seen.
+  cut_short = 4,
   interrupted = 130,
 };
 

@@ -4,6 +4,7 @@
 #include "cli/commands.h"
 #include "cli/json.h"
 #include "cli/junk_scan_table.h"
+#include "cli/look_problems.h"
 #include "cli/progress.h"
 #include "platform/bytes.h"
 
@@ -24,7 +25,8 @@ Json json_categories(const Cleaner& cleaner) {
     categories.push_back({{"key", category.setting},
                           {"size", item.size},
                           {"string_size", json_text(item.string_size)},
-                          {"paths", json_paths(item.files)}});
+                          {"paths", json_paths(item.files)},
+                          {"problem", json_problem(cleaner.problem_of(category.setting))}});
   }
   return categories;
 }
@@ -78,6 +80,7 @@ ExitStatus run_junk(Context& context) {
   need_folders(context);
   Cleaner& cleaner = Cleaner::sharedCleaner();
   run_junk_scan(context, cleaner);
+  const ExitStatus status = status_of_looks(cleaner, all_category_names());
   if (context.asked.json) {
     const Json result = {{"apps_junk_size", cleaner.apps_junk_size},
                          {"media_junk_size", cleaner.media_junk_size},
@@ -85,16 +88,16 @@ ExitStatus run_junk(Context& context) {
                          {"categories", json_categories(cleaner)},
                          {"clients", json_clients(cleaner)}};
     context.out << json_line(result);
-    return done;
+    return status;
   }
   print_junk_scan(context, cleaner, junk_categories());
-  if (!context.out_is_terminal) return done;
+  if (!context.out_is_terminal) return status;
   context.out << "\nRemove what the settings say:  tarnby-cleaner-cli cleanup  ("
               << context.platform.text.byte_count(cleaner.beCleaned())
               << ")\n"
                  "Remove some categories:        tarnby-cleaner-cli cleanup Caches Logs\n"
                  "List what would go:            tarnby-cleaner-cli cleanup --dry-run\n";
-  return done;
+  return status;
 }
 
 ExitStatus run_cleanup(Context& context) {
@@ -105,6 +108,9 @@ ExitStatus run_cleanup(Context& context) {
   Cleaner& cleaner = Cleaner::sharedCleaner();
   run_junk_scan(context, cleaner);
   const std::vector<CleanupCategory> categories = switched_on(context);
+  std::vector<std::string_view> names;
+  for (const CleanupCategory& category : categories) names.push_back(category.setting);
+  tell_problems(context, cleaner, names);
   Cleaning cleaning;
   cleaning.files = cleaner.cleanup_files();
   for (const CleanupCategory& category : categories) {
@@ -121,7 +127,7 @@ ExitStatus run_cleanup(Context& context) {
     return std::move(report.removals);
   };
   cleaning.is_dated = true;
-  return carry_out(context, cleaner, cleaning);
+  return status_after_looks(carry_out(context, cleaner, cleaning), cleaner, names);
 }
 
 }  // namespace tarnby::cli

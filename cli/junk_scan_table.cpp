@@ -1,6 +1,7 @@
 #include "cli/junk_scan_table.h"
 
 #include "cli/labels.h"
+#include "cli/look_problems.h"
 #include "cli/table.h"
 #include "engine/entry_text.h"
 #include "platform/bytes.h"
@@ -58,8 +59,12 @@ void print_junk_scan(Context& context, const Cleaner& cleaner, std::span<const C
     table.heading({"  " + std::string(category.label) + "  [" + std::string(category.setting) + "]", item.string_size});
     const auto clients = client_types(category);
     const Rows rows = clients.empty() ? rows_of_files(context, cleaner, item) : rows_of_clients(text, cleaner, clients);
+    if (const auto problem = cleaner.problem_of(category.setting)) {
+      table.line({"    " + problem_text(*problem)});
+    } else if (rows.empty()) {
+      table.line({"    everything is clean"});
+    }
     for (const auto& row : rows) table.line(row);
-    if (rows.empty()) table.line({"    everything is clean"});
   }
   table.blank();
   const bool is_all = categories.size() == junk_categories().size();

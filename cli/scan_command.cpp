@@ -2,6 +2,7 @@
 
 #include "cli/commands.h"
 #include "cli/json.h"
+#include "cli/look_problems.h"
 #include "cli/smart_scan_run.h"
 #include "cli/smart_scan_table.h"
 
@@ -24,7 +25,11 @@ Json json_groups(const Cleaner& cleaner) {
     const SmartOutlineItem& row = *(cleaner.*category.outline);
     Json items = Json::array();
     for (const CleanerEntry& entry : (cleaner.*category.item)->items) items.push_back(json_entry(entry));
-    groups.push_back({{"type", row.type}, {"label", row.label}, {"size", row.size}, {"items", std::move(items)}});
+    groups.push_back({{"type", row.type},
+                      {"label", row.label},
+                      {"size", row.size},
+                      {"items", std::move(items)},
+                      {"problem", json_problem(cleaner.problem_of(category.type))}});
   }
   return groups;
 }
@@ -35,20 +40,21 @@ ExitStatus run_scan(Context& context) {
   need_folders(context);
   Cleaner& cleaner = Cleaner::sharedCleaner();
   const auto posted = run_smart_scan(context, cleaner);
+  const ExitStatus status = status_of_looks(cleaner, all_groups());
   if (context.asked.json) {
     const Json result = {{"total_smart_size", cleaner.total_smart_size},
                          {"notifications", posted},
                          {"menu", json_menu(cleaner)},
                          {"groups", json_groups(cleaner)}};
     context.out << json_line(result);
-    return done;
+    return status;
   }
   print_smart_scan(context, cleaner, all_groups());
-  if (!context.out_is_terminal) return done;
+  if (!context.out_is_terminal) return status;
   context.out << "\nRemove all of it:       tarnby-cleaner-cli clean\n"
                  "Remove some groups:     tarnby-cleaner-cli clean caches logs\n"
                  "List what would go:     tarnby-cleaner-cli clean --dry-run\n";
-  return done;
+  return status;
 }
 
 }  // namespace tarnby::cli

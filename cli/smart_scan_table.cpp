@@ -4,6 +4,7 @@
 #include <map>
 
 #include "cli/labels.h"
+#include "cli/look_problems.h"
 #include "cli/table.h"
 #include "engine/entry_text.h"
 #include "engine/smart_selection.h"
@@ -74,7 +75,11 @@ void print_smart_scan(Context& context, const Cleaner& cleaner, std::span<const 
     const SmartOutlineItem& group = *(cleaner.*category.outline);
     const CleanerItem& item = *(cleaner.*category.item);
     table.heading({"  " + group.label + "  [" + group.type + "]", text.byte_count(group.size)});
-    if (item.items.empty()) table.line({"    everything is clean"});
+    if (const auto problem = cleaner.problem_of(category.type)) {
+      table.line({"    " + problem_text(*problem)});
+    } else if (item.items.empty()) {
+      table.line({"    everything is clean"});
+    }
     GroupLines(text, cleaner.url_home, item, table).add(rows_shown(context, item.items.size()));
   }
   table.blank();

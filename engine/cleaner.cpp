@@ -43,6 +43,22 @@ Image Cleaner::icon_of_application(const std::string& label) const {
   return known == cache_.names.end() ? Image() : known->second->app_icon;
 }
 
+void Cleaner::look_for_places() {
+  places_ = KnownPlaces::look(platform_.files, url_home);
+  knows_places_ = places_.any();
+}
+
+/// Takes down for a group what the looks for it missed.
+void Cleaner::tell_problem(std::string_view group, const Missed& missed) {
+  const bool leftovers = group == "remainders" || group == "Remainders";
+  auto problem = leftovers ? problem_of_leftovers(remainders_.known_applications(), missed, url_home)
+                           : problem_of_look(missed, url_home);
+  if (!problem && !places_.serves(group)) {
+    problem = {LookProblem::Kind::no_place, std::string(url_home.last_path_component()), true};
+  }
+  problems_.set(group, std::move(problem));
+}
+
 std::int64_t Cleaner::overall_size_of_files(std::span<const Url> urls) {
   return platform_.measurer.overall_size_of_files(urls);
 }

@@ -12,7 +12,9 @@
 #include "engine/cleaner_item.h"
 #include "engine/cleanup.h"
 #include "engine/clients.h"
+#include "engine/known_places.h"
 #include "engine/large_files.h"
+#include "engine/look_problem.h"
 #include "engine/smart_outline_item.h"
 #include "leftovers/cache.h"
 #include "leftovers/remainders.h"
@@ -119,6 +121,14 @@ class Cleaner {
   /// The icon of the application that the last search for caches knew by this label; none when it knew none.
   Image icon_of_application(const std::string& label) const;
 
+  /// Why a group of the last scan may lack something, by its type in the smart scan ("caches") or its setting in the
+  /// junk scan and the search for large files ("Caches", "LargeFiles"); none when all was seen. Read when the group may
+  /// be; any thread may call.
+  std::optional<LookProblem> problem_of(std::string_view group) const { return problems_.of(group); }
+
+  /// False when the last scan found none of the places that it knows in the home folder. Any thread may call.
+  bool knows_places() const { return knows_places_; }
+
   /// Bytes in a list: what is no file URL or is missing counts 0, a folder all that is below it.
   std::int64_t overall_size_of_files(std::span<const Url> urls);
   /// Bytes below a folder; 0 when it is missing or unreadable.
@@ -172,6 +182,14 @@ class Cleaner {
     std::int64_t size = 0;
   };
 
+  /// Locations that were listed, and what was missed on the way.
+  struct Listed {
+    std::vector<Url> locations;
+    Missed missed;
+  };
+
+  void look_for_places();
+  void tell_problem(std::string_view group, const Missed& missed);
   void note_smart_amount();
   void note_junk_amount();
   void plan_smart_scan();
@@ -185,7 +203,9 @@ class Cleaner {
   void scan_trash();
 
   std::vector<Url> cache_locations() const;
-  std::shared_ptr<CleanerItem> measured_item(std::vector<Url> locations);
+  template <typename List>
+  Listed listed(List list) const;
+  std::shared_ptr<CleanerItem> measured_item(std::string_view group, Listed listed);
   void scan_junk_browsers();
   void scan_junk_mails();
   void clean_category(const CleanupCategory& category, CleanupReport& report);
@@ -200,6 +220,9 @@ class Cleaner {
   void finish_category(std::string_view type, std::shared_ptr<CleanerItem> item, std::int64_t size);
   void post(std::string_view notification);
 
+  KnownPlaces places_;
+  std::atomic<bool> knows_places_ = true;
+  LookProblems problems_;
   Platform& platform_;
   Cache& cache_;
   Remainders& remainders_;

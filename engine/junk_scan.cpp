@@ -24,19 +24,20 @@ void add_client(CleanerItem& all, const CleanerItem& client) {
 void Cleaner::clean_with_complete_handler(const std::function<void()>& handler) {
   {
     const Measurer::Session session(platform_.measurer);
-    const std::vector<Url> caches = cache_locations();
-    const std::vector<Url> logs = platform_.files.list_urls(url_logs);
-    const std::vector<Url> trash = platform_.files.list_urls(url_trash, Hidden::take);
-    platform_.measurer.plan(caches);
-    platform_.measurer.plan(logs);
+    look_for_places();
+    const Listed caches = listed([&] { return cache_locations(); });
+    const Listed logs = listed([&] { return platform_.files.list_urls(url_logs); });
+    const Listed trash = listed([&] { return platform_.files.list_urls(url_trash, Hidden::take); });
+    platform_.measurer.plan(caches.locations);
+    platform_.measurer.plan(logs.locations);
     plan_clients();
-    platform_.measurer.plan(trash);
-    apps_caches_item = measured_item(caches);
-    apps_logs_item = measured_item(logs);
-    apps_remainders_item = measured_item(remainders_.remianders());
+    platform_.measurer.plan(trash.locations);
+    apps_caches_item = measured_item("Caches", caches);
+    apps_logs_item = measured_item("Logs", logs);
+    apps_remainders_item = measured_item("Remainders", listed([&] { return remainders_.remianders(); }));
     scan_junk_browsers();
     scan_junk_mails();
-    trash_item = measured_item(trash);
+    trash_item = measured_item("Trash", trash);
     media_junk_size = add_bytes(trash_item->size, mails_item->size);
     note_junk_amount();
     media_search_coomplete = true;
@@ -65,11 +66,21 @@ std::vector<Url> Cleaner::cache_locations() const {
   return locations;
 }
 
-std::shared_ptr<CleanerItem> Cleaner::measured_item(std::vector<Url> locations) {
+template <typename List>
+Cleaner::Listed Cleaner::listed(List list) const {
+  const LookWatch watch(LookWatch::Tells::here);
+  std::vector<Url> locations = list();
+  return {std::move(locations), watch.missed()};
+}
+
+std::shared_ptr<CleanerItem> Cleaner::measured_item(std::string_view group, Listed listed) {
+  const LookWatch watch;
+  note_missed(listed.missed);
   auto item = std::make_shared<CleanerItem>();
-  if (!platform_.files.stopped_looking()) item->size = overall_size_of_files(locations);
+  if (!platform_.files.stopped_looking()) item->size = overall_size_of_files(listed.locations);
   item->string_size = platform_.text.byte_count(item->size);
-  item->files = std::move(locations);
+  item->files = std::move(listed.locations);
+  tell_problem(group, watch.missed());
   return item;
 }
 
@@ -85,7 +96,9 @@ std::shared_ptr<CleanerItem> Cleaner::all_clients(std::span<const ClientRow> row
 }
 
 void Cleaner::scan_junk_browsers() {
+  const LookWatch watch;
   browser_item = all_clients(browser_rows());
+  tell_problem("Browsers", watch.missed());
   for (const std::string_view browser : {"GoogleChrome", "Mozilla", "Safari"}) app_settings->set_boolean(browser, true);
   (void)app_settings->synchronize();  // what could not be written now goes with the next change that is
   apps_junk_size = 0;
@@ -96,7 +109,9 @@ void Cleaner::scan_junk_browsers() {
 }
 
 void Cleaner::scan_junk_mails() {
+  const LookWatch watch;
   mails_item = all_clients(mail_rows());
+  tell_problem("Mails", watch.missed());
 }
 
 }  // namespace tarnby

@@ -83,15 +83,20 @@ class LargeFileJob final : public TraversalJob {
       const bool counts = here.package > 0 ? entry.kind == EntryKind::file || entry.kind == EntryKind::link
                                            : entry.kind == EntryKind::file && !here.is_excluded;
       if (!counts) continue;
-      const std::int64_t size = status_at(handle, entry.name.data()).size;
+      const Status status = status_at(handle, entry.name.data());
+      missed_.note(status.error, folder);
+      const std::int64_t size = status.size;
       bytes = add_bytes(bytes, size);
       if (size >= large_file_bytes && !here.is_excluded) large.push_back({path_below(folder, entry.name), size, false});
     }
     keep(here, bytes, std::move(large));
   }
 
-  /// After the job has ended.
+  void leave(const TraversedFolder& folder, int /*parent_handle*/) override { missed_.note(folder.error(), folder); }
+
+  /// After the job has ended; notes what was missed.
   std::vector<LargeFileCandidate> candidates() {
+    note_missed(missed_.missed());
     std::move(packages_.begin(), packages_.end(), std::back_inserter(large_));
     std::sort(large_.begin(), large_.end(), [](const auto& a, const auto& b) { return walks_before(a.path, b.path); });
     return std::move(large_);
@@ -129,6 +134,7 @@ class LargeFileJob final : public TraversalJob {
 
   const GrantedFolders& granted_;
   const ExcludedPaths excluded_;
+  MissedByWorkers missed_;
   std::mutex mutex_;
   std::vector<LargeFileCandidate> packages_;
   std::vector<LargeFileCandidate> large_;

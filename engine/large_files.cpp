@@ -105,9 +105,11 @@ void Cleaner::search_large_files_with_complete_handler(const LargeFilesHandler& 
   std::vector<Url> excluded = {url_downloads, url_caches, url_logs};
   for (const std::string_view folder : excluded_library_folders) excluded.push_back(url_library.appending(folder));
   LargeFileRules rules(*this, excluded);
+  const LookWatch watch;
   for (const LargeFileCandidate& candidate : walk_for_large_files(platform_.files, url_home, excluded)) {
     rules.ask(candidate);
   }
+  problems_.set("LargeFiles", problem_of_look(watch.missed(), url_home));
   sort_by_name(rules.found());
   LargeFileSelection selection = large_files_of_at_least(large_file_bytes, rules.found());
   outlineItems = std::move(selection.rows);

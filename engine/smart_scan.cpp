@@ -62,22 +62,31 @@ std::span<const SmartCategory> smart_categories() {
 void Cleaner::smart_clean_with_complete_handler(const std::function<void()>& handler) {
   {
     const Measurer::Session session(platform_.measurer);
+    look_for_places();
     plan_smart_scan();
+    for (const SmartCategory& category : categories) problems_.set(category.type, {});
     smart_outline_items.clear();
     smart_menu_items.clear();
     total_smart_size = 0;
-    constexpr std::pair<void (Cleaner::*)(), std::string_view> steps[] = {
-        {&Cleaner::scan_caches, "smart_scan_logs"},
-        {&Cleaner::scan_logs, "smart_scan_remainders"},
-        {&Cleaner::scan_remainders, "smart_scan_browsers"},
-        {&Cleaner::scan_browsers, "smart_scan_mails"},
-        {&Cleaner::scan_mails, "smart_scan_installs"},
-        {&Cleaner::scan_installs, "smart_scan_trash"},
-        {&Cleaner::scan_trash, {}},
+    struct Step {
+      std::string_view type;
+      void (Cleaner::*scan)();
+      std::string_view next;
     };
-    for (const auto& [scan, next] : steps) {
+    constexpr Step steps[] = {
+        {"caches", &Cleaner::scan_caches, "smart_scan_logs"},
+        {"logs", &Cleaner::scan_logs, "smart_scan_remainders"},
+        {"remainders", &Cleaner::scan_remainders, "smart_scan_browsers"},
+        {"browsers", &Cleaner::scan_browsers, "smart_scan_mails"},
+        {"mails", &Cleaner::scan_mails, "smart_scan_installs"},
+        {"installs", &Cleaner::scan_installs, "smart_scan_trash"},
+        {"trash", &Cleaner::scan_trash, {}},
+    };
+    for (const auto& [type, scan, next] : steps) {
       if (platform_.files.stopped_looking()) break;  // nobody waits for the rest
+      const LookWatch watch;
       (this->*scan)();
+      tell_problem(type, watch.missed());
       if (!next.empty()) post(next);
     }
     note_smart_amount();

@@ -137,6 +137,10 @@ class SearchJob final : public TraversalJob {
     for (auto& [search, match] : batch.found) found_[search].push_back(std::move(match));
   }
 
+  void leave(const TraversedFolder& folder, int /*parent_handle*/) override { missed_.note(folder.error(), folder); }
+
+  Missed missed() const { return missed_.missed(); }
+
   std::vector<Url> found(std::size_t search) {
     const auto before = [](const Match& a, const Match& b) { return walks_before(a.path, b.path); };
     std::sort(found_[search].begin(), found_[search].end(), before);
@@ -171,6 +175,7 @@ class SearchJob final : public TraversalJob {
   const GrantedFolders& granted_;
   std::span<const FolderSearch> searches_;
   const Plan& plan_;
+  MissedByWorkers missed_;
   std::mutex mutex_;
   std::vector<std::vector<Match>> found_;
 };
@@ -181,6 +186,7 @@ std::vector<std::vector<Url>> find_in_folders(FileManager& files, std::span<cons
   const Plan plan(searches);
   SearchJob job(files.granted(), searches, plan);
   files.traversal().run(job, plan.starts());
+  note_missed(job.missed());
   std::vector<std::vector<Url>> found;
   for (std::size_t at = 0; at < searches.size(); ++at) found.push_back(job.found(at));
   return found;

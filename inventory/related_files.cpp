@@ -39,7 +39,11 @@ void normalise(ApplicationItem& item) {
 void add_office_identifiers(const FileManager& files, const Url& applications, ApplicationItem& item) {
   if (item.bundle == "com.microsoft.Word") item.optional_bundle = "com.microsoft.Office";
   if (item.bundle->find("com.microsoft") == std::string::npos) return;
-  const auto is_there = [&](std::string_view name) { return files.exists(applications.appending(name)); };
+  // One that may be there keeps what it shares.
+  const auto is_there = [&](std::string_view name) {
+    const Status status = files.status(applications.appending(name));
+    return status.kind != EntryKind::none || look_error(status.error) != LookError::none;
+  };
   const auto installed = std::count_if(std::begin(office_applications), std::end(office_applications), is_there);
   if (installed == 1) item.optional_developer_id = "UBF8T346G9";
 }

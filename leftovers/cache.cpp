@@ -33,23 +33,27 @@ Cache::Cache(Platform& platform, const Application& inventory)
       text_(platform.text) {}
 
 ApplicationItems Cache::installed_applications() {
-  const std::size_t failures = defaultManager->failures();
+  KnownApplications known;
+  // Caches are found without them, and go by another name at most.
+  const LookWatch folders(LookWatch::Tells::here);
   applications_urls = applications_of_the_user(*defaultManager, url_applications, url_home);
+  known.folders = folders.missed();
 
   ApplicationItems items;
   ApplicationMap by_bundle;
   ApplicationMap by_name;
-  bool all_described = true;
   for (const Url& url : applications_urls) {
-    all_described = !defaultManager->stopped_looking();
-    if (!all_described) break;
+    if (defaultManager->stopped_looking()) known.folders.stopped = true;
+    if (known.folders.stopped) break;
+    const LookWatch bundle;
     auto item = inventory_.application(url);
+    known.note_bundle(url, bundle.missed());
     if (!item->bundle) continue;
     by_bundle[*item->bundle] = item;
     by_name[item->label] = item;
     items.push_back(std::move(item));
   }
-  knows_all_applications_ = defaultManager->failures() == failures && all_described;
+  known_applications_ = std::move(known);
   bundles = std::move(by_bundle);
   names = std::move(by_name);
   return items;

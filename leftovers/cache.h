@@ -10,6 +10,7 @@
 
 #include "inventory/application.h"
 #include "leftovers/cache_item.h"
+#include "leftovers/known_applications.h"
 #include "platform/platform.h"
 
 namespace tarnby {
@@ -53,8 +54,8 @@ class Cache {
   /// The same search without touching `totalCacheSize`; calls the handler with true on this thread.
   void caches(const std::function<void(bool)>& handler);
 
-  /// False when `installed_applications` has passed over something because a disk or the system failed.
-  bool knows_all_applications() const { return knows_all_applications_; }
+  /// How well the last `installed_applications` knows them.
+  const KnownApplications& known_applications() const { return known_applications_; }
 
   /// Begins to measure what `smart_caches` will ask for, when a measuring session is open; returns at once.
   void plan_sizes();
@@ -72,7 +73,7 @@ class Cache {
   const Application& inventory_;
   Measurer& measurer_;
   const Text& text_;
-  bool knows_all_applications_ = true;
+  KnownApplications known_applications_;
 };
 
 }  // namespace tarnby

@@ -65,11 +65,14 @@ void add_owned(Identifiers& owned, std::string identifier) {
   if (identifier.find("com.apple") == std::string::npos) owned.insert(std::move(identifier));
 }
 
-Identifiers identifiers_of(const FileManager& files, std::span<const Url> applications) {
+Identifiers identifiers_of(const FileManager& files, std::span<const Url> applications, KnownApplications& known) {
   Identifiers owned;
   for (const Url& application : applications) {
-    if (files.stopped_looking()) break;
+    if (files.stopped_looking()) known.folders.stopped = true;
+    if (known.folders.stopped) break;
+    const LookWatch bundle(LookWatch::Tells::here);
     if (auto identifier = bundle_identifier(files, application)) add_owned(owned, std::move(*identifier));
+    known.note_bundle(application, bundle.missed());
   }
   return owned;
 }
@@ -146,17 +149,22 @@ std::vector<Remainders::Orphan> Remainders::orphans(const std::unordered_set<std
   return found;
 }
 
-std::vector<Url> Remainders::remianders() {
-  const std::size_t failures = defaultManager->failures();
+/// The applications that the plain search goes by.
+std::vector<Url> Remainders::find_applications() {
+  const LookWatch folders(LookWatch::Tells::here);
   std::vector<Url> applications;
   add_granted_applications(*defaultManager, url_applications, applications);
   for (const std::string_view place : application_places) {
     add_applications_in(*defaultManager, url_home.appending(place), 1, applications);
   }
-  installedApplications = std::move(applications);
+  known_applications_ = {folders.missed(), {}};
+  return applications;
+}
 
-  const Identifiers owned = identifiers_of(*defaultManager, installedApplications);
-  if (defaultManager->failures() != failures) return {};
+std::vector<Url> Remainders::remianders() {
+  installedApplications = find_applications();
+  const Identifiers owned = identifiers_of(*defaultManager, installedApplications, known_applications_);
+  if (!known_applications_.are_all()) return {};
   std::vector<Url> files;
   for (const Orphan& orphan : orphans(owned)) {
     files.insert(files.end(), orphan.files.begin(), orphan.files.end());
@@ -167,7 +175,8 @@ std::vector<Url> Remainders::remianders() {
 RemainderItems Remainders::smart_remianders() {
   installedApplications = cache_.applications_urls;
   RemainderItems items;
-  auto found = cache_.knows_all_applications() ? orphans(identifiers_of(cache_)) : std::vector<Orphan>();
+  known_applications_ = cache_.known_applications();
+  auto found = known_applications_.are_all() ? orphans(identifiers_of(cache_)) : std::vector<Orphan>();
   for (Orphan& orphan : found) {
     const std::int64_t size = overall_size_of_files(orphan.files);
     totalRemaidersSize = add_bytes(totalRemaidersSize, size);

@@ -24,8 +24,8 @@ namespace tarnby {
 //
 // An entry belongs to an orphan when its path contains the identifier, so com.gone.toolkit goes to com.gone.tool too.
 //
-// When the search for applications failed somewhere, an application that was not seen may own anything: then nothing is
-// a leftover.
+// When the search for applications failed somewhere, or an application that it found could not be read, that one may
+// own anything: then nothing is a leftover.
 
 /// Finds the files of removed applications. Synchronous, on the caller's thread; no failure is reported; one search at
 /// a time.
@@ -61,6 +61,9 @@ class Remainders {
   /// last cache search.
   RemainderItems smart_remianders();
 
+  /// How well the last search of either kind knew the applications.
+  const KnownApplications& known_applications() const { return known_applications_; }
+
   /// The name shown for an identifier of at least two parts: "com.example.photoEditor" gives "PhotoEditor by Example".
   std::string setLabel(std::string_view identifier) const;
 
@@ -77,9 +80,11 @@ class Remainders {
 
  private:
   struct Orphan;
+  std::vector<Url> find_applications();
   std::vector<Orphan> orphans(const std::unordered_set<std::string>& owned) const;
   bool is_unused(const Url& application) const;
 
+  KnownApplications known_applications_;
   const Cache& cache_;
   Platform& platform_;
 };

@@ -35,6 +35,7 @@ std::optional<std::string> Bundle::identifier() const {
 
 Url Bundle::image_resource(std::string_view name) const {
   if (name.empty() || !is_real_) return {};
+  const LookWatch of_a_picture(LookWatch::Tells::here);
   const Url resources = url_.appending("Contents/Resources");
   const auto existing = [&](const std::string& file) {
     Url url = resources.appending(file);

@@ -68,6 +68,12 @@ bool make_folder_at(int parent, const char* name) {
          (errno == EEXIST && status_at(parent, name).kind == EntryKind::folder);
 }
 
+EntryKind DirectoryReader::ask_kind(int folder, const char* name) {
+  const Status status = status_at(folder, name);
+  if (status.error != 0 && status.error != ENOENT) error_ = status.error;
+  return status.kind;
+}
+
 Status status_at(int parent, const char* name) {
   struct stat info = {};
   if (uninterrupted([&] { return fstatat(parent, name, &info, AT_SYMLINK_NOFOLLOW); }) != 0) return untold(errno);
@@ -76,7 +82,7 @@ Status status_at(int parent, const char* name) {
 
 std::int64_t size_at(int parent, const char* name) {
   struct stat info;  // asked for every file there is, so it is not cleared first
-  if (uninterrupted([&] { return fstatat(parent, name, &info, AT_SYMLINK_NOFOLLOW); }) != 0) return 0;
+  if (uninterrupted([&] { return fstatat(parent, name, &info, AT_SYMLINK_NOFOLLOW); }) != 0) return -1;
   return S_ISREG(info.st_mode) || S_ISLNK(info.st_mode) ? std::int64_t{info.st_size} : 0;
 }
 

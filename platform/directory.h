@@ -47,16 +47,20 @@ class DirectoryReader {
   DirectoryReader& operator=(const DirectoryReader&) = delete;
 
   /// The next entries of the folder, in the order in which the file system gives them. Empty at the end, and when it
-  /// cannot be read (getdents64(2)), see `error`. Their kinds are all told.
+  /// cannot be read (getdents64(2)), see `error`. Their kinds are all told; an entry whose kind nobody tells is missing.
   std::span<const RawEntry> read(int folder);
 
-  /// EIO when the last call could not read on, whatever the system said: an open folder may be read. Else 0.
+  /// Why something is missing in what the last call gave (errno(3)), else 0. EIO when it could not read on, whatever the
+  /// system said: an open folder may be read.
   int error() const { return error_; }
 
   /// True when the last batch filled the buffer well enough that another one is likely to follow.
   bool likely_more() const { return likely_more_; }
 
  private:
+  /// What stands under a name, where the file system does not tell it with the name.
+  EntryKind ask_kind(int folder, const char* name);
+
   std::unique_ptr<char[]> buffer_;
   std::vector<RawEntry> entries_;
   int error_ = 0;
@@ -94,7 +98,8 @@ bool make_folder_at(int parent, const char* name);
 /// What stands under a name in an open folder.
 Status status_at(int parent, const char* name);
 
-/// The length in bytes of the file or link that stands there; 0 for anything else, and for nothing.
+/// The length in bytes of the file or link that stands there; 0 for anything else. -1 when that cannot be told, be it
+/// that nothing is there; errno(3) tells why.
 std::int64_t size_at(int parent, const char* name);
 
 /// What an open handle stands for.

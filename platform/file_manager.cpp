@@ -81,16 +81,13 @@ class WalkJob final : public TraversalJob {
     std::move(kept.begin(), kept.end(), std::back_inserter(found_));
   }
 
-  void leave(const TraversedFolder& folder, int /*parent_handle*/) override {
-    int none = 0;
-    if (is_failure(folder.error())) failure_.compare_exchange_strong(none, folder.error());
-  }
+  void leave(const TraversedFolder& folder, int /*parent_handle*/) override { missed_.note(folder.error(), folder); }
 
   Descriptor open_start(const TraversedFolder& folder) override {
     return granted_.open_folder(Url::file(folder.name()));
   }
 
-  int failure() const { return failure_; }
+  Missed missed() const { return missed_.missed(); }
 
   std::vector<Url> found() {
     std::sort(found_.begin(), found_.end(), walks_before);
@@ -105,7 +102,7 @@ class WalkJob final : public TraversalJob {
   const Hidden hidden_;
   const Packages packages_;
   const WantEntry& want_;
-  std::atomic<int> failure_{0};
+  MissedByWorkers missed_;
   std::mutex mutex_;
   std::vector<std::string> found_;
 };
@@ -113,8 +110,8 @@ class WalkJob final : public TraversalJob {
 }  // namespace
 
 bool is_failure(int error) {
-  constexpr int answers[] = {0, ENOENT, ENOTDIR, ELOOP, EINVAL, ENAMETOOLONG, EACCES, EPERM};
-  return std::find(std::begin(answers), std::end(answers), error) == std::end(answers);
+  const LookError what = look_error(error);
+  return what == LookError::failed || what == LookError::stopped;
 }
 
 bool is_application_name(std::string_view name) {
@@ -142,14 +139,10 @@ int PlaceCursor::parent_of(const Url& url) {
   return handle_.get();
 }
 
-void FileManager::note_failure(int error) const {
-  if (is_failure(error)) ++failures_;
-}
-
 std::vector<Entry> FileManager::list(const Url& folder, Hidden hidden) const {
   const Descriptor handle = granted_.open_folder(folder);
   if (!handle) {
-    note_failure(errno);
+    note_missed(errno, folder);
     return {};
   }
   std::vector<std::pair<std::string, EntryKind>> found;
@@ -158,11 +151,12 @@ std::vector<Entry> FileManager::list(const Url& folder, Hidden hidden) const {
     for (const RawEntry& entry : batch) {
       if (hidden == Hidden::take || !is_hidden(entry.name)) found.emplace_back(entry.name, entry.kind);
     }
+    note_missed(reader.error(), folder);
     if (!stopped_looking()) continue;
-    note_failure(ECANCELED);
+    note_missed(ECANCELED, folder);
     break;
   }
-  note_failure(reader.error());
+  note_missed(reader.error(), folder);
   std::sort(found.begin(), found.end());
   std::vector<Entry> entries;
   entries.reserve(found.size());
@@ -181,7 +175,8 @@ std::vector<Url> FileManager::walk(const Url& folder, Hidden hidden, Packages pa
   WalkJob job(granted_, hidden, packages, want);
   const TraversalStart starts[] = {{folder.path(), 0}};
   traversal_.run(job, starts);
-  note_failure(job.cancelled() ? ECANCELED : job.failure());
+  if (job.cancelled()) note_missed(ECANCELED, folder);
+  note_missed(job.missed());
   return job.found();
 }
 
@@ -200,6 +195,7 @@ std::vector<Status> FileManager::statuses(std::span<const Url> urls) const {
       const Descriptor self = url.path() == "/" ? granted_.open_place(url) : Descriptor();
       if (self) status = status_of(self.get());
     }
+    note_missed(status.error, url);
   }
   return result;
 }
@@ -268,9 +264,8 @@ std::optional<std::string> FileManager::read(const Url& file, std::size_t most) 
   PlaceCursor cursor(granted_);
   const int parent = cursor.parent_of(file);
   const std::string name(file.last_path_component());
-  const auto none = [this](int error) {
-    // What a file says that may not be read is as unknown as behind a failing disk.
-    note_failure(error == EACCES || error == EPERM ? EIO : error);
+  const auto none = [&](int error) {
+    note_missed(error, file);
     return std::nullopt;
   };
   if (parent < 0) return none(errno);
@@ -279,7 +274,8 @@ std::optional<std::string> FileManager::read(const Url& file, std::size_t most) 
   const Status standing = status_at(parent, name.c_str());
   if (standing.kind != EntryKind::file) return none(standing.error);
   const Descriptor handle = open_file_at(parent, name.c_str());
-  if (!handle) return none(EIO);  // it is there; be it that another one is taking its place
+  // It is there, be it that another one is taking its place.
+  if (!handle) return none(look_error(errno) == LookError::none ? EIO : errno);
   const Status status = status_of(handle.get());
   if (status.kind != EntryKind::file) return none(status.error);
   if (static_cast<std::uint64_t>(status.size) > most) return {};

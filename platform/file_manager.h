@@ -12,6 +12,7 @@
 
 #include "platform/directory.h"
 #include "platform/granted_folders.h"
+#include "platform/missed.h"
 #include "platform/traversal.h"
 #include "platform/url.h"
 
@@ -79,8 +80,8 @@ struct Removal {
 };
 
 /// Listing, walking, looking and removing. Links are never followed below the place where an operation starts, and that
-/// place is not followed either. No operation throws or reports a failure on the way: what cannot be read is empty.
-/// Any thread may call.
+/// place is not followed either. No operation throws or reports a failure on the way: what cannot be read is empty, and
+/// a LookWatch hears of it. Any thread may call.
 class FileManager {
  public:
   /// @param workers how many folders are read or removed at once; 0 chooses for this machine and its disks.
@@ -102,11 +103,6 @@ class FileManager {
   /// True between the two: what looks at one thing after the other may as well end. What it has is not all there is, so
   /// nothing may be concluded from what is missing in it.
   bool stopped_looking() const { return traversal_.stopped_looking(); }
-
-  /// How often a listing, a walk or a reading so far told less than there is: because a disk or the system failed, it
-  /// was ended, or a file may not be read; not because something is missing or a folder refuses access. Whoever
-  /// draws conclusions from what is not there compares this number before and after.
-  std::size_t failures() const { return failures_; }
 
   /// The immediate entries of a folder in byte order of their names; empty when it is no folder or cannot be read.
   std::vector<Entry> list(const Url& folder, Hidden hidden = Hidden::skip) const;
@@ -157,11 +153,8 @@ class FileManager {
   std::vector<bool> refuses_to_remove(std::span<const Url> urls) const;
 
  private:
-  void note_failure(int error) const;
-
   const unsigned workers_;
   const std::size_t handles_;
-  mutable std::atomic<std::size_t> failures_{0};
   GrantedFolders granted_;
   Traversal traversal_;
 };

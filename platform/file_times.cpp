@@ -3,6 +3,8 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
+#include <cerrno>
+
 #include "platform/bundle.h"
 
 namespace tarnby {
@@ -50,7 +52,11 @@ class FileTimes final : public FileMetadata {
     PlaceCursor cursor(files_.granted());
     const int parent = cursor.parent_of(url);
     const std::string name(url.last_path_component());
-    return parent >= 0 && name != ".." && fstatat(parent, name.c_str(), &info, AT_SYMLINK_NOFOLLOW) == 0;
+    if (name == "..") return false;
+    const auto ask = [&] { return fstatat(parent, name.c_str(), &info, AT_SYMLINK_NOFOLLOW); };
+    if (parent >= 0 && uninterrupted(ask) == 0) return true;
+    note_missed(errno, url);
+    return false;
   }
 
   const FileManager& files_;

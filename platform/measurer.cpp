@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cerrno>
 #include <condition_variable>
 #include <map>
 #include <string>
@@ -56,12 +57,14 @@ class FoldersJob final : public TraversalJob {
 
   std::span<const TraversalStart> starts() const { return starts_; }
 
-  /// Waits until the folder is measured.
+  /// Waits until the folder is measured, and notes what was missed in it.
   std::int64_t total(std::size_t root) {
+    Total& total = totals_[root];
     std::unique_lock lock(mutex_);
-    totals_[root].asked = true;
-    root_done_.wait(lock, [&] { return totals_[root].done; });
-    return totals_[root].bytes;
+    total.asked = true;
+    root_done_.wait(lock, [&] { return total.done; });
+    note_missed(total.missed.missed());
+    return total.bytes;
   }
 
   Descriptor open_start(const TraversedFolder& folder) override {
@@ -75,7 +78,9 @@ class FoldersJob final : public TraversalJob {
     for (const RawEntry& entry : entries) {
       if (hidden_ == Hidden::skip && is_hidden(entry.name)) continue;
       if (has_size(entry.kind)) {
-        bytes = add_bytes(bytes, size_at(handle, entry.name.data()));
+        const std::int64_t size = size_at(handle, entry.name.data());
+        if (size < 0) totals_[road.total].missed.note(errno, folder);
+        bytes = add_bytes(bytes, std::max<std::int64_t>(0, size));
       } else if (entry.kind == EntryKind::folder) {
         go_on(road, entry.name, enter);
       }
@@ -84,9 +89,10 @@ class FoldersJob final : public TraversalJob {
   }
 
   void leave(const TraversedFolder& folder, int /*parent_handle*/) override {
+    Total& total = totals_[roads_[folder.account()].total];
+    total.missed.note(folder.error(), folder);
     if (folder.parent()) return;
     const std::lock_guard lock(mutex_);
-    Total& total = totals_[roads_[folder.account()].total];
     total.done = true;
     if (total.asked) root_done_.notify_all();
   }
@@ -98,6 +104,7 @@ class FoldersJob final : public TraversalJob {
     std::atomic<std::int64_t> bytes{0};
     bool done = false;
     bool asked = false;  // somebody waits for it
+    MissedByWorkers missed;
   };
   /// Where a folder's bytes go, and which of the folders in it are not like it: each has a road of its own, or is
   /// measured elsewhere. The first roads are the plain ones, one a root.
@@ -165,12 +172,15 @@ class EntriesJob final : public TraversalJob {
     if (folder.parent()) {
       visit_below(folder, handle, entries, enter);
     } else {
-      visit_folder_itself(handle, entries, enter);
+      visit_folder_itself(folder, handle, entries, enter);
     }
   }
 
-  /// After the job has ended.
+  void leave(const TraversedFolder& folder, int /*parent_handle*/) override { missed_.note(folder.error(), folder); }
+
+  /// After the job has ended; notes what was missed.
   std::vector<MeasuredEntry> measured() {
+    note_missed(missed_.missed());
     const std::lock_guard lock(mutex_);  // several may ask within one session
     std::sort(rows_.begin(), rows_.end(), [](const Row& a, const Row& b) { return a.name < b.name; });
     std::vector<MeasuredEntry> entries;
@@ -187,11 +197,12 @@ class EntriesJob final : public TraversalJob {
     std::int64_t size;
   };
 
-  void visit_folder_itself(int handle, std::span<const RawEntry> entries, FoldersToEnter& enter) {
+  void visit_folder_itself(const TraversedFolder& folder, int handle, std::span<const RawEntry> entries,
+                           FoldersToEnter& enter) {
     std::vector<Row> found;
     for (const RawEntry& entry : entries) {
       if (hidden_ == Hidden::skip && is_hidden(entry.name)) continue;
-      const std::int64_t own = has_size(entry.kind) ? size_at(handle, entry.name.data()) : 0;
+      const std::int64_t own = has_size(entry.kind) ? size_of(folder, handle, entry) : 0;
       found.push_back({std::string(entry.name), entry.kind, own});
     }
     const std::lock_guard lock(mutex_);
@@ -201,12 +212,18 @@ class EntriesJob final : public TraversalJob {
     }
   }
 
+  std::int64_t size_of(const TraversedFolder& folder, int handle, const RawEntry& entry) {
+    const std::int64_t size = size_at(handle, entry.name.data());
+    if (size < 0) missed_.note(errno, folder);
+    return std::max<std::int64_t>(0, size);
+  }
+
   void visit_below(const TraversedFolder& folder, int handle, std::span<const RawEntry> entries,
                    FoldersToEnter& enter) {
     std::int64_t bytes = 0;
     for (const RawEntry& entry : entries) {
       if (has_size(entry.kind)) {
-        bytes = add_bytes(bytes, size_at(handle, entry.name.data()));
+        bytes = add_bytes(bytes, size_of(folder, handle, entry));
       } else if (entry.kind == EntryKind::folder) {
         enter.add(entry.name, folder.account());
       }
@@ -219,6 +236,7 @@ class EntriesJob final : public TraversalJob {
   const GrantedFolders& granted_;
   const Url folder_;
   const Hidden hidden_;
+  MissedByWorkers missed_;
   std::mutex mutex_;
   std::vector<Row> rows_;
 };

@@ -44,6 +44,12 @@ EntryKind kind_of_type(unsigned char type) {
   }
 }
 
+/// True of an open folder that has no name any more.
+bool is_removed(int folder) {
+  struct stat info = {};
+  return uninterrupted([&] { return fstat(folder, &info); }) == 0 && info.st_nlink == 0;
+}
+
 bool is_dot_or_dot_dot(const char* name) {
   return name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
 }
@@ -64,9 +70,10 @@ DirectoryReader::~DirectoryReader() = default;
 
 std::span<const RawEntry> DirectoryReader::read(int folder) {
   entries_.clear();
+  error_ = 0;
   while (entries_.empty()) {
     const long got = uninterrupted([&] { return syscall(SYS_getdents64, folder, buffer_.get(), buffer_size); });
-    error_ = got < 0 ? EIO : 0;
+    if (got < 0 && !(errno == ENOENT && is_removed(folder))) error_ = EIO;
     if (got <= 0) break;
     likely_more_ = static_cast<std::size_t>(got) > buffer_size / 2;
     for (long at = 0; at < got;) {
@@ -77,7 +84,7 @@ std::span<const RawEntry> DirectoryReader::read(int folder) {
           buffer_.get() + (reinterpret_cast<const char*>(record) - buffer_.get()) + offsetof(linux_dirent, d_name);
       if (is_dot_or_dot_dot(name)) continue;
       EntryKind kind = kind_of_type(record->d_type);
-      if (kind == EntryKind::none) kind = status_at(folder, name).kind;  // some file systems do not tell
+      if (kind == EntryKind::none) kind = ask_kind(folder, name);  // some file systems do not tell
       if (kind != EntryKind::none) entries_.push_back({name, kind});
     }
   }

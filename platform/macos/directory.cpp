@@ -53,12 +53,13 @@ DirectoryReader::~DirectoryReader() = default;
 
 std::span<const RawEntry> DirectoryReader::read(int folder) {
   entries_.clear();
+  error_ = 0;
   attrlist wanted = {};
   wanted.bitmapcount = ATTR_BIT_MAP_COUNT;
   wanted.commonattr = ATTR_CMN_RETURNED_ATTRS | ATTR_CMN_NAME | ATTR_CMN_ERROR | ATTR_CMN_OBJTYPE;
   while (entries_.empty()) {
     const int got = uninterrupted([&] { return getattrlistbulk(folder, &wanted, buffer_.get(), buffer_size, 0); });
-    error_ = got < 0 ? EIO : 0;
+    if (got < 0) error_ = EIO;
     if (got <= 0) break;
     const char* record = buffer_.get();
     for (int count = 0; count < got; ++count) {
@@ -73,7 +74,7 @@ std::span<const RawEntry> DirectoryReader::read(int folder) {
       }
       EntryKind kind = EntryKind::none;
       if ((told.commonattr & ATTR_CMN_OBJTYPE) != 0) kind = kind_of_type(take<fsobj_type_t>(field));
-      if (name && kind == EntryKind::none) kind = status_at(folder, name).kind;
+      if (name && kind == EntryKind::none) kind = ask_kind(folder, name);
       if (name && kind != EntryKind::none) entries_.push_back({name, kind});
       record += length;
     }

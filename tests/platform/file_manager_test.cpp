@@ -105,9 +105,9 @@ TEST(Looking, reads_no_further_once_it_is_to_stop) {
     EXPECT_EQ(walk(stop), 50U) << "the folder in hand";
     EXPECT_EQ(walk(want_all), 0U) << "nor is one begun afterwards";
     EXPECT_EQ(Measurer(files).overall_size_of_direcory(tree.url("top")), 0);
-    const std::size_t failures = files.failures();
+    const LookWatch watch;
     EXPECT_LT(files.list(tree.url("long")).size(), 1000U) << "a listing that has begun";
-    EXPECT_GT(files.failures(), failures) << "and is known not to be whole";
+    EXPECT_TRUE(watch.missed().stopped) << "and is known not to be whole";
     EXPECT_TRUE(files.stopped_looking());
     files.look_again();
     EXPECT_EQ(walk(want_all), 100U);

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <string_view>
+
+#include "platform/file_manager.h"
+#include "platform/url.h"
+
+namespace tarnby {
+
+/// Which of the places that the scans know a home folder has. A folder that has none of them is no such home, and
+/// nothing in it can be called clean.
+struct KnownPlaces {
+  /// A Library with at least one of the folders that every Library gets.
+  bool library = true;
+  bool trash = true;
+  /// One of the folders that installers are looked for in.
+  bool downloads = true;
+
+  /// What cannot be told counts as there: that it was missed is told by whoever looks there.
+  static KnownPlaces look(const FileManager& files, const Url& home);
+
+  bool any() const { return library || trash || downloads; }
+  /// Whether the group of this type, of either scan, has a place to look at.
+  bool serves(std::string_view type) const;
+};
+
+}  // namespace tarnby

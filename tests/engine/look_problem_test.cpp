@@ -1,0 +1,195 @@
+#include "engine/look_problem.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include <filesystem>
+
+#include "platform/directory.h"
+#include "tests/engine/test_engine.h"
+
+namespace tarnby {
+namespace {
+
+using test::Engine;
+using test::TestPlatform;
+using enum LookProblem::Kind;
+
+const std::string library = "ada/Library/";
+const std::string contents = "Applications/Here.app/Contents";
+
+/// A home where every group has something, and an application that owns two of the entries.
+void fill(TestPlatform& ada) {
+  ada.application("Applications/Here.app", "com.here.tool").tree.folder("Applications/Vendor");
+  for (const char* path : {"Caches/com.here.tool/x", "Preferences/com.here.tool.plist", "Caches/org.gone.tool/deep/x",
+                           "Caches/org.gone.tool/x", "Logs/log", "Logs/folder/log", "Safari/LocalStorage/x",
+                           "Containers/com.apple.mail/Data/Library/Mail Downloads/x"}) {
+    ada.tree.file(library + path, 10);
+  }
+  ada.tree.file("ada/.Trash/folder/x", 10).file("ada/Downloads/x.dmg", 10);
+}
+
+std::string problem(const Cleaner& cleaner, std::string_view group) {
+  const auto problem = cleaner.problem_of(group);
+  return problem ? std::string(look_problem_text(*problem)) + " " + problem->name : "";
+}
+
+struct Groups {
+  const char* smart;
+  const char* junk;
+};
+
+constexpr Groups groups_of_both_scans[] = {{"caches", "Caches"},     {"logs", "Logs"},   {"remainders", "Remainders"},
+                                           {"browsers", "Browsers"}, {"mails", "Mails"}, {"trash", "Trash"}};
+
+/// The problems of the groups that have one, which are alike in both scans.
+std::vector<std::string> problems(Engine& of) {
+  of.scan();
+  of.cleaner.clean_with_complete_handler([] {});
+  std::vector<std::string> all;
+  for (const Groups& group : groups_of_both_scans) {
+    const std::string smart = problem(of.cleaner, group.smart);
+    EXPECT_EQ(smart, problem(of.cleaner, group.junk)) << "both scans agree on " << group.smart;
+    if (!smart.empty()) all.push_back(std::string(group.smart) + ": " + smart);
+  }
+  return all;
+}
+
+std::vector<std::string> leftovers(const Engine& of) {
+  std::vector<std::string> identifiers;
+  for (const CleanerEntry& entry : of.cleaner.apps_remainders_item->items) {
+    identifiers.push_back(std::get<std::shared_ptr<RemainderItem>>(entry)->bundle);
+  }
+  return identifiers;
+}
+
+TEST(LookProblem, names_what_may_not_be_read_in_the_group_that_lacks_it) {
+  const std::string whole = "remainders: Not looked for: %@ may not be read Here.app";
+  const std::string part = "Not all was seen: %@ may not be read ~/";
+  struct Case {
+    std::string closed;
+    std::vector<std::string> problems;
+    bool finds_leftovers;
+    unsigned mode = 0;
+  };
+  const Case cases[] = {
+      {"Applications/Here.app", {whole}, false},
+      {"Applications/Here.app", {whole}, false, 0400},
+      {contents, {whole}, false},
+      {contents + "/Info.plist", {whole}, false},
+      {library + "Logs", {"logs: " + part + "Library/Logs"}, true},
+      {library + "Logs/folder", {"logs: " + part + "Library/Logs/folder"}, true, 0400},
+      {library + "Caches/org.gone.tool/deep",
+       {"caches: " + part + "Library/Caches/org.gone.tool/deep",
+        "remainders: " + part + "Library/Caches/org.gone.tool/deep"},
+       true,
+       0400},
+      {library + "Safari", {"browsers: " + part + "Library/Safari/LocalStorage"}, true},
+      {"ada/.Trash", {"trash: " + part + ".Trash"}, true},
+      {contents + "/Resources", {}, true},
+      {"nothing", {}, true},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.closed);
+    TestPlatform ada;
+    fill(ada);
+    ada.tree.folder(contents + "/Resources").folder("nothing").mode(c.closed, c.mode);
+    test::as_plain_user(ada.tree, [&] {
+      Engine of(ada);
+      EXPECT_EQ(problems(of), c.problems);
+      EXPECT_EQ(of.cleaner.apps_remainders_item->files.size(), c.finds_leftovers ? 1U : 0U);
+      of.scan();
+      EXPECT_EQ(leftovers(of),
+                c.finds_leftovers ? std::vector<std::string>{"org.gone.tool"} : std::vector<std::string>())
+          << "never what an application owns";
+    });
+    ada.tree.mode(c.closed, 0700);
+  }
+}
+
+/// Lets this process open so many more.
+void leave_handles(rlim_t count) {
+  rlim_t open = 0;
+  for (int handle = 0; handle < 256; ++handle) {
+    if (status_of(handle).error == 0) open = static_cast<rlim_t>(handle) + 1;
+  }
+  const rlimit limit = {open + count, open + count};
+  ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &limit), 0);
+}
+
+TEST(LookProblem, a_folder_that_refuses_access_hides_its_applications_but_is_told) {
+  TestPlatform ada;
+  fill(ada);
+  ada.tree.mode("Applications/Vendor", 0);
+  test::as_plain_user(ada.tree, [&] {
+    Engine of(ada);
+    EXPECT_THAT(problems(of), testing::ElementsAre("remainders: Not all was seen: %@ may not be read " +
+                                                   ada.tree.path("Applications/Vendor")));
+    EXPECT_EQ(of.cleaner.apps_remainders_item->files.size(), 1U);
+  });
+  ada.tree.mode("Applications/Vendor", 0700);
+}
+
+TEST(LookProblem, without_handles_nothing_is_clean_and_nothing_left_over_that_somebody_owns) {
+  for (const rlim_t handles : {0U, 1U, 2U, 3U, 4U, 6U, 12U}) {
+    SCOPED_TRACE(std::to_string(handles) + " handles");
+    TestPlatform ada;
+    fill(ada);
+    test::as_plain_user(ada.tree, [&] {
+      Engine of(ada);
+      leave_handles(handles);
+      of.cleaner.clean_with_complete_handler([] {});
+      const auto told = [&](std::string_view group) {
+        const auto problem = of.cleaner.problem_of(group);
+        return problem && problem->kind == cut_short;
+      };
+      for (const CleanupCategory& category : junk_categories()) {
+        const CleanerItem& item = *(of.cleaner.*category.item);
+        EXPECT_TRUE(item.size >= 10 || told(category.setting)) << category.setting << " is not empty";
+      }
+      EXPECT_LE(of.cleaner.apps_remainders_item->files.size(), 1U);
+      of.scan();
+      for (const SmartCategory& category : smart_categories()) {
+        EXPECT_TRUE(of.cleaner.*category.total >= 10 || told(category.type)) << category.type << " is not empty";
+      }
+      EXPECT_THAT(leftovers(of), testing::Not(testing::Contains("com.here.tool")));
+      EXPECT_TRUE(handles < 12 || !told("remainders")) << "so many are enough";
+    });
+  }
+}
+
+TEST(LookProblem, a_home_without_the_known_places_is_not_called_clean) {
+  struct Case {
+    const char* folder;
+    bool is_known;
+    const char* groups_with_a_place;
+  };
+  const Case cases[] = {
+      {"ada/src", false, ""},
+      {"ada/Library/Notes", false, ""},
+      {"ada/Library/Preferences", true, "caches trash"},
+      {"ada/Documents", true, "installs"},
+      {"ada/.Trash", true, "trash"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.folder);
+    TestPlatform ada;
+    ada.tree.folder(c.folder);
+    Engine of(ada);
+    of.scan();
+    EXPECT_EQ(of.cleaner.knows_places(), c.is_known);
+    for (const std::string group : {"caches", "installs", "trash"}) {
+      const bool has_place = std::string(c.groups_with_a_place).find(group) != std::string::npos;
+      const auto no_place_problem = LookProblem{no_place, "ada", true};
+      EXPECT_EQ(of.cleaner.problem_of(group), has_place ? std::nullopt : std::optional(no_place_problem)) << group;
+    }
+    ada.tree.folder("ada/Library/Caches").folder("ada/Downloads");
+    of.scan();
+    EXPECT_TRUE(of.cleaner.knows_places());
+    EXPECT_EQ(of.cleaner.problem_of("caches"), std::nullopt) << "each scan looks again";
+  }
+}
+
+}  // namespace
+}  // namespace tarnby
