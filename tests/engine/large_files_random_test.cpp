@@ -7,6 +7,7 @@
 
 #include "platform/text.h"
 #include "tests/engine/test_engine.h"
+#include "tests/support/seed.h"
 
 // The search looks at many folders at once and settles what depends on the order afterwards, over the few entries that
 // it kept. Here its rules are read once more, entry by entry and with nothing but std::filesystem, and both must tell
@@ -88,7 +89,8 @@ std::string text_of(const LargeFileList& files, const std::string& package_path,
 }
 
 TEST(LargeFiles, of_any_home_are_those_that_a_walk_entry_by_entry_finds) {
-  const auto seed = std::random_device{}();
+  const std::uint32_t seed = test::random_seed();
+  SCOPED_TRACE(test::how_to_repeat(seed));
   std::mt19937 random(seed);
   test::TestPlatform ada;
   const std::string mirror = ada.tree.path("ada").substr(1);
@@ -120,7 +122,7 @@ TEST(LargeFiles, of_any_home_are_those_that_a_walk_entry_by_entry_finds) {
       const Cleaner& cleaner = of.cleaner;
       EXPECT_EQ(text_of(cleaner.largeFiles, cleaner.original_package_path, cleaner.original_package_extension),
                 text_of(reading.found, reading.package_path, reading.package_extension))
-          << which << " search, seed " << seed;
+          << which << " search";
     }
   }
 }

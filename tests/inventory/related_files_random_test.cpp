@@ -6,6 +6,7 @@
 #include <random>
 
 #include "inventory/application.h"
+#include "tests/support/seed.h"
 #include "tests/support/snapshot.h"
 #include "tests/support/test_platform.h"
 
@@ -251,7 +252,7 @@ Paths paths_of(const std::vector<Url>& urls) {
 }
 
 /// Makes an application and fills these folders; checks what is shown, what would be removed, and what then goes.
-void check(test::TestPlatform& ada, unsigned seed, const Paths& folders) {
+void check(test::TestPlatform& ada, std::uint32_t seed, const Paths& folders) {
   for (const char* top : {"ada", "Applications", "disk"}) {
     for (const auto& entry : fs::directory_iterator(ada.tree.path(top))) fs::remove_all(entry);
   }
@@ -282,15 +283,15 @@ void check(test::TestPlatform& ada, unsigned seed, const Paths& folders) {
 }
 
 TEST(RelatedFiles, are_what_a_plain_reading_of_the_table_tells) {
-  const unsigned seed = std::random_device{}();
+  const std::uint32_t seed = test::random_seed();
+  SCOPED_TRACE(test::how_to_repeat(seed));
   test::TestPlatform ada;
   ada.tree.folder("disk");
   ASSERT_TRUE(ada.platform.bookmarks.store(Grant::disk, ada.url("disk")));
   Paths all;
   for (unsigned round = 0; round < std::size(plain_rows) + 12 && !HasFailure(); ++round) {
     const PlainRow* alone = round < std::size(plain_rows) ? &plain_rows[round] : nullptr;
-    SCOPED_TRACE((alone ? "row " + std::to_string(alone->order) : "all rows") + ", seed " +
-                 std::to_string(seed + round));
+    SCOPED_TRACE(alone ? "row " + std::to_string(alone->order) : "all rows");
     if (alone) all.push_back(alone->folder);
     check(ada, seed + round, alone ? Paths{alone->folder} : all);
   }

@@ -7,6 +7,7 @@
 #include <random>
 #include <set>
 
+#include "tests/support/seed.h"
 #include "tests/support/test_platform.h"
 
 namespace tarnby {
@@ -82,8 +83,8 @@ TEST(Remainders, gives_an_orphan_every_entry_whose_path_contains_it) {
 }
 
 TEST(Remainders, gives_orphans_what_the_rule_says_whatever_the_names) {
-  const auto seed = std::random_device{}();
-  SCOPED_TRACE("seed " + std::to_string(seed));
+  const std::uint32_t seed = test::random_seed();
+  SCOPED_TRACE(test::how_to_repeat(seed));
   std::mt19937 random(seed);
   const std::string places[] = {"Caches", "Containers", "Application Scripts"};
   for (int round = 0; round < 10; ++round) {

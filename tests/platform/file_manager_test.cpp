@@ -12,6 +12,7 @@
 #include "tests/support/deep_chain.h"
 #include "tests/support/open_watch.h"
 #include "tests/support/random_tree.h"
+#include "tests/support/seed.h"
 #include "tests/support/team.h"
 #include "tests/support/temp_tree.h"
 
@@ -47,7 +48,8 @@ Paths walk_plainly(const std::string& folder, Hidden hidden, Packages packages) 
 }
 
 TEST(Walk, equals_a_plain_walk_one_folder_after_the_other) {
-  const std::random_device::result_type seed = std::random_device()();
+  const std::uint32_t seed = test::random_seed();
+  SCOPED_TRACE(test::how_to_repeat(seed));
   std::mt19937 random(seed);
   for (int round = 0; round < 8; ++round) {
     TempTree tree;
@@ -58,7 +60,7 @@ TEST(Walk, equals_a_plain_walk_one_folder_after_the_other) {
       EXPECT_THAT(files.walk(tree.url("way"), Hidden::take, Packages::enter, want_all), IsEmpty());
       for (const Hidden hidden : {Hidden::skip, Hidden::take}) {
         for (const Packages packages : {Packages::skip, Packages::enter}) {
-          SCOPED_TRACE(team.why() + ", seed " + std::to_string(seed));
+          SCOPED_TRACE(team.why());
           Paths found;
           for (const Url& url : files.walk(tree.url("t"), hidden, packages, want_all)) found.push_back(url.path());
           ASSERT_EQ(found, walk_plainly(tree.path("t"), hidden, packages));

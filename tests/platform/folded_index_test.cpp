@@ -5,6 +5,8 @@
 #include <chrono>
 #include <random>
 
+#include "tests/support/seed.h"
+
 namespace tarnby {
 namespace {
 
@@ -19,8 +21,8 @@ std::vector<std::size_t> asked_one_by_one(const Texts& parts, const FoldedText& 
 }
 
 TEST(FoldedIndex, finds_what_asking_for_each_part_finds) {
-  const auto seed = std::random_device{}();
-  SCOPED_TRACE("seed " + std::to_string(seed));
+  const std::uint32_t seed = test::random_seed();
+  SCOPED_TRACE(test::how_to_repeat(seed));
   std::mt19937 random(seed);
   const auto text_of = [&](std::size_t most) {
     constexpr const char* letters[] = {"a", "A", "b", ".", "é", "e", "\u0301", "ß", "s", "\xFF", "\xC3"};

@@ -12,6 +12,7 @@
 
 #include "tests/support/own_mounts.h"
 #include "tests/support/random_tree.h"
+#include "tests/support/seed.h"
 #include "tests/support/team.h"
 #include "tests/support/temp_tree.h"
 
@@ -126,7 +127,8 @@ TEST(Measurer, a_folder_behind_a_link_is_no_part_of_the_one_that_holds_the_link)
 }
 
 TEST(Measurer, sums_do_not_depend_on_what_threads_planned_and_asked_before) {
-  const std::random_device::result_type seed = std::random_device()();
+  const std::uint32_t seed = test::random_seed();
+  SCOPED_TRACE(test::how_to_repeat(seed));
   std::mt19937 random(seed);
   TempTree tree;
   const auto folders = test::fill_at_random(tree, "t", random);
@@ -134,7 +136,7 @@ TEST(Measurer, sums_do_not_depend_on_what_threads_planned_and_asked_before) {
   for (const std::string& folder : folders) sizes.push_back(read_plainly(tree.path(folder)));
   for (int round = 0; round < 50; ++round) {
     const Team& team = teams[static_cast<std::size_t>(round) % std::size(teams)];
-    SCOPED_TRACE(team.why() + ", seed " + std::to_string(seed));
+    SCOPED_TRACE(team.why());
     Measuring in(team);
     const Measurer::Session session(in.measurer);
     std::vector<std::jthread> threads;

@@ -7,6 +7,8 @@
 #include <limits>
 #include <random>
 
+#include "tests/support/seed.h"
+
 namespace tarnby {
 namespace {
 
@@ -221,8 +223,8 @@ std::string mutated(std::string bytes, std::mt19937& random) {
 }
 
 TEST(PropertyList, survives_whatever_chance_makes_of_a_sound_list) {
-  const auto seed = std::random_device{}();
-  SCOPED_TRACE("seed " + std::to_string(seed));
+  const std::uint32_t seed = test::random_seed();
+  SCOPED_TRACE(test::how_to_repeat(seed));
   std::mt19937 random(seed);
   const std::string text =
       xml("<dict><key>a</key><array><integer>1</integer><real>2.5</real><data>AAEC</data></array>"

@@ -17,6 +17,7 @@
 
 #include "tests/support/deep_chain.h"
 #include "tests/support/random_tree.h"
+#include "tests/support/seed.h"
 #include "tests/support/team.h"
 #include "tests/support/temp_tree.h"
 
@@ -80,7 +81,8 @@ void traverse(const Team& team, Diary& diary, const std::string& start) {
 }
 
 TEST(Traversal, sees_each_entry_once_and_leaves_each_folder_after_what_it_holds) {
-  const std::random_device::result_type seed = std::random_device()();
+  const std::uint32_t seed = test::random_seed();
+  SCOPED_TRACE(test::how_to_repeat(seed));
   std::mt19937 random(seed);
   TempTree tree;
   for (const char* top : {"1", "2", "3"}) test::fill_at_random(tree, top, random);
@@ -99,7 +101,7 @@ TEST(Traversal, sees_each_entry_once_and_leaves_each_folder_after_what_it_holds)
   }
   for (const Team& team : {Team{1, 0}, Team{8, 0}, Team{1, 16}, Team{8, 16}, Team{1, 1}, Team{8, 3}}) {
     for (const bool keeps : {false, true}) {
-      SCOPED_TRACE(team.why() + ", seed " + std::to_string(seed));
+      SCOPED_TRACE(team.why());
       Diary diary(keeps);
       traverse(team, diary, tree.path());
       EXPECT_TRUE(diary.seen == all);

@@ -4,6 +4,7 @@ All paths are bytes, since names may be any. Python's own subprocess and os call
 """
 import json
 import os
+import random
 import re
 import shutil
 import stat
@@ -29,6 +30,12 @@ def plain_user_reaches(file):
             return True
         file = os.path.dirname(file)
     return False
+
+
+def random_seed():
+    """The seed of a random proof: the last word of the command line, or TARNBY_SEED, else another one each time."""
+    given = sys.argv[-1] if sys.argv[-1].isdigit() else os.environ.get("TARNBY_SEED")
+    return int(given) if given else random.SystemRandom().randrange(1 << 30)
 
 
 class Home:

@@ -1,5 +1,5 @@
 """What is gone after a removal is what its dry run listed, and nothing else has changed, in homes made at random.
-Usage: random_homes_test.py PROGRAM [SEED]"""
+Usage: random_homes_test.py PROGRAM [SEED]; the variable TARNBY_SEED gives a seed, too."""
 import concurrent.futures
 import os
 import random
@@ -7,7 +7,7 @@ import stat
 import sys
 import unittest
 
-from home import PLAIN_USER, Home, as_told, changes, is_within, paths_told, plain_user_reaches
+from home import PLAIN_USER, Home, as_told, changes, is_within, paths_told, plain_user_reaches, random_seed
 
 HOMES = 240
 
@@ -127,13 +127,13 @@ class RandomHomes(unittest.TestCase):
             return len(removed)
 
     def test_what_is_gone_is_what_was_listed(self):
-        first = int(sys.argv[-1]) if sys.argv[-1].isdigit() else random.SystemRandom().randrange(1 << 30)
+        first = random_seed()
 
         def one(number):
             try:
                 return self.look_and_remove(first + number)
             except Exception as error:  # whatever it is, it needs its seed
-                raise AssertionError(f"seed {first + number}: {error!r}") from error
+                raise AssertionError(f"the same again with TARNBY_SEED={first + number}: {error!r}") from error
 
         with concurrent.futures.ThreadPoolExecutor(os.cpu_count() + 1) as pool:
             removed = sum(pool.map(one, range(HOMES)))

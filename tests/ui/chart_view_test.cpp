@@ -3,6 +3,7 @@
 #include <cmath>
 #include <random>
 
+#include "tests/support/seed.h"
 #include "tests/ui/widget_test.h"
 #include "ui/theme.h"
 
@@ -12,8 +13,8 @@ namespace {
 class ChartViewTest : public test::WidgetTest {};
 
 TEST(ChartArcs, make_the_whole_turn_whatever_the_values) {
-  const auto seed = std::random_device()();
-  SCOPED_TRACE("seed " + std::to_string(seed));
+  const std::uint32_t seed = test::random_seed();
+  SCOPED_TRACE(test::how_to_repeat(seed));
   std::mt19937 random(seed);
   for (int round = 0; round < 500; ++round) {
     std::vector<double> values(1 + random() % 12);
