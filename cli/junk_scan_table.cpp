@@ -22,7 +22,8 @@ using Rows = std::vector<std::vector<std::string>>;
 Rows rows_of_clients(const Text& text, const Cleaner& cleaner, std::span<const std::string_view> types) {
   Rows rows;
   for (const std::string_view type : types) {
-    if (const auto client = cleaner.client_record(type)) {
+    const auto client = cleaner.client_record(type);
+    if (client && !client->files.empty()) {
       rows.push_back({"    " + client_name(type), text.byte_count(client->size)});
     }
   }

@@ -3,9 +3,12 @@
 #include <algorithm>
 #include <cerrno>
 #include <iterator>
+#include <string_view>
+#include <unordered_map>
 #include <unordered_set>
 
 #include "platform/localization.h"
+#include "platform/mount_points.h"
 
 namespace tarnby {
 
@@ -71,6 +74,33 @@ bool may_be_there(const Url& url, const Status& after, const Removal& removal) {
   return tells_nothing && !is_said_to_be_gone;
 }
 
+/// The mount points at or inside the locations of a list.
+class MountsInside {
+ public:
+  explicit MountsInside(std::span<const Url> urls) {
+    for (const Url& url : urls) points_[url.path()];
+    std::vector<Url> all = mount_points();
+    std::ranges::sort(all);
+    for (const Url& point : all) note(point);
+  }
+
+  /// In byte order of their paths; what is mounted inside one of them is not told as well.
+  std::span<const Url> inside(const Url& url) const { return points_.find(url.path())->second; }
+
+ private:
+  void note(const Url& point) {
+    for (std::string_view path = point.path(); !path.empty(); path = path.substr(0, path.rfind('/'))) {
+      const auto listed = points_.find(path);
+      if (listed == points_.end()) continue;
+      auto& known = listed->second;
+      const bool is_told = std::ranges::any_of(known, [&](const Url& other) { return point.is_within(other); });
+      if (!is_told) known.push_back(point);
+    }
+  }
+
+  std::unordered_map<std::string_view, std::vector<Url>> points_;
+};
+
 }  // namespace
 
 LeftReason why_left(const Removal& removal, bool refused) {
@@ -102,6 +132,24 @@ std::vector<LeftEntry> left_of(const FileManager& files, std::span<const Url> ur
     left.push_back({there[at], is_within ? why_left(*passes[at], refused[at]) : LeftReason::outside_grants});
   }
   return left;
+}
+
+std::vector<LeftEntry> known_to_stay(const FileManager& files, std::span<const Url> urls) {
+  const std::vector<bool> refused = files.refuses_to_remove(urls);
+  const MountsInside mounts(urls);
+  std::unordered_set<Url> met;
+  std::vector<LeftEntry> staying;
+  const auto add = [&](const Url& url, LeftReason reason) {
+    if (met.insert(url).second) staying.push_back({url, reason});
+  };
+  for (std::size_t at = 0; at < urls.size(); ++at) {
+    if (refused[at]) {
+      add(urls[at], files.granted().holds(urls[at]) ? LeftReason::never_whole : LeftReason::outside_grants);
+    } else {
+      for (const Url& point : mounts.inside(urls[at])) add(point, LeftReason::other_disk);
+    }
+  }
+  return staying;
 }
 
 }  // namespace tarnby

@@ -48,4 +48,9 @@ struct LeftEntry {
 /// @param removals one for each location.
 std::vector<LeftEntry> left_of(const FileManager& files, std::span<const Url> urls, std::span<const Removal> removals);
 
+/// What a removal of this list is known to leave before it begins: those of the list that are refused, and what is
+/// mounted at or inside the others. Each location once, in the list's order. More may stay: what else may stand in the
+/// way shows when it is tried. Costs a look at each location and one at the mount table; any thread may call.
+std::vector<LeftEntry> known_to_stay(const FileManager& files, std::span<const Url> urls);
+
 }  // namespace tarnby

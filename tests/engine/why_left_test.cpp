@@ -14,13 +14,17 @@ namespace {
 
 using test::TestPlatform;
 
-/// "path: reason" of what is left of these after their removal.
-std::vector<std::string> told(TestPlatform& ada, const std::vector<Url>& urls, const std::vector<Removal>& removals) {
+/// "path: reason" of each.
+std::vector<std::string> lines(TestPlatform& ada, const std::vector<LeftEntry>& entries) {
   std::vector<std::string> lines;
-  for (const LeftEntry& entry : left_of(ada.platform.files, urls, removals)) {
+  for (const LeftEntry& entry : entries) {
     lines.push_back(ada.relative(entry.url) + ": " + left_reason_text(entry.reason));
   }
   return lines;
+}
+
+std::vector<std::string> told(TestPlatform& ada, const std::vector<Url>& urls, const std::vector<Removal>& removals) {
+  return lines(ada, left_of(ada.platform.files, urls, removals));
 }
 
 std::vector<std::string> removed(TestPlatform& ada, const std::vector<Url>& urls) {
@@ -48,11 +52,19 @@ TEST(WhyLeft, tells_in_words_what_stood_in_the_way) {
                            "ada/half: the removal was stopped in the middle of it", "ada/odd: the system refused it"));
 }
 
-TEST(WhyLeft, tells_of_a_mounted_disk_and_of_missing_permission) {
+TEST(WhyLeft, tells_of_mounted_disks_before_and_after_and_of_missing_permission) {
   TestPlatform ada;
-  ada.tree.file("ada/box/in").folder("ada/box/disk").file("ada/locked/in").mode("ada/locked", 0555);
+  ada.tree.file("ada/box/in").folder("ada/box/a disk").file("ada/locked/in").mode("ada/locked", 0555);
   const bool ran = test::with_own_mounts([&] {
-    ASSERT_EQ(mount(ada.tree.path("outside").c_str(), ada.tree.path("ada/box/disk").c_str(), "tmpfs", 0, nullptr), 0);
+    ada.platform.bookmarks.resolve_and_access(Grant::home);
+    const Url listed[] = {ada.url("ada/locked"), ada.url("ada/box"), ada.url("ada/box/a disk"), ada.url("ada/Library"),
+                          ada.url("ada/box")};
+    for (const char* point : {"ada/box/a disk", "ada/box/a disk/in it"}) {
+      ASSERT_EQ(mount("none", ada.tree.folder(point).path(point).c_str(), "tmpfs", 0, nullptr), 0);
+    }
+    EXPECT_THAT(lines(ada, known_to_stay(ada.platform.files, listed)),
+                testing::ElementsAre("ada/box/a disk: another disk is mounted there",
+                                     "ada/Library: it is never removed whole"));
     EXPECT_THAT(removed(ada, {ada.url("ada/box")}), testing::ElementsAre("ada/box: another disk is mounted there"));
   });
   test::as_plain_user(ada.tree, [&] {
