@@ -45,6 +45,7 @@ ExitStatus run_clean(Context& context) {
   cleaning.files = std::move(selection.files);
   cleaning.parts = parts_of(cleaner, groups);
   cleaning.bytes = selection.bytes;
+  cleaning.amount = cleaner.smart_amount->amount(selection.entries);
   cleaning.print = [&] { print_smart_scan(context, cleaner, groups); };
   cleaning.remove = [&](const RemovalOptions& options) {
     cleaner.files = cleaning.files;

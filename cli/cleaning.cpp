@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string>
 #include <unordered_set>
+#include <utility>
 
 #include "cli/json.h"
 #include "cli/setting_values.h"
@@ -29,17 +30,21 @@ std::int64_t bytes_without(Context& context, const Cleaning& cleaning, const std
   return bytes;
 }
 
-void show_result(Context& context, const Cleaning& cleaning, const RemovalReport& report, std::int64_t was_cleaned,
-                 std::int64_t total) {
-  if (!context.asked.json) {
-    print_removal(context, report);
-    const Text& text = context.platform.text;
-    context.out << text.byte_count(was_cleaned) << " cleaned, " << text.byte_count(total) << " in all runs so far.\n";
-    return;
-  }
+/// What one run has cleaned, in bytes.
+struct Cleaned {
+  /// As the engine counts, less what an interrupt left.
+  std::int64_t counted = 0;
+  /// What this run took and what is not there any more: what people read.
+  std::int64_t amount = 0;
+  std::int64_t total = 0;
+  bool is_total_saved = true;
+  bool is_date_saved = true;
+};
+
+void print_json(Context& context, const Cleaning& cleaning, const RemovalReport& report, const Cleaned& cleaned) {
   Json result = json_removal(report);
-  result["was_cleaned"] = was_cleaned;
-  result["totally_cleaned"] = total;
+  result["was_cleaned"] = cleaned.counted;
+  result["totally_cleaned"] = cleaned.total;
   if (cleaning.is_dated) {
     const auto date = context.platform.group_settings.value("Date");
     result["date"] = date ? json_setting(*date) : Json();
@@ -47,37 +52,63 @@ void show_result(Context& context, const Cleaning& cleaning, const RemovalReport
   context.out << json_line(result);
 }
 
-void need_saved(Context& context, SettingsStore& store, std::string_view what) {
-  if (store.synchronize()) return;
-  context.err << "tarnby-cleaner-cli: " << what << not_saved_text(context.platform.session) << '\n';
+void print_amount(Context& context, const Cleaned& cleaned) {
+  const Text& text = context.platform.text;
+  context.out << text.byte_count(cleaned.amount) << " cleaned";
+  if (cleaned.is_total_saved) context.out << ", " << text.byte_count(cleaned.total) << " in all runs so far";
+  context.out << ".\n";
 }
 
-std::int64_t count_cleaned(Context& context, const Cleaning& cleaning, std::int64_t was_cleaned) {
-  AppSettings& settings = context.platform.app_settings;
-  const std::int64_t total = add_to_lifetime_total(settings, was_cleaned);
-  need_saved(context, settings.store(), "the total of all runs");
-  if (cleaning.is_dated) need_saved(context, context.platform.group_settings, "the date of this run");
-  return total;
+/// May wait a few seconds for another program that holds the settings.
+void add_to_total(Context& context, const Cleaning& cleaning, Cleaned& cleaned) {
+  cleaned.total = add_to_lifetime_total(context.platform.app_settings, cleaned.amount, &cleaned.is_total_saved);
+  if (cleaning.is_dated) cleaned.is_date_saved = context.platform.group_settings.synchronize();
 }
 
-ExitStatus remove_chosen(Context& context, const Cleaner& cleaner, const Cleaning& cleaning) {
-  RemovalReport report;
-  std::int64_t was_cleaned = 0;
-  std::int64_t total = 0;
-  {
-    // Kept until the bytes are counted: an interrupt must not lose what was removed.
-    const StopOnInterrupt stop;
-    report = run_removal(context, cleaning.files, stop, cleaning.remove);
-    was_cleaned = cleaner.wasCleaned;
-    if (report.was_interrupted) {
-      std::unordered_set<Url> left;
-      for (const auto& entry : report.left) left.insert(entry.url);
-      was_cleaned = bytes_without(context, cleaning, left);
-    }
-    total = count_cleaned(context, cleaning, was_cleaned);
+void tell_what_is_not_saved(Context& context, const Cleaned& cleaned) {
+  context.out << std::flush;  // what was removed is told first
+  const auto tell = [&](std::string_view what) {
+    context.err << "tarnby-cleaner-cli: " << what << not_saved_text(context.platform.session) << '\n';
+  };
+  if (!cleaned.is_total_saved) tell("the total of all runs");
+  if (!cleaned.is_date_saved) tell("the date of this run");
+}
+
+Cleaned count_cleaned(Context& context, Cleaner& cleaner, const Cleaning& cleaning, const RemovalReport& report) {
+  Cleaned cleaned;
+  cleaned.counted = std::exchange(cleaner.wasCleaned, 0);
+  cleaned.amount = cleaned_amount(cleaned.counted, context.platform.measurer, report.left, report.removals);
+  if (!report.was_interrupted) return cleaned;
+  std::unordered_set<Url> left;
+  for (const LeftEntry& entry : report.left) left.insert(entry.url);
+  cleaned.counted = bytes_without(context, cleaning, left);
+  return cleaned;
+}
+
+ExitStatus remove_chosen(Context& context, Cleaner& cleaner, const Cleaning& cleaning) {
+  // Kept until all is told and counted: an interrupt must not lose what was removed.
+  const StopOnInterrupt stop;
+  const RemovalReport report = run_removal(context, cleaning.files, stop, cleaning.remove);
+  Cleaned cleaned = count_cleaned(context, cleaner, cleaning, report);
+  if (context.asked.json) {
+    add_to_total(context, cleaning, cleaned);
+    print_json(context, cleaning, report, cleaned);
+  } else {
+    print_removal(context, report);
+    context.out << std::flush;
+    add_to_total(context, cleaning, cleaned);
+    print_amount(context, cleaned);
   }
-  show_result(context, cleaning, report, was_cleaned, total);
+  tell_what_is_not_saved(context, cleaned);
   return status_of_removal(report);
+}
+
+std::int64_t bytes_without_refused(Context& context, const Cleaning& cleaning, const RemovalPreview& preview) {
+  std::unordered_set<Url> refused;
+  for (const LeftEntry& entry : preview.staying) {
+    if (entry.reason != LeftReason::other_disk) refused.insert(entry.url);
+  }
+  return bytes_without(context, cleaning, refused);
 }
 
 }  // namespace
@@ -99,17 +130,18 @@ std::vector<std::string_view> named_among(const Context& context, std::span<cons
   return chosen;
 }
 
-ExitStatus carry_out(Context& context, const Cleaner& cleaner, const Cleaning& cleaning) {
+ExitStatus carry_out(Context& context, Cleaner& cleaner, const Cleaning& cleaning) {
   const RemovalPreview preview = preview_removal(context, cleaning.files);
-  const std::unordered_set<Url> refused(preview.refused.begin(), preview.refused.end());
-  const std::int64_t bytes = bytes_without(context, cleaning, refused);
+  const std::int64_t amount = std::max<std::int64_t>(0, cleaning.amount - bytes_staying(context, preview, true));
   if (context.asked.dry_run) {
-    print_preview(context, preview, bytes);
+    print_preview(context, preview, {bytes_without_refused(context, cleaning, preview), amount});
     return done;
   }
-  if (!removal_is_agreed(context, preview, bytes, cleaning.print)) {
-    const std::int64_t total = context.platform.app_settings.integer("TotallyCleaned");
-    if (context.asked.json) show_result(context, cleaning, declined_removal(preview), 0, total);
+  if (!removal_is_agreed(context, preview, amount, cleaning.print)) {
+    if (!context.asked.json) return done;
+    Cleaned nothing;
+    nothing.total = context.platform.app_settings.integer("TotallyCleaned");
+    print_json(context, cleaning, declined_removal(context, preview), nothing);
     return done;
   }
   return remove_chosen(context, cleaner, cleaning);

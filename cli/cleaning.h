@@ -25,6 +25,8 @@ struct Cleaning {
   std::vector<CleaningPart> parts;
   /// What the engine counts for it.
   std::int64_t bytes = 0;
+  /// Bytes with each location counted once: what people are asked about.
+  std::int64_t amount = 0;
   /// Shows it to people who are asked.
   std::function<void()> print;
   /// Removes `files`; `wasCleaned` of the engine is set afterwards.
@@ -39,6 +41,6 @@ std::vector<std::string_view> named_among(const Context& context, std::span<cons
                                           std::string_view noun);
 
 /// Shows what would go, or asks, removes, counts and reports: the second half of each command that cleans.
-ExitStatus carry_out(Context& context, const Cleaner& cleaner, const Cleaning& cleaning);
+ExitStatus carry_out(Context& context, Cleaner& cleaner, const Cleaning& cleaning);
 
 }  // namespace tarnby::cli

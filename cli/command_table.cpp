@@ -80,7 +80,7 @@ Example:
      R"(PATH is the application's folder, NAME.app. Nothing is changed.
 
 Example:
-  tarnby-cleaner-cli app /Applications/Firefox.app
+  tarnby-cleaner-cli app DIR/NAME.app
 )"},
     {"uninstall", "PATH", 1, 1, Effect::removes, run_uninstall, "Remove one application with all that belongs to it",
      R"(PATH is the application's folder, NAME.app. What is removed does not go to the
@@ -88,8 +88,8 @@ Trash: it is gone. You are asked first, with a list of everything that would go.
 Files that applications of one maker share are shown by "app" and stay.
 
 Example:
-  tarnby-cleaner-cli uninstall /Applications/Firefox.app --dry-run
-  tarnby-cleaner-cli uninstall /Applications/Firefox.app
+  tarnby-cleaner-cli uninstall DIR/NAME.app --dry-run
+  tarnby-cleaner-cli uninstall DIR/NAME.app
 )"},
     {"unused", "", 0, 0, Effect::looks, run_unused, "List the applications not used for thirty days",
      R"(With the day on which each was last opened, and where other copies of it are.
@@ -117,7 +117,7 @@ A folder of another name is stored too, but reported as not valid.
 
 Example:
   tarnby-cleaner-cli grant home ~
-  tarnby-cleaner-cli grant Applications /Applications
+  tarnby-cleaner-cli grant Applications DIR
 )"},
     {"settings", "[KEY [VALUE]]", 0, 2, Effect::stores, run_settings, "Show all settings or one, or write one",
      R"(VALUE is true, false or a whole number, or the path that a setting takes whose

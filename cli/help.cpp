@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "cli/advice.h"
+
 namespace tarnby::cli {
 
 namespace {
@@ -19,10 +21,9 @@ constexpr std::string_view ending = R"(
 "tarnby-cleaner-cli COMMAND --help" tells more about one command.
 
 First steps:
-  tarnby-cleaner-cli grant home ~
-  tarnby-cleaner-cli grant Applications /Applications
-  tarnby-cleaner-cli scan
+)";
 
+constexpr std::string_view status_text = R"(
 Exit status: 0 done; 1 something could not be removed or written; 2 the command
 line is wrong; 3 a folder is missing or not given access to; 4 what is listed is
 true, but not all could be looked at, since the disk or the system failed;
@@ -62,7 +63,7 @@ void add_own_options(std::string& text, const CommandRow& command) {
 
 }  // namespace
 
-std::string program_help() {
+std::string program_help(const std::string& called_as) {
   std::string text(introduction);
   text += "\nCommands:\n";
   for (const CommandRow& row : command_rows()) add_line(text, with_words(row.name, row.arguments), row.summary);
@@ -72,6 +73,8 @@ std::string program_help() {
   add_options(text, true);
   for (const CommandRow& row : command_rows()) add_own_options(text, row);
   text += ending;
+  text += first_steps(called_as);
+  text += status_text;
   return text;
 }
 

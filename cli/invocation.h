@@ -33,6 +33,8 @@ class CommandError : public std::runtime_error {
 
 /// What the command line asks for.
 struct Invocation {
+  /// How the program was started: a name that the shell finds, or a path.
+  std::string called_as = "tarnby-cleaner-cli";
   /// Null only when help or the version is asked for.
   const CommandRow* command = nullptr;
   std::vector<std::string> arguments;

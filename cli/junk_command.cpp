@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "cli/advice.h"
 #include "cli/cleaning.h"
 #include "cli/commands.h"
 #include "cli/json.h"
@@ -91,12 +92,10 @@ ExitStatus run_junk(Context& context) {
     return status;
   }
   print_junk_scan(context, cleaner, junk_categories());
-  if (!context.out_is_terminal) return status;
-  context.out << "\nRemove what the settings say:  tarnby-cleaner-cli cleanup  ("
-              << context.platform.text.byte_count(cleaner.beCleaned())
-              << ")\n"
-                 "Remove some categories:        tarnby-cleaner-cli cleanup Caches Logs\n"
-                 "List what would go:            tarnby-cleaner-cli cleanup --dry-run\n";
+  constexpr NextStep steps[] = {{"Remove what the settings say", "cleanup"},
+                                {"Remove some categories", "cleanup Caches Logs"},
+                                {"List what would go", "cleanup --dry-run"}};
+  if (cleaner.cleanup_amount() > 0) print_next_steps(context, steps);
   return status;
 }
 
@@ -119,6 +118,7 @@ ExitStatus run_cleanup(Context& context) {
     cleaning.parts.push_back({item.files, item.size});
     cleaning.bytes = add_bytes(cleaning.bytes, item.size);
   }
+  cleaning.amount = cleaner.cleanup_amount();
   cleaning.print = [&] { print_junk_scan(context, cleaner, categories); };
   cleaning.remove = [&](const RemovalOptions& options) {
     CleanupReport report;

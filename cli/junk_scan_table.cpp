@@ -4,7 +4,6 @@
 #include "cli/look_problems.h"
 #include "cli/table.h"
 #include "engine/entry_text.h"
-#include "platform/bytes.h"
 
 namespace tarnby::cli {
 
@@ -53,10 +52,10 @@ std::vector<std::string_view> client_types(const CleanupCategory& category) {
 void print_junk_scan(Context& context, const Cleaner& cleaner, std::span<const CleanupCategory> categories) {
   const Text& text = context.platform.text;
   Table table({Table::Align::left, Table::Align::right}, window_columns());
-  std::int64_t bytes = 0;
+  std::vector<CleanerEntry> shown;
   for (const CleanupCategory& category : categories) {
     const CleanerItem& item = *(cleaner.*category.item);
-    bytes = add_bytes(bytes, item.size);
+    shown.emplace_back(cleaner.*category.item);
     table.heading({"  " + std::string(category.label) + "  [" + std::string(category.setting) + "]", item.string_size});
     const auto clients = client_types(category);
     const Rows rows = clients.empty() ? rows_of_files(context, cleaner, item) : rows_of_clients(text, cleaner, clients);
@@ -69,7 +68,8 @@ void print_junk_scan(Context& context, const Cleaner& cleaner, std::span<const C
   }
   table.blank();
   const bool is_all = categories.size() == junk_categories().size();
-  table.heading({is_all ? "Found in all" : "Found in these categories", text.byte_count(bytes)});
+  table.heading(
+      {is_all ? "Found in all" : "Found in these categories", text.byte_count(cleaner.junk_amount->amount(shown))});
   table.print(context.out);
 }
 

@@ -46,7 +46,7 @@ ExitStatus run_or_explain(const Invocation& asked) {
   if (asked.version) {
     std::cout << "tarnby-cleaner-cli " TARNBY_VERSION "\n";
   } else if (asked.help) {
-    std::cout << (asked.command ? command_help(*asked.command) : program_help());
+    std::cout << (asked.command ? command_help(*asked.command) : program_help(asked.called_as));
   } else {
     return run_command(asked);
   }
@@ -64,7 +64,9 @@ int run_program(int argc, const char* const* argv) {
   ExitStatus status = done;
   try {
     const auto words = std::span(argv, static_cast<std::size_t>(argc));
-    status = run_or_explain(parse_command_line(words.subspan(words.empty() ? 0 : 1)));
+    Invocation asked = parse_command_line(words.subspan(words.empty() ? 0 : 1));
+    if (!words.empty() && *words.front() != '\0') asked.called_as = words.front();
+    status = run_or_explain(asked);
   } catch (const CommandError& error) {
     std::cerr << "tarnby-cleaner-cli: " << error.what() << '\n';
     return error.status();

@@ -1,10 +1,12 @@
 #include <algorithm>
 
+#include "cli/advice.h"
 #include "cli/commands.h"
 #include "cli/json.h"
 #include "cli/look_problems.h"
 #include "cli/smart_scan_run.h"
 #include "cli/smart_scan_table.h"
+#include "engine/smart_selection.h"
 
 namespace tarnby::cli {
 
@@ -50,10 +52,10 @@ ExitStatus run_scan(Context& context) {
     return status;
   }
   print_smart_scan(context, cleaner, all_groups());
-  if (!context.out_is_terminal) return status;
-  context.out << "\nRemove all of it:       tarnby-cleaner-cli clean\n"
-                 "Remove some groups:     tarnby-cleaner-cli clean caches logs\n"
-                 "List what would go:     tarnby-cleaner-cli clean --dry-run\n";
+  constexpr NextStep steps[] = {{"Remove all of it", "clean"},
+                                {"Remove some groups", "clean caches logs"},
+                                {"List what would go", "clean --dry-run"}};
+  if (!select_groups(cleaner, all_groups()).files.empty()) print_next_steps(context, steps);
   return status;
 }
 

@@ -14,6 +14,13 @@ namespace tarnby::cli {
 
 namespace {
 
+/// The engine's own total of a group also holds what earlier scans found.
+std::int64_t sum_of(std::span<const CleanerEntry> entries) {
+  std::int64_t sum = 0;
+  for (const CleanerEntry& entry : entries) sum = add_bytes(sum, size_of(entry));
+  return sum;
+}
+
 /// One group on its way into the table.
 class GroupLines {
  public:
@@ -25,9 +32,7 @@ class GroupLines {
   void add(std::size_t shown) {
     for (std::size_t at = 0; at < shown; ++at) line(label(items_[at]), size_of(items_[at]));
     if (shown == items_.size()) return;
-    std::int64_t rest = 0;
-    for (std::size_t at = shown; at < items_.size(); ++at) rest = add_bytes(rest, size_of(items_[at]));
-    line(more_rows_text(items_.size() - shown), rest);
+    line(more_rows_text(items_.size() - shown), sum_of(std::span(items_).subspan(shown)));
   }
 
  private:
@@ -74,7 +79,7 @@ void print_smart_scan(Context& context, const Cleaner& cleaner, std::span<const 
     is_first = false;
     const SmartOutlineItem& group = *(cleaner.*category.outline);
     const CleanerItem& item = *(cleaner.*category.item);
-    table.heading({"  " + group.label + "  [" + group.type + "]", text.byte_count(group.size)});
+    table.heading({"  " + group.label + "  [" + group.type + "]", text.byte_count(sum_of(item.items))});
     if (const auto problem = cleaner.problem_of(category.type)) {
       table.line({"    " + problem_text(*problem)});
     } else if (item.items.empty()) {
@@ -83,7 +88,7 @@ void print_smart_scan(Context& context, const Cleaner& cleaner, std::span<const 
     GroupLines(text, cleaner.url_home, item, table).add(rows_shown(context, item.items.size()));
   }
   table.blank();
-  const std::int64_t bytes = select_groups(cleaner, groups).bytes;
+  const std::int64_t bytes = cleaner.smart_amount->amount(select_groups(cleaner, groups).entries);
   table.heading(
       {groups.size() == all_groups().size() ? "Found in all" : "Found in these groups", text.byte_count(bytes)});
   table.print(context.out);

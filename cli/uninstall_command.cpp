@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "cli/commands.h"
 #include "cli/json.h"
 #include "cli/progress.h"
@@ -48,13 +50,14 @@ ExitStatus run_uninstall(Context& context) {
   find_files(context, *item);
   const std::vector<Url> listed = item->listed_files();
   const RemovalPreview preview = preview_removal(context, listed);
-  const std::int64_t bytes = bytes_of(*item, preview.would_remove);
+  const std::int64_t counted = bytes_of(*item, preview.would_remove);
+  const std::int64_t bytes = std::max<std::int64_t>(0, counted - bytes_staying(context, preview, false));
   if (context.asked.dry_run) {
-    print_preview(context, preview, bytes);
+    print_preview(context, preview, {counted, bytes});
     return done;
   }
   if (!removal_is_agreed(context, preview, bytes, [&] { print_related_files(context, *item); })) {
-    if (context.asked.json) show_result(context, declined_removal(preview));
+    if (context.asked.json) show_result(context, declined_removal(context, preview));
     return done;
   }
   // What was shown goes, and nothing that a second search might find.

@@ -101,18 +101,26 @@ std::int64_t ChosenAmount::amount(std::span<const CleanerEntry> chosen) const {
   return std::max<std::int64_t>(0, bytes - again);
 }
 
+std::vector<Url> outermost_of(std::span<const Url> urls) {
+  std::unordered_set<std::string_view> paths;
+  for (const Url& url : urls) paths.insert(url.path());
+  std::unordered_set<std::string_view> met;
+  std::vector<Url> outermost;
+  for (const Url& url : urls) {
+    const bool is_inside = is_any_around(url.path(), [&](std::string_view path) { return paths.contains(path); });
+    if (!is_inside && met.insert(url.path()).second) outermost.push_back(url);
+  }
+  return outermost;
+}
+
 std::int64_t cleaned_amount(std::int64_t was_cleaned, Measurer& measurer, std::span<const LeftEntry> left,
                             std::span<const Removal> removals) {
-  std::unordered_set<std::string_view> paths;
-  for (const LeftEntry& entry : left) paths.insert(entry.url.path());
-  std::vector<Url> outermost;
-  for (const LeftEntry& entry : left) {
-    const bool is_inside = is_any_around(entry.url.path(), [&](std::string_view path) { return paths.contains(path); });
-    if (!is_inside) outermost.push_back(entry.url);
-  }
+  std::vector<Url> urls;
+  for (const LeftEntry& entry : left) urls.push_back(entry.url);
+  const std::int64_t still_there = measurer.overall_size_of_files(outermost_of(urls));
   std::int64_t taken = 0;
   for (const Removal& removal : removals) taken = add_bytes(taken, removal.bytes);
-  return std::clamp<std::int64_t>(was_cleaned - measurer.overall_size_of_files(outermost), 0, taken);
+  return std::clamp<std::int64_t>(was_cleaned - still_there, 0, taken);
 }
 
 }  // namespace tarnby

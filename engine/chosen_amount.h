@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <vector>
 
 #include "engine/cleaner_item.h"
 #include "engine/why_left.h"
@@ -50,6 +51,10 @@ class ChosenAmount {
   /// The sizes, by path, of what is listed twice, lies inside another location, or has another one inside.
   std::unordered_map<std::string, std::int64_t, PathHash, std::equal_to<>> shared_;
 };
+
+/// Those of the locations that lie inside none of the others, each once, in the order they had: measured together, they
+/// count every byte once.
+std::vector<Url> outermost_of(std::span<const Url> urls);
 
 /// What people read after a removal, and what goes into the lifetime total: of what the engine counted for the run as
 /// much as is not there any more, and no more than this run itself removed. Measures what was left. Whoever counts sets

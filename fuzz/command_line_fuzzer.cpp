@@ -81,7 +81,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const Invocation asked = parse_command_line(pointers);
     check_reading(words, asked);
     check_values(asked);
-    if (asked.help) (void)(asked.command ? command_help(*asked.command) : program_help());
+    if (asked.help) (void)(asked.command ? command_help(*asked.command) : program_help(asked.called_as));
   });
   return 0;
 }

@@ -54,8 +54,10 @@ TEST(Cleanup, removes_what_junk_listed_in_the_named_categories_or_those_of_the_s
     EXPECT_EQ(result["removed"].get<std::set<std::string>>(), expected);
     EXPECT_EQ(result["removed"].size(), expected.size()) << "each path once";
     EXPECT_EQ(result["was_cleaned"], size);
-    EXPECT_EQ(home.totally_cleaned(), size);
-    EXPECT_EQ(preview, (Json{{"would_remove", result["removed"]}, {"was_cleaned", size}}));
+    EXPECT_EQ(home.totally_cleaned(), result["freed"]);
+    EXPECT_EQ(preview["would_remove"], result["removed"]);
+    EXPECT_EQ(preview["was_cleaned"], size);
+    EXPECT_EQ(preview["would_free"], result["freed"]);
     EXPECT_THAT(home.tree().read("config/tarnby-cleaner/QJ4RW7NX2P.com.corvash.tarnby-cleaner.plist"),
                 HasSubstr("<date>" + result["date"].get<std::string>()));
     EXPECT_EQ(home.bare_json({"settings", "Browsers"})["Browsers"], false) << "a name is for one run";

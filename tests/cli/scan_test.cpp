@@ -54,6 +54,8 @@ TEST(Scan, tells_everything_in_a_fixed_form_and_changes_nothing) {
 TEST(Scan, stays_valid_text_whatever_a_home_holds) {
   CliHome home;
   const std::string logs = "home/Library/Logs/";
+  const std::string turning = "c1 \xc2\x9b, direction \xe2\x80\xae\xe2\x80\x8f, end \xe2\x80\xa8\x7f";
+  home.tree().file(logs + turning, 60).file(logs + "a\\nb", 70).file(logs + "a\nb", 80);
   home.tree().file(logs + "caf\xe9.log", 10).file(logs + "new\nline\x1b[31m \"quoted\" \\", 30).fifo(logs + "fifo");
   home.tree().file(logs + "\xed\xa0\x80 half a pair", 40).file(logs + "\xf0\x9f\x93", 50).link(logs + "loop", "loop");
   home.tree().content("Applications/Broken.app/Contents/Info.plist", "<?xml version=\"1.0\"?><plist><dict><key>CFBun");
@@ -69,8 +71,17 @@ TEST(Scan, stays_valid_text_whatever_a_home_holds) {
                                                         {"\uFFFD\uFFFD\uFFFD half a pair", 40},
                                                         {"\uFFFD", 50},
                                                         {"fifo", 0},
-                                                        {"loop", 4}};
+                                                        {"loop", 4},
+                                                        {turning, 60},
+                                                        {"a\\nb", 70},
+                                                        {"a\nb", 80}};
   EXPECT_EQ(found, expected);
+  const std::string written = home.run({"scan", "--json"}).out;
+  EXPECT_THAT(written, HasSubstr(R"(c1 \u009b, direction \u202e\u200f, end \u2028\u007f)"));
+  EXPECT_THAT(written, testing::AllOf(HasSubstr(R"(a\\nb)"), HasSubstr(R"(a\u000ab)")));
+  EXPECT_THAT(home.run({"scan"}).out, testing::AllOf(HasSubstr(R"(c1 \x9b, direction \u202e\u200f, end \u2028\x7f)"),
+                                                     HasSubstr(R"( a\\nb )"), HasSubstr(R"( a\nb )")))
+      << "two names, two lines";
   EXPECT_EQ(home.json({"apps"})["applications"].size(), 1U) << "no others can be read";
 
   const std::pair<Words, const char*> shown[] = {{{"scan"}, "new\\nline\\x1b[31m"},

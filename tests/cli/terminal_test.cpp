@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <csignal>
 #include <sstream>
@@ -13,6 +14,7 @@ namespace tarnby::test {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::Not;
 
 TEST(Terminal, removes_only_after_a_yes) {
 #ifdef __SANITIZE_THREAD__
@@ -56,6 +58,39 @@ TEST(Terminal, shows_progress_and_clears_it_before_the_result) {
   const ProgramResult result = TerminalProgram(home.command({"scan", "--json"})).finish();
   EXPECT_THAT(result.out, HasSubstr("Scan in \"Trash Bin\""));
   EXPECT_TRUE(Json::accept(result.out.substr(result.out.rfind("\x1b[K") + 3))) << result.out;
+}
+
+TEST(Terminal, shows_bold_and_progress_where_they_can_be_shown_and_are_wanted) {
+  CliHome home;
+  home.tree().file("home/.Trash/a", 1);
+  const auto shown = [&](const char* name, const char* value) {
+    ProgramRun run = home.command({"scan"});
+    run.environment[name] = value;
+    return TerminalProgram(run).finish().out;
+  };
+  const char* bold = "\x1b[1m";
+  const char* rewritten = "\x1b[K";
+  EXPECT_THAT(shown("TERM", "xterm"), testing::AllOf(HasSubstr(bold), HasSubstr(rewritten)));
+  EXPECT_THAT(shown("NO_COLOR", "1"), testing::AllOf(Not(HasSubstr(bold)), HasSubstr(rewritten)));
+  EXPECT_THAT(shown("NO_COLOR", ""), HasSubstr(bold)) << "empty is as if it were not there";
+  EXPECT_THAT(shown("TERM", "dumb"), Not(HasSubstr("\x1b")));
+}
+
+TEST(Terminal, recommends_what_works_as_it_is_typed) {
+  CliHome home;
+  EXPECT_THAT(TerminalProgram(home.command({"scan"})).finish().out, Not(HasSubstr("Remove all of it")))
+      << "there is nothing to remove";
+  home.tree().file("home/.Trash/a", 1);
+  const std::string shown = TerminalProgram(home.command({"scan"}), 400).finish().out;
+  const auto begin = shown.find("List what would go:") + 19;
+  const std::string typed = shown.substr(begin, shown.find('\n', begin) - begin);
+  ProgramRun shell = home.bare({});
+  shell.words = {"/bin/sh", "-c", typed};
+  EXPECT_THAT(run_program(shell).out, HasSubstr("Would remove 1 entry")) << typed;
+
+  const std::string help = home.run_bare({"--help"}).out;
+  const bool are_there = access("/Applications", F_OK) == 0;
+  EXPECT_EQ(help.find("grant Applications /Applications") != std::string::npos, are_there) << help;
 }
 
 // The signal comes from inside the removal, so it always comes at the same point.

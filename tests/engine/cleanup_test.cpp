@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "tests/engine/test_engine.h"
 
 namespace tarnby {
@@ -67,6 +69,16 @@ TEST(Cleanup, removes_the_categories_that_are_switched_on_and_never_downloads) {
   EXPECT_EQ(cleaner.wasCleaned, 1'000 + 200) << "Downloads were counted before, and stay";
   home.run();
   EXPECT_EQ(cleaner.wasCleaned, 1'000 + 2 * 200) << "without a new scan the same sizes count again";
+}
+
+TEST(Cleanup, removes_nothing_more_once_it_was_stopped) {
+  FullHome home;
+  const std::atomic<bool> stop = true;
+  CleanupReport report;
+  report.options.stop = &stop;
+  EXPECT_THAT(home.run(&report), IsEmpty());
+  EXPECT_TRUE(std::ranges::none_of(report.removals, &Removal::attempted));
+  EXPECT_EQ(home.of.cleaner.wasCleaned, 360 - 70) << "who stops a run counts what went";
 }
 
 TEST(Cleanup, tells_what_of_the_trash_and_the_large_files_it_had_to_leave) {
