@@ -138,7 +138,7 @@ constexpr OptionRow options[] = {
     {"--at-least", "SIZE", &Invocation::at_least, false, "only those of that size or more: 500MB, 1.5GB", "large"},
     {"--json", "", &Invocation::json, false, "one JSON object on standard output"},
     {"--quiet", "", &Invocation::quiet, false, "no progress on the terminal"},
-    {"--dry-run", "", &Invocation::dry_run, true, "list what would be removed; change nothing"},
+    {"--dry-run", "", &Invocation::dry_run, true, "list what would go and stay; change nothing"},
     {"--yes", "", &Invocation::yes, true, "remove without asking"},
     {"--help", "", &Invocation::help, false, "this text; after a command, more about that command"},
     {"--version", "", &Invocation::version, false, "the program's version"},

@@ -1,5 +1,7 @@
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/file.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -74,6 +76,25 @@ TEST(Terminal, shows_bold_and_progress_where_they_can_be_shown_and_are_wanted) {
   EXPECT_THAT(shown("NO_COLOR", "1"), testing::AllOf(Not(HasSubstr(bold)), HasSubstr(rewritten)));
   EXPECT_THAT(shown("NO_COLOR", ""), HasSubstr(bold)) << "empty is as if it were not there";
   EXPECT_THAT(shown("TERM", "dumb"), Not(HasSubstr("\x1b")));
+}
+
+TEST(Terminal, reports_a_removal_before_it_waits_for_the_settings_and_tells_when_they_cannot_be_written) {
+  CliHome home;
+  home.tree().file("home/.Trash/a", 1'000).folder("config/tarnby-cleaner");
+  const std::string lock = home.path("config/tarnby-cleaner/settings.plist.lock");
+  Descriptor held(open(lock.c_str(), O_CREAT | O_RDWR | O_CLOEXEC, 0600));
+  ASSERT_EQ(flock(held.get(), LOCK_EX), 0);
+  TerminalProgram program(home.command({"clean", "trash", "--yes"}));
+  EXPECT_TRUE(program.shows("Removed 1 entry.")) << "somebody else holds the settings";
+  held.reset();
+  EXPECT_EQ(program.finish().status, 0);
+
+  CliHome other;
+  other.tree().file("home/.Trash/a", 1'000).file("config/tarnby-cleaner");
+  const ProgramResult result = other.run({"clean", "trash", "--yes"});
+  EXPECT_EQ(result.out, "Removed 1 entry.\n1 KB cleaned.\n");
+  EXPECT_THAT(result.err,
+              testing::MatchesRegex("tarnby-cleaner-cli: the total of all runs could not be saved[^\n]+\n"));
 }
 
 TEST(Terminal, recommends_what_works_as_it_is_typed) {

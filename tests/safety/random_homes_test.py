@@ -26,6 +26,13 @@ GROUPS = [b"caches", b"logs", b"remainders", b"browsers", b"mails", b"installs",
 CATEGORIES = [b"Caches", b"Logs", b"Remainders", b"Browsers", b"Mails", b"Trash"]
 
 
+def size_of(told):
+    """The logical size of what a snapshot tells of."""
+    if stat.S_ISLNK(told[0]):
+        return len(told[3])
+    return told[3] if stat.S_ISREG(told[0]) else 0
+
+
 class RandomHome(Home):
     def __init__(self, seed):
         self.random = random.Random(seed)
@@ -122,6 +129,10 @@ class RandomHomes(unittest.TestCase):
             wrong = changes(before, after, listed)
             self.assertEqual({path: why for path, why in wrong.items() if not is_within(path, settings)}, {})
             self.assertLessEqual({home.path(path) for path in home.files[:5]}, set(after))
+            # Every byte that went counts, once, whichever groups have listed it.
+            self.assertEqual(run.told["freed"], sum(size_of(told) for path, told in before.items() if path not in after))
+            if not left:
+                self.assertLessEqual(dry.told["would_free"], run.told["freed"])
             if not left and words[0] != b"uninstall":
                 self.assertEqual(run.told["was_cleaned"], dry.told["was_cleaned"])
             return len(removed)
