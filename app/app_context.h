@@ -30,6 +30,8 @@ struct AppContext {
   FolderChooser& folder_chooser;
   /// The engine; made when it is first asked for, since it takes the grants as they are then.
   std::function<Cleaner&()> sharedCleaner;
+  /// The grants were changed: whoever asks for the engine from now on gets one that has taken them anew.
+  std::function<void()> take_grants_anew = [] {};
   RemovalRun removal = {};
   Icons icons{platform};
   EngineTurn turn{platform.notifications, platform.main_queue};

@@ -51,6 +51,9 @@ void CleanerWindowController::make_menus() {
       [this] { show_sheet(std::make_unique<AboutProgram>(context_)); });
   add(program, english("Preferences…"), QKeySequence(Qt::CTRL | Qt::Key_Comma), QAction::PreferencesRole,
       [this] { show_sheet(ScreenCatalogue::main().make("Preferences", context_)); });
+  QAction* access = add(program, english("Folder access…"), {}, QAction::ApplicationSpecificRole, [this] {
+    if (home_screen() != nullptr && context_.is_free()) show_access();
+  });
   program->addSeparator();
   add(program, english("Quit"), QKeySequence::Quit, QAction::QuitRole, [this] { close(); });
   QMenu* actions = menuBar()->addMenu(context_.text("&Scan"));
@@ -62,8 +65,10 @@ void CleanerWindowController::make_menus() {
       add(actions, english("Categories"), QKeySequence(Qt::CTRL | Qt::Key_K), QAction::NoRole, [this] {
         if (auto* home = home_screen()) home->show_categories();
       });
+  connect(program, &QMenu::aboutToShow, this,
+          [this, access] { access->setEnabled(home_screen() != nullptr && context_.is_free()); });
   connect(actions, &QMenu::aboutToShow, this, [this, scan, categories] {
-    for (QAction* action : {scan, categories}) action->setEnabled(home_screen() != nullptr);
+    for (QAction* action : {scan, categories}) action->setEnabled(home_screen() != nullptr && context_.is_free());
   });
   connect(actions, &QMenu::aboutToHide, this, [scan, categories] {
     for (QAction* action : {scan, categories}) action->setEnabled(true);  // or their keys would stay dead
@@ -81,6 +86,13 @@ HomeViewController* CleanerWindowController::home_screen() const {
   if (content_->viewcontrollerA || !findChildren<Overlay*>(QString(), Qt::FindDirectChildrenOnly).isEmpty())
     return nullptr;
   return qobject_cast<HomeViewController*>(content_->viewcontrollerC.get());
+}
+
+/// In the place of the home screen, which comes again afterwards.
+void CleanerWindowController::show_access() {
+  NotificationCenter& center = context_.platform.notifications;
+  center.post("home_end_anim_complete");
+  center.post("sandbox_view_controller");
 }
 
 void CleanerWindowController::showFeedbackDialog() {

@@ -28,6 +28,7 @@ class CleanerWindowController : public QMainWindow {
   void make_menus();
   void show_sheet(std::unique_ptr<Screen> content);
   void showFeedbackDialog();
+  void show_access();
   HomeViewController* home_screen() const;
 
   AppContext& context_;

@@ -23,6 +23,7 @@
 #include "app/single_window.h"
 #endif
 #include "app/desktop/resources.h"
+#include "app/engine_objects.h"
 #include "app/notice.h"
 #include "app/qt_main_queue.h"
 #include "ui/motion.h"
@@ -110,8 +111,16 @@ int run_window(QApplication& application) {
 #endif
   DesktopFolderChooser folder_chooser;
   BackgroundQueue background;
-  AppContext context = {platform, clock,     delegate,       background,
-                        errands,  workspace, folder_chooser, []() -> Cleaner& { return Cleaner::sharedCleaner(); }};
+  EngineObjects engine(platform);
+  AppContext context = {platform,
+                        clock,
+                        delegate,
+                        background,
+                        errands,
+                        workspace,
+                        folder_chooser,
+                        [&]() -> Cleaner& { return engine.cleaner(); },
+                        [&] { engine.take_grants_anew(); }};
 
   delegate.applicationDidFinishLaunching();
   QApplication::setQuitOnLastWindowClosed(delegate.applicationShouldTerminateAfterLastWindowClosed());

@@ -4,6 +4,7 @@
 #include <chrono>
 
 #include "app/junk/junk_scan.h"
+#include "leftovers/folder_grants.h"
 
 namespace tarnby {
 
@@ -69,11 +70,9 @@ ViewController::ViewController(AppContext& context, QWidget* parent)
   popview = new_layer(this);
   for (const Navigation& row : rows) observe(row.notification, [this, &row] { answer(row); });
 
-  Bookmarks& bookmarks = context.platform.bookmarks;
-  const Url home = bookmarks.resolve_and_access(Grant::home);
-  const Url applications = bookmarks.resolve_and_access(Grant::applications);
-  const bool both = !home.empty() && !applications.empty();
-  show(row_of(both ? "home_view_controller_for_launch" : "sandbox_view_controller"), {});
+  for (const Grant grant : {Grant::home, Grant::applications}) context.platform.bookmarks.resolve_and_access(grant);
+  const bool complete = FolderGrants(context.platform).access().is_complete();
+  show(row_of(complete ? "home_view_controller_for_launch" : "sandbox_view_controller"), {});
 
   observe("sandbox_end_anim_complete", [this] { sandbox_end_anim_complete(); });
   observe("home_end_anim_complete", [this] { home_end_anim_complete(); });

@@ -41,7 +41,7 @@ class ViewController : public QWidget {
   /// In the order in which they are observed.
   static std::span<const Navigation> navigation();
 
-  /// Shows the home screen when both grants lead to a folder, else the screen that asks for them.
+  /// Shows the home screen when both grants lead to the folders that are meant, else the screen that asks for them.
   ViewController(AppContext& context, QWidget* parent);
   ~ViewController() override;
 

@@ -75,6 +75,8 @@ ExitStatus run_grant(Context& context) {
     context.out << json_line(result);
   } else if (state.is_valid) {
     context.out << "Granted: " << name << " is " << one_line(state.folder.path()) << '\n';
+  } else if (state.fault == GrantFault::other_owner) {
+    context.out << "Stored, but not valid: " << one_line(state.folder.path()) << " belongs to another user.\n";
   } else {
     context.out << "Stored, but not valid: " << one_line(state.folder.path()) << " is not named \""
                 << one_line(state.expected_name) << "\".\n";

@@ -1,17 +1,78 @@
 #include "leftovers/folder_grants.h"
 
+#include <algorithm>
+
 namespace tarnby {
+
+namespace {
+
+/// Only a home with one of these in its Library is laid out by applications from the Applications folder.
+constexpr std::string_view library_folders[] = {
+    "Application Scripts", "Application Support",     "Caches", "Containers", "Logs", "Mail",
+    "Preferences",         "Saved Application State", "Safari"};
+constexpr std::string_view other_layout[] = {".config", ".cache", ".local/share"};
+
+}  // namespace
+
+GrantFault FolderGrants::fault_of(Grant grant, const GrantState& state) const {
+  if (state.folder.empty()) return GrantFault::missing;
+  if (grant == Grant::disk) return GrantFault::none;
+  const bool named = !state.expected_name.empty() && state.folder.last_path_component() == state.expected_name;
+  if (grant == Grant::applications) return named ? GrantFault::none : GrantFault::other_folder;
+  if (!named && state.folder != real_folder(platform_.session.account_home)) return GrantFault::other_folder;
+  return belongs_to_this_user(state.folder) ? GrantFault::none : GrantFault::other_owner;
+}
 
 GrantState FolderGrants::check(Grant grant) const {
   GrantState state;
-  state.folder = platform_.bookmarks.resolve(grant);
+  state.folder = platform_.bookmarks.resolve(grant, &state.is_stale);
   if (grant == Grant::home) state.expected_name = platform_.session.user_name;
   if (grant == Grant::applications) state.expected_name = "Applications";
-  const bool any_name = grant == Grant::disk;
-  const bool name_fits =
-      any_name || (!state.expected_name.empty() && state.folder.last_path_component() == state.expected_name);
-  state.is_valid = !state.folder.empty() && name_fits;
+  state.fault = fault_of(grant, state);
+  state.is_valid = state.fault == GrantFault::none;
   return state;
+}
+
+GrantState FolderGrants::check_whole(Grant grant) const {
+  GrantState state = check(grant);
+  if (grant == Grant::applications && state.is_valid && !holds_application(state.folder)) {
+    state.fault = GrantFault::no_application;
+    state.is_valid = false;
+  }
+  return state;
+}
+
+Access FolderGrants::access() const {
+  Access access = {check_whole(Grant::home), check_whole(Grant::applications)};
+  access.needs_applications = !access.home.is_valid || !knows_no_applications(access.home.folder);
+  return access;
+}
+
+GrantState FolderGrants::take(Grant grant, const Url& picked) {
+  const GrantState before = check_whole(grant);
+  (void)store(grant, picked);  // what the disk does not take now goes with the next write
+  const GrantState taken = check_whole(grant);
+  if (taken.is_valid) platform_.bookmarks.resolve_and_access(grant);
+  if (!taken.is_valid && before.is_valid) (void)store(grant, before.folder);
+  return taken;
+}
+
+/// In the folder itself or in one directly in it, as some keep them by vendor.
+bool FolderGrants::holds_application(const Url& folder) const {
+  const FileManager& files = platform_.files;
+  const auto is_application = [&](const Url& entry) { return files.is_application(entry); };
+  const std::vector<Url> entries = files.list_urls(folder);
+  return std::ranges::any_of(entries, is_application) || std::ranges::any_of(entries, [&](const Url& entry) {
+           return std::ranges::any_of(files.list_urls(entry), is_application);
+         });
+}
+
+bool FolderGrants::knows_no_applications(const Url& home) const {
+  const auto has = [&](const Url& above) {
+    return [&, above](std::string_view name) { return platform_.files.is_folder(above.appending(name)); };
+  };
+  return std::ranges::none_of(library_folders, has(home.appending("Library"))) &&
+         std::ranges::any_of(other_layout, has(home));
 }
 
 }  // namespace tarnby

@@ -1,6 +1,7 @@
 #include "platform/bookmarks.h"
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cstdlib>
 #include <memory>
@@ -28,15 +29,23 @@ Url real_folder(const Url& folder) {
   return Url::file(path.get());
 }
 
+bool belongs_to_this_user(const Url& folder) {
+  struct stat info = {};
+  return uninterrupted([&] { return stat(folder.path().c_str(), &info); }) == 0 && info.st_uid == geteuid();
+}
+
 bool Bookmarks::store(Grant grant, const Url& folder) {
   settings_.set(grant_key(grant), bookmark_data(folder));
   return settings_.synchronize();
 }
 
-Url Bookmarks::resolve(Grant grant) const {
+Url Bookmarks::resolve(Grant grant, bool* is_stale) const {
   const auto value = settings_.value(grant_key(grant));
   const auto* data = value ? value->as<PropertyList::Data>() : nullptr;
-  return data ? real_folder(bookmarked_folder(*data)) : Url();
+  bool stale = false;
+  Url folder = data ? real_folder(bookmarked_folder(*data, stale)) : Url();
+  if (is_stale != nullptr) *is_stale = stale;
+  return folder;
 }
 
 Url Bookmarks::resolve_and_access(Grant grant) {

@@ -21,7 +21,8 @@ class Bookmarks {
   bool store(Grant grant, const Url& folder);
 
   /// The real path of the stored folder; nowhere when nothing is stored or the folder is gone.
-  Url resolve(Grant grant) const;
+  /// @param is_stale if not null, set to whether the system wants the user to be asked again some day.
+  Url resolve(Grant grant, bool* is_stale = nullptr) const;
 
   /// As resolve, and from now on the folder's entries may be read and removed. Access is never stopped.
   Url resolve_and_access(Grant grant);
@@ -34,11 +35,15 @@ class Bookmarks {
 /// The real path of an existing folder (realpath(3)); nowhere when there is none.
 Url real_folder(const Url& folder);
 
+/// Whether it is this user who owns a folder; false, too, when nobody can tell.
+bool belongs_to_this_user(const Url& folder);
+
 /// The data that stands for a grant of this folder in the settings.
 PropertyList bookmark_data(const Url& folder);
 
 /// The folder that such data stands for; nowhere when nobody knows it any more. Where the system confines programs, the
 /// folder is open to this one from then on.
-Url bookmarked_folder(const PropertyList::Data& data);
+/// @param is_stale set when the system wants the user to be asked again some day.
+Url bookmarked_folder(const PropertyList::Data& data, bool& is_stale);
 
 }  // namespace tarnby

@@ -12,6 +12,9 @@ class LoginItems {
   /// From now on the program of this identifier ("org.example.helper") starts at every login, or no more. False when
   /// that could not be brought about; everything is as before then. Any thread may call.
   virtual bool set_enabled(std::string_view identifier, bool enabled) = 0;
+
+  /// Whether the program of this identifier is there to be started. Any thread may call; folders are looked at.
+  virtual bool is_installed(std::string_view identifier) const = 0;
 };
 
 }  // namespace tarnby

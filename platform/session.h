@@ -39,8 +39,12 @@ struct Session {
   /// for all users. Nowhere and none on systems that keep login items elsewhere.
   Url autostart_folder = {};
   std::vector<Url> system_autostart_folders = {};
+  /// The folders of PATH, in its order; none on systems that find helper programs otherwise.
+  std::vector<Url> program_folders = {};
   /// The version of a system whose privacy switches guard folders from programs; none on one without such switches.
   std::optional<SystemVersion> system_version = {};
+  /// The home folder that the account database names, whatever the environment says; nowhere without an account.
+  Url account_home = {};
 };
 
 /// The session of this process.

@@ -1,6 +1,7 @@
 #include "app/access/folder_card.h"
 
 #include <QAbstractButton>
+#include <QLabel>
 #include <QPainter>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -45,23 +46,42 @@ QPainterPath tiles_path(const QRectF& box) {
   return path;
 }
 
+QColor ground() {
+  return theme::over(theme::card, theme::background);
+}
+
 }  // namespace
 
 FolderCard::FolderCard(Picture picture, const QString& title, const QString& why, QAbstractButton* button,
                        QWidget* parent)
-    : QWidget(parent), picture_(picture) {
+    : QWidget(parent), picture_(picture), button_(button) {
   setFixedWidth(static_cast<int>(card_width * std::max(1.0, theme::text_scale())));
-  const QColor ground = theme::over(theme::card, theme::background);
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(3 * theme::grid, picture_top + picture_side + 2 * theme::grid, 3 * theme::grid,
                              3 * theme::grid);
   layout->setSpacing(theme::grid);
   layout->addWidget(text_label(title, theme::Type::title, theme::text, this, theme::Weight::strong));
-  layout->addWidget(paragraph(why, theme::Type::note, theme::readable(theme::secondary, ground), text_width, this), 0,
+  layout->addWidget(paragraph(why, theme::Type::note, theme::readable(theme::secondary, ground()), text_width, this), 0,
                     Qt::AlignHCenter);
+  state = paragraph(QStringLiteral(" "), theme::Type::note, theme::text, text_width, this);
+  layout->addWidget(state, 0, Qt::AlignHCenter);
   layout->addStretch();
   layout->addSpacing(theme::grid);
   layout->addWidget(button, 0, Qt::AlignHCenter);
+}
+
+void FolderCard::show_state(const QString& words, Tone tone) {
+  QPalette colors = state->palette();
+  colors.setColor(QPalette::WindowText,
+                  theme::readable(tone == Tone::quiet ? theme::secondary : theme::amber, ground()));
+  state->setPalette(colors);
+  state->setText(words);
+  state->setMinimumHeight(std::max(0, state->heightForWidth(state->width())));
+  button_->setAccessibleDescription(words);
+}
+
+QString FolderCard::line_of(const QString& path) const {
+  return path_in_words(state->fontMetrics().elidedText(path, Qt::ElideMiddle, state->width()));
 }
 
 void FolderCard::paintEvent(QPaintEvent*) {

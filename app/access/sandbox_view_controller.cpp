@@ -5,6 +5,7 @@
 #include <QVBoxLayout>
 
 #include "app/access/folder_card.h"
+#include "app/layouts.h"
 #include "app/links.h"
 #include "ui/text_label.h"
 
@@ -14,67 +15,100 @@ namespace {
 
 constexpr std::chrono::milliseconds until_home{300};
 
+/// What is said of a wrong folder: its name comes first, then the folder that is meant.
+struct FaultRow {
+  Grant grant;
+  GrantFault fault;
+  const char* words;
+};
+
+constexpr FaultRow fault_rows[] = {
+    {Grant::home, GrantFault::missing, english("%@ cannot be opened. Pick your home folder: %@")},
+    {Grant::home, GrantFault::other_folder, english("%@ is another folder. Pick your home folder: %@")},
+    {Grant::home, GrantFault::other_owner, english("%@ belongs to another user. Pick your home folder: %@")},
+    {Grant::applications, GrantFault::missing, english("%@ cannot be opened. Pick the folder named “Applications”.")},
+    {Grant::applications, GrantFault::other_folder,
+     english("%@ is another folder. Pick the one named “Applications”.")},
+    {Grant::applications, GrantFault::no_application,
+     english("No application is in %@. Pick the folder “Applications” that holds yours.")},
+};
+
+QString path_text(const Url& folder) {
+  return QString::fromStdString(folder.path()).simplified();
+}
+
 }  // namespace
 
 SandboxViewController::SandboxViewController(AppContext& context)
-    : Screen(context), app_settings(context.platform.app_settings), grants_(context.platform) {
+    : Screen(context),
+      app_settings(context.platform.app_settings),
+      access_(FolderGrants(context.platform).access()),
+      changes_(access_.is_complete()) {
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(3 * theme::grid, 3 * theme::grid, 3 * theme::grid, 3 * theme::grid);
   layout->setSpacing(0);
   layout->addStretch(1);
-  const QColor quiet = theme::readable(theme::secondary, theme::wave_ground);
-  label = text_label(context.text("Allow access to two folders"), theme::Type::large, theme::text, this,
-                     theme::Weight::strong);
-  text = paragraph(context.text("Tarnby cleaner sees only what you open for it. Pick your home folder and the "
-                                "Applications folder; it asks only once."),
-                   theme::Type::body, quiet, 520, this);
+  label = text_label(changes_ ? context.text("Folder access") : context.text("Allow access to two folders"),
+                     theme::Type::large, theme::text, this, theme::Weight::strong);
+  text = paragraph(changes_ ? context.text("Tarnby cleaner sees only these folders. When you change one, the next scan "
+                                           "looks there.")
+                            : context.text("Tarnby cleaner sees only what you open for it. Pick your home folder and "
+                                           "the Applications folder; it asks only once."),
+                   theme::Type::body, theme::readable(theme::secondary, theme::wave_ground), 520, this);
   layout->addWidget(label);
   layout->addSpacing(theme::grid);
   layout->addWidget(text, 0, Qt::AlignHCenter);
   layout->addSpacing(3 * theme::grid);
-
-  allowHome = new PushButton(context.text("Allow…"), ButtonKind::accent, this);
-  allowHome->setAccessibleName(context.text("Allow access to the home folder"));
-  allowApps = new PushButton(context.text("Allow…"), ButtonKind::accent, this);
-  allowApps->setAccessibleName(context.text("Allow access to the Applications folder"));
-  connect(allowHome, &QAbstractButton::clicked, this, &SandboxViewController::allow_home);
-  connect(allowApps, &QAbstractButton::clicked, this, &SandboxViewController::allow_applications);
-
-  directory_view = new QWidget(this);
-  auto* cards = new QHBoxLayout(directory_view);
-  cards->setContentsMargins(0, 0, 0, 0);
-  cards->setSpacing(3 * theme::grid);
-  cards->addStretch();
-  cards->addWidget(new FolderCard(FolderCard::Picture::home, context.text("Home folder"),
-                                  context.text("Caches, logs, mail attachments, Downloads and the Trash"), allowHome,
-                                  directory_view));
-  cards->addWidget(new FolderCard(FolderCard::Picture::applications, context.text("Applications folder"),
-                                  context.text("To tell what belongs to an installed application from what was left "
-                                               "behind"),
-                                  allowApps, directory_view));
-  cards->addStretch();
+  directory_view = make_cards();
   layout->addWidget(directory_view);
-
-  buttons_view = new QWidget(this);
-  auto* buttons = new QHBoxLayout(buttons_view);
-  info_text = new PushButton(context.text("Why is this needed?"), ButtonKind::link, buttons_view);
-  connect(info_text, &QAbstractButton::clicked, this, &SandboxViewController::open_sandbox_webpage);
-  buttons->addWidget(info_text, 0, Qt::AlignCenter);
+  buttons_view = make_buttons();
   layout->addSpacing(2 * theme::grid);
   layout->addWidget(buttons_view);
   layout->addStretch(1);
 
-  // At most one of the two is shown as allowed from the beginning: with both there would be no such screen.
-  Bookmarks& bookmarks = context.platform.bookmarks;
-  bookmarks.resolve_and_access(Grant::home);
-  bookmarks.resolve_and_access(Grant::applications);
-  if (grants_.check(Grant::home).is_valid) {
-    show_as_allowed(allowHome);
-  } else if (grants_.check(Grant::applications).is_valid) {
-    show_as_allowed(allowApps);
-  }
+  for (const Grant grant : {Grant::home, Grant::applications}) context.platform.bookmarks.resolve_and_access(grant);
+  show_access();
   entrance_ = std::make_unique<Entrance>(context.clock, this);
   entrance_->open();
+}
+
+QWidget* SandboxViewController::make_cards() {
+  allowHome = new PushButton(context_.text("Allow…"), ButtonKind::accent, this);
+  allowHome->setAccessibleName(context_.text("Allow access to the home folder"));
+  allowApps = new PushButton(context_.text("Allow…"), ButtonKind::accent, this);
+  allowApps->setAccessibleName(context_.text("Allow access to the Applications folder"));
+  connect(allowHome, &QAbstractButton::clicked, this, &SandboxViewController::allow_home);
+  connect(allowApps, &QAbstractButton::clicked, this, &SandboxViewController::allow_applications);
+
+  auto* view = new QWidget(this);
+  home_card = new FolderCard(FolderCard::Picture::home, context_.text("Home folder"),
+                             context_.text("Caches, logs, mail attachments, Downloads and the Trash"), allowHome, view);
+  applications_card = new FolderCard(
+      FolderCard::Picture::applications, context_.text("Applications folder"),
+      context_.text("To tell what belongs to an installed application from what was left behind"), allowApps, view);
+  auto* cards = new QHBoxLayout(view);
+  cards->setContentsMargins(0, 0, 0, 0);
+  cards->setSpacing(3 * theme::grid);
+  cards->addStretch();
+  cards->addWidget(home_card);
+  cards->addWidget(applications_card);
+  cards->addStretch();
+  return view;
+}
+
+QWidget* SandboxViewController::make_buttons() {
+  auto* view = new QWidget(this);
+  auto* buttons = new QVBoxLayout(view);
+  buttons->setSpacing(2 * theme::grid);
+  done_button = new PushButton(context_.text("Done"), ButtonKind::accent, view);
+  connect(done_button, &QAbstractButton::clicked, this, &SandboxViewController::go_home);
+  buttons->addWidget(done_button, 0, Qt::AlignCenter);
+  done_button->setVisible(changes_);
+  info_text = new PushButton(context_.text("Why is this needed?"), ButtonKind::link, view);
+  connect(info_text, &QAbstractButton::clicked, this, &SandboxViewController::open_sandbox_webpage);
+  buttons->addWidget(info_text, 0, Qt::AlignCenter);
+  if (changes_) done_button->setFocus();
+  return view;
 }
 
 void SandboxViewController::allow_home() {
@@ -93,23 +127,42 @@ void SandboxViewController::choose(Grant grant) {
   const Url start = grant == Grant::home ? context_.platform.session.home_folder : Url::file("/Applications");
   const FolderRequest request = {context_.text("Allow access"), context_.text("Allow"), start};
   auto here = std::make_shared<std::optional<Url>>();
-  const auto go_on = while_here([this, grant, here] { chosen(grant, *here); });
+  const auto go_on = while_here([this, grant, here] {
+    if (*here) chosen(grant, **here);
+  });
   context_.folder_chooser.choose(window(), request, [here, go_on](const std::optional<Url>& folder) {
     *here = folder;
     go_on();
   });
 }
 
-void SandboxViewController::chosen(Grant grant, const std::optional<Url>& folder) {
-  if (!folder) return;
-  // Stored first, whatever it is: the next check refuses a wrong one.
-  (void)grants_.store(grant, *folder);  // what the disk does not take now goes with the next write
-  const GrantState state = grants_.check(grant);
-  if (!state.is_valid || state.folder.empty()) return;
-  show_as_allowed(grant == Grant::home ? allowHome : allowApps);
-  context_.platform.bookmarks.resolve_and_access(grant);
-  const Grant other = grant == Grant::home ? Grant::applications : Grant::home;
-  if (context_.platform.bookmarks.resolve_and_access(other).empty()) return;
+/// Stored and looked at beside the main thread, which waits for no disk.
+void SandboxViewController::chosen(Grant grant, const Url& folder) {
+  struct Outcome {
+    GrantState taken;
+    Access access;
+  };
+  auto outcome = std::make_shared<Outcome>();
+  const auto told = while_here([this, grant, folder, outcome] {
+    access_ = outcome->access;
+    answer(grant, folder, outcome->taken);
+  });
+  context_.errands.async([&platform = context_.platform, grant, folder, outcome, told] {
+    FolderGrants grants(platform);
+    outcome->taken = grants.take(grant, folder);
+    outcome->access = grants.access();
+    platform.main_queue.async(told);
+  });
+}
+
+void SandboxViewController::answer(Grant grant, const Url& picked, const GrantState& taken) {
+  show_access();
+  if (!taken.is_valid) return show_fault(grant, taken.fault, picked);
+  if (access_.is_complete() && !changes_) go_home();
+}
+
+void SandboxViewController::go_home() {
+  context_.take_grants_anew();
   sandbox_end_anim();
   // Whether this screen is still there by then or not.
   context_.platform.main_queue.after(
@@ -117,12 +170,47 @@ void SandboxViewController::chosen(Grant grant, const std::optional<Url>& folder
 }
 
 void SandboxViewController::sandbox_end_anim() {
+  for (PushButton* button : {allowHome, allowApps, done_button}) button->setEnabled(false);
   entrance_->close([this] { post("sandbox_end_anim_complete"); });
 }
 
-void SandboxViewController::show_as_allowed(PushButton* button) {
-  button->setText(context_.text("✓ Allowed"));
-  button->setEnabled(false);
+void SandboxViewController::show_access() {
+  done_button->setEnabled(access_.is_complete());
+  show_grant(Grant::home, access_.home);
+  show_grant(Grant::applications, access_.applications);
+  if (!access_.needs_applications && !access_.applications.is_valid) {
+    applications_card->show_state(context_.text("Not needed for this home folder"), FolderCard::Tone::quiet);
+  }
+}
+
+void SandboxViewController::show_grant(Grant grant, const GrantState& state) {
+  const bool asks = !state.is_valid || state.is_stale;
+  PushButton* button = button_of(grant);
+  button->setText(asks ? context_.text("Allow…") : changes_ ? context_.text("Change…") : context_.text("✓ Allowed"));
+  button->setEnabled(asks || changes_);
+  FolderCard* card = card_of(grant);
+  if (!state.is_valid && !state.folder.empty()) return show_fault(grant, state.fault, state.folder);
+  if (state.is_valid && state.is_stale) {
+    return card->show_state(context_.text("The system wants to be asked for this folder again."),
+                            FolderCard::Tone::attention);
+  }
+  const QString shown = state.is_valid ? path_text(state.folder) : grant == Grant::home ? wanted_home() : QString();
+  card->show_state(card->line_of(shown), FolderCard::Tone::quiet);
+}
+
+void SandboxViewController::show_fault(Grant grant, GrantFault fault, const Url& folder) {
+  FolderCard* card = card_of(grant);
+  for (const FaultRow& row : fault_rows) {
+    if (row.grant != grant || row.fault != fault) continue;
+    card->show_state(context_.text(row.words, {card->line_of(path_text(folder)), card->line_of(wanted_home())}),
+                     FolderCard::Tone::attention);
+  }
+}
+
+/// Where the user's home folder is, as far as the account tells; nothing there is looked at.
+QString SandboxViewController::wanted_home() const {
+  const Session& session = context_.platform.session;
+  return path_text(session.account_home.empty() ? session.home_folder : session.account_home);
 }
 
 }  // namespace tarnby

@@ -11,8 +11,11 @@ class QLabel;
 
 namespace tarnby {
 
+class FolderCard;
+
 /// The screen that asks for the two folders. What is picked is stored before it is checked; a wrong folder is refused
-/// without a word, and its button stays.
+/// with a word on which one is meant, and its button stays. The screen ends by itself when both are right. When they
+/// were right from the beginning, both can be picked anew, until "Done".
 class SandboxViewController : public Screen {
   Q_OBJECT
  public:
@@ -21,11 +24,15 @@ class SandboxViewController : public Screen {
   AppSettings& app_settings;
   PushButton* allowHome;
   PushButton* allowApps;
+  /// Only where both folders were right from the beginning.
+  PushButton* done_button;
   QLabel* label;
   QLabel* text;
   PushButton* info_text;
   QWidget* directory_view;
   QWidget* buttons_view;
+  FolderCard* home_card;
+  FolderCard* applications_card;
 
   void allow_home();
   void allow_applications();
@@ -35,10 +42,21 @@ class SandboxViewController : public Screen {
 
  private:
   void choose(Grant grant);
-  void chosen(Grant grant, const std::optional<Url>& folder);
-  void show_as_allowed(PushButton* button);
+  void chosen(Grant grant, const Url& folder);
+  void answer(Grant grant, const Url& picked, const GrantState& taken);
+  void go_home();
+  QWidget* make_cards();
+  QWidget* make_buttons();
+  void show_access();
+  void show_grant(Grant grant, const GrantState& state);
+  void show_fault(Grant grant, GrantFault fault, const Url& folder);
+  PushButton* button_of(Grant grant) const { return grant == Grant::home ? allowHome : allowApps; }
+  FolderCard* card_of(Grant grant) const { return grant == Grant::home ? home_card : applications_card; }
+  QString wanted_home() const;
 
-  FolderGrants grants_;
+  Access access_;
+  /// Both were right when the screen came.
+  const bool changes_;
   std::unique_ptr<Entrance> entrance_;
 };
 

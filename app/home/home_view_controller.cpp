@@ -4,6 +4,7 @@
 
 #include "app/layouts.h"
 #include "app/privacy/privacy_disk_access_view_controller.h"
+#include "app/scheduler/scheduler.h"
 #include "app/screen_catalogue.h"
 #include "leftovers/full_disk_access.h"
 #include "ui/shadow_label.h"
@@ -72,7 +73,7 @@ void HomeViewController::view_did_appear() {
 bool HomeViewController::offers_scheduler() const {
   const AppSettings& settings = context_.platform.app_settings;
   return settings.integer("appLaunchCount") >= first_offer && !settings.boolean("Scheduler") &&
-         !settings.boolean("EnableScheduler");
+         !settings.boolean("EnableScheduler") && context_.platform.login_items.is_installed(scheduler_identifier);
 }
 
 void HomeViewController::privacy_for_directories() {

@@ -26,8 +26,12 @@ bool is_identifier(std::string_view text) {
          std::all_of(text.begin(), text.end(), may_stand);
 }
 
+std::string program_of(std::string_view identifier) {
+  return std::string(identifier.substr(identifier.rfind('.') + 1));
+}
+
 std::string entry_text(std::string_view identifier, bool enabled) {
-  const std::string program(identifier.substr(identifier.rfind('.') + 1));
+  const std::string program = program_of(identifier);
   std::string text = "[Desktop Entry]\nType=Application\nName=" + program;
   text += "\nTryExec=" + program;
   text += "\nExec=" + program;
@@ -37,7 +41,8 @@ std::string entry_text(std::string_view identifier, bool enabled) {
 
 class Autostart final : public LoginItems {
  public:
-  Autostart(Url own, std::vector<Url> system) : own_(std::move(own)), system_(std::move(system)) {}
+  Autostart(Url own, std::vector<Url> system, std::vector<Url> programs)
+      : own_(std::move(own)), system_(std::move(system)), programs_(std::move(programs)) {}
 
   bool set_enabled(std::string_view identifier, bool enabled) override {
     if (!own_.is_file_url() || !is_identifier(identifier)) return false;
@@ -50,6 +55,16 @@ class Autostart final : public LoginItems {
     return entry.write(entry_text(identifier, enabled), entry_mode) && entry.replace(path);
   }
 
+  bool is_installed(std::string_view identifier) const override {
+    if (!is_identifier(identifier)) return false;
+    const std::string program = program_of(identifier);
+    return std::any_of(programs_.begin(), programs_.end(), [&](const Url& folder) {
+      const std::string path = folder.appending(program).path();
+      struct stat info = {};
+      return ::stat(path.c_str(), &info) == 0 && S_ISREG(info.st_mode) && ::access(path.c_str(), X_OK) == 0;
+    });
+  }
+
  private:
   bool system_has(const std::string& name) const {
     return std::any_of(system_.begin(), system_.end(), [&](const Url& folder) {
@@ -60,12 +75,13 @@ class Autostart final : public LoginItems {
 
   const Url own_;
   const std::vector<Url> system_;
+  const std::vector<Url> programs_;
 };
 
 }  // namespace
 
-std::unique_ptr<LoginItems> autostart_entries(Url own, std::vector<Url> system) {
-  return std::make_unique<Autostart>(std::move(own), std::move(system));
+std::unique_ptr<LoginItems> autostart_entries(Url own, std::vector<Url> system, std::vector<Url> programs) {
+  return std::make_unique<Autostart>(std::move(own), std::move(system), std::move(programs));
 }
 
 }  // namespace tarnby

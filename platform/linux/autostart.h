@@ -21,6 +21,7 @@ namespace tarnby {
 ///
 /// @param own the user's entries; made when missing. Nowhere: nothing can be enabled.
 /// @param system the folders of entries for all users.
-std::unique_ptr<LoginItems> autostart_entries(Url own, std::vector<Url> system);
+/// @param programs the folders of PATH, in which the program of an identifier is looked for.
+std::unique_ptr<LoginItems> autostart_entries(Url own, std::vector<Url> system, std::vector<Url> programs = {});
 
 }  // namespace tarnby

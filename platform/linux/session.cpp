@@ -46,16 +46,21 @@ std::vector<std::string> preferred_languages() {
   return languages;
 }
 
-std::vector<Url> system_autostart_folders() {
-  const std::string named = variable("XDG_CONFIG_DIRS");
+/// The absolute folders of a list such as PATH; a relative one names no place of the user's.
+std::vector<Url> folders_of(std::string_view list, std::string_view beneath = {}) {
   std::vector<Url> folders;
-  for (std::string_view rest = named.empty() ? "/etc/xdg" : std::string_view(named); !rest.empty();) {
-    const auto end = std::min(rest.find(':'), rest.size());
-    const Url folder = Url::file(rest.substr(0, end)).appending("autostart");  // nowhere for a relative path
-    if (folder.is_file_url()) folders.push_back(folder);
-    rest.remove_prefix(std::min(end + 1, rest.size()));
+  while (!list.empty()) {
+    const auto end = std::min(list.find(':'), list.size());
+    const Url folder = Url::file(list.substr(0, end));
+    if (folder.is_file_url()) folders.push_back(beneath.empty() ? folder : folder.appending(beneath));
+    list.remove_prefix(std::min(end + 1, list.size()));
   }
   return folders;
+}
+
+std::vector<Url> system_autostart_folders() {
+  const std::string named = variable("XDG_CONFIG_DIRS");
+  return folders_of(named.empty() ? "/etc/xdg" : std::string_view(named), "autostart");
 }
 
 }  // namespace
@@ -65,10 +70,12 @@ Session current_session() {
   Session session;
   session.user_name = account.name.empty() ? first_set({"USER", "LOGNAME"}) : account.name;
   session.home_folder = folder_or(variable("HOME"), Url::file(account.home));
+  session.account_home = Url::file(account.home);
   const Url settings = folder_or(variable("XDG_CONFIG_HOME"), session.home_folder.appending(".config"));
   session.settings_folder = settings.appending("tarnby-cleaner");
   session.autostart_folder = settings.appending("autostart");
   session.system_autostart_folders = system_autostart_folders();
+  session.program_folders = folders_of(variable("PATH"));
   session.preferred_languages = preferred_languages();
   session.collation_locale = first_set({"LC_ALL", "LC_COLLATE", "LANG"});
   session.number_locale = first_set({"LC_ALL", "LC_NUMERIC", "LANG"});

@@ -18,7 +18,7 @@ std::unique_ptr<FileMetadata> open_file_metadata(const FileManager& files) {
 }
 
 std::unique_ptr<LoginItems> open_login_items(const Session& session) {
-  return autostart_entries(session.autostart_folder, session.system_autostart_folders);
+  return autostart_entries(session.autostart_folder, session.system_autostart_folders, session.program_folders);
 }
 
 }  // namespace tarnby

@@ -20,13 +20,15 @@ PropertyList bookmark_data(const Url& folder) {
                                         static_cast<std::size_t>(CFDataGetLength(data.get())))};
 }
 
-Url bookmarked_folder(const PropertyList::Data& bookmark) {
+Url bookmarked_folder(const PropertyList::Data& bookmark, bool& is_stale) {
   const Owned<CFDataRef> data(CFDataCreate(kCFAllocatorDefault, reinterpret_cast<const UInt8*>(bookmark.bytes.data()),
                                            static_cast<CFIndex>(bookmark.bytes.size())));
   const auto resolve = [&](CFURLBookmarkResolutionOptions options) {
-    Boolean is_stale = false;  // one that is stale serves as long as it leads somewhere
-    return Owned<CFURLRef>(CFURLCreateByResolvingBookmarkData(kCFAllocatorDefault, data.get(), options, nullptr,
-                                                              nullptr, &is_stale, nullptr));
+    Boolean stale = false;  // one that is stale serves as long as it leads somewhere
+    Owned<CFURLRef> resolved(CFURLCreateByResolvingBookmarkData(kCFAllocatorDefault, data.get(), options, nullptr,
+                                                                nullptr, &stale, nullptr));
+    is_stale = stale != 0;
+    return resolved;
   };
   Owned<CFURLRef> url = resolve(kCFURLBookmarkResolutionWithSecurityScope);
   if (!url) url = resolve(0);

@@ -1,6 +1,11 @@
 #include "platform/macos/login_items.h"
 
 #include <ServiceManagement/ServiceManagement.h>
+#include <mach-o/dyld.h>
+#include <sys/param.h>
+#include <sys/stat.h>
+
+#include <string>
 
 #include "platform/macos/core_foundation.h"
 
@@ -12,6 +17,18 @@ class ServiceLoginItems final : public LoginItems {
  public:
   bool set_enabled(std::string_view identifier, bool enabled) override {
     return !identifier.empty() && SMLoginItemSetEnabled(cf_string(identifier).get(), enabled);
+  }
+
+  /// Named after what follows the identifier's last dot, as on every system.
+  bool is_installed(std::string_view identifier) const override {
+    char program[MAXPATHLEN];
+    std::uint32_t size = sizeof program;
+    if (_NSGetExecutablePath(program, &size) != 0) return false;
+    std::string path(program);
+    path.resize(path.rfind('/') + 1);
+    path.append("../Library/LoginItems/").append(identifier.substr(identifier.rfind('.') + 1)).append(".app");
+    struct stat info = {};
+    return stat(path.c_str(), &info) == 0 && S_ISDIR(info.st_mode);
   }
 };
 

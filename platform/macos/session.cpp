@@ -42,6 +42,7 @@ Session current_session() {
   session.user_name = account.name;
   // HOME is of no use: in a confined program it names the program's container.
   session.home_folder = Url::file(account.home);
+  session.account_home = session.home_folder;
   session.preferred_languages = preferred_languages();
   session.collation_locale = current_locale();
   session.number_locale = session.collation_locale;

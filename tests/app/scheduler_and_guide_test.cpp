@@ -8,6 +8,7 @@
 #include "app/privacy/privacy_disk_access_view_controller.h"
 #include "app/scheduler/enable_scheduler_view_controller.h"
 #include "app/scheduler/preferences_view_controller.h"
+#include "platform/settings_store.h"
 #include "tests/app/test_window.h"
 
 namespace tarnby {
@@ -20,6 +21,7 @@ TEST(Scheduler, is_offered_from_the_fifth_launch_until_it_was_answered) {
   for (const bool accepts : {true, false}) {
     TestPlatform ada;
     AppSettings& settings = ada.platform.app_settings;
+    ada.tree.file("programs/tarnby-cleaner-scheduler", 1).mode("programs/tarnby-cleaner-scheduler", 0755);
     settings.set_integer("appLaunchCount", 4);
     TestWindow at(ada);
     at.open_on_screen();
@@ -52,6 +54,32 @@ TEST(Scheduler, is_offered_from_the_fifth_launch_until_it_was_answered) {
       EXPECT_EQ(settings.boolean("Scheduler"), on);
     }
     EXPECT_TRUE(settings.boolean("EnableScheduler"));
+  }
+}
+
+TEST(Scheduler, is_neither_offered_nor_switched_where_its_program_is_not_installed) {
+  TestPlatform ada;
+  ada.tree.file("programs/tarnby-cleaner-scheduler", 1);  // nothing that can be started
+  ada.platform.app_settings.set_integer("appLaunchCount", 5);
+  TestWindow at(ada);
+  at.open_on_screen();
+  at.pass(5000);
+  EXPECT_EQ(at.card(), nullptr);
+  EXPECT_EQ(PreferencesViewController(at.context).scheduler_button, nullptr);
+}
+
+TEST(Preferences, take_back_what_was_not_to_be_asked_again) {
+  TestPlatform ada;
+  AppSettings& settings = ada.platform.app_settings;
+  TestWindow at(ada);
+  for (const bool skips : {true, false}) {
+    settings.set_boolean("SkipWarning", skips);
+    PreferencesViewController preferences(at.context);
+    EXPECT_EQ(preferences.ask_button->isChecked(), !skips);
+    preferences.ask_button->click();
+    at.settle();
+    const auto stored = open_settings_file(ada.url("settings/settings.plist"));
+    EXPECT_EQ(AppSettings(*stored).boolean("SkipWarning"), !skips) << "at once, on the disk";
   }
 }
 

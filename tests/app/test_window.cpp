@@ -12,6 +12,7 @@ TestWindow::TestWindow(TestPlatform& user)
                 return engine->cleaner;
               }} {
   motion::set_reduced(false);
+  ada.tree.folder("Applications/Any.app");  // else nobody would take that for an Applications folder
   platform.system_log = [this](std::string_view line) { logged.emplace_back(line); };
 }
 

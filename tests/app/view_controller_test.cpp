@@ -159,8 +159,8 @@ TEST(Launch, begins_at_home_only_when_both_grants_lead_to_a_folder) {
   for (const char* gone : {"", "ada", "Applications"}) {
     SCOPED_TRACE(gone);
     TestPlatform ada;
-    if (*gone != '\0') std::filesystem::remove_all(ada.tree.path(gone));
     TestWindow at(ada);
+    if (*gone != '\0') std::filesystem::remove_all(ada.tree.path(gone));
     const ViewController& content = at.open_on_screen();
     EXPECT_EQ(class_of(at.screen()), *gone == '\0' ? "HomeViewController" : "");
     EXPECT_EQ(class_of(at.screen(Layer::overlay)), *gone == '\0' ? "" : "SandboxViewController");

@@ -1,6 +1,7 @@
 #include "leftovers/folder_grants.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include "tests/support/test_platform.h"
 
@@ -23,17 +24,28 @@ TEST(FolderGrants, judges_the_real_folder_by_its_name_and_stores_it_whatever_it_
       {"a link that only has its name is not", Grant::home, "links/ada", "Shared", false},
       {"any folder Applications will do", Grant::applications, "ada/Applications", "ada/Applications", true},
       {"a file is no folder", Grant::home, "files/ada", "", false},
+      {"the account's own, whatever its name", Grant::home, "u1000", "u1000", true},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.why);
     test::TestPlatform ada(test::TestPlatform::Grants::none);
     ada.tree.folder("ada/Applications").folder("other/ada").folder("Ada").folder("Shared").file("files/ada");
+    ada.tree.folder("u1000");
+    const_cast<Session&>(ada.platform.session).account_home = ada.url("u1000");
     ada.tree.link("home link", "ada").link("links/ada", "../Shared");
     FolderGrants grants(ada.platform);
     EXPECT_TRUE(grants.store(c.grant, ada.url(c.picked)));
     EXPECT_EQ(grants.check(c.grant).folder, c.resolved.empty() ? Url() : ada.url(c.resolved));
     EXPECT_EQ(grants.check(c.grant).is_valid, c.valid);
   }
+}
+
+TEST(FolderGrants, refuses_a_home_that_belongs_to_somebody_else) {
+  if (geteuid() != 0) GTEST_SKIP() << "only root can give a folder away";
+  test::TestPlatform ada;
+  constexpr uid_t somebody_else = 12345;
+  ASSERT_EQ(chown(ada.tree.path("ada").c_str(), somebody_else, static_cast<gid_t>(-1)), 0);
+  EXPECT_EQ(FolderGrants(ada.platform).check(Grant::home).fault, GrantFault::other_owner);
 }
 
 }  // namespace

@@ -13,7 +13,7 @@ namespace {
 constexpr Moment standing_clock{std::chrono::seconds(1'600'000'000)};
 
 Session session_of_ada(const TempTree& tree, std::string_view home) {
-  return {"ada", tree.url(home), tree.url("settings"), {}, "C", "C", tree.url("autostart")};
+  return {"ada", tree.url(home), tree.url("settings"), {}, "C", "C", tree.url("autostart"), {}, {tree.url("programs")}};
 }
 
 }  // namespace

@@ -13,7 +13,8 @@
 namespace tarnby::test {
 
 /// A user of a machine of their own for one test case: ada, whose home folder is "ada" in a fresh tree, with a folder
-/// "Applications" beside it, the settings in "settings" and what starts at login in "autostart". The locale is C, the
+/// "Applications" beside it, the settings in "settings", what starts at login in "autostart" and other programs in
+/// "programs". The locale is C, the
 /// clock stands still.
 ///
 /// Paths given to its functions are relative to the tree: "ada/Library/Caches/x", "Applications/Editor.app".
