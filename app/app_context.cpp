@@ -43,6 +43,15 @@ void AppContext::flush_settings() {
   errands.async([&settings = platform.app_settings] { (void)settings.synchronize(); });
 }
 
+void AppContext::ask_consent(std::function<void()> work) {
+  if (!consent) consent = std::make_unique<BackgroundQueue>();
+  ++consents_asked;
+  consent->async([this, work = std::move(work)] {
+    work();
+    --consents_asked;
+  });
+}
+
 void AppContext::end() {
   ending = true;
   platform.files.stop_looking();

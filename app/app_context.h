@@ -4,6 +4,7 @@
 #include <atomic>
 #include <functional>
 #include <initializer_list>
+#include <memory>
 
 #include "app/app_delegate.h"
 #include "app/engine_turn.h"
@@ -40,6 +41,14 @@ struct AppContext {
 
   /// Asked when the window is to close, which ends the program. False keeps it open; who says so has asked the person.
   std::function<bool(QWidget& window)> may_close = [](QWidget&) { return true; };
+
+  /// A thread for what may wait for a person's answer, such as for the system's consent; made when it is first needed.
+  /// Nothing else waits behind it, and the program's end does not either.
+  std::unique_ptr<BackgroundQueue> consent = nullptr;
+  /// How much of that is under way. Any thread.
+  std::atomic<int> consents_asked{0};
+  /// Runs work there. Main thread.
+  void ask_consent(std::function<void()> work);
 
   /// The program is to end: what looks stops, and a removal as above.
   void end();

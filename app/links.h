@@ -7,7 +7,8 @@ namespace tarnby::links {
 
 inline constexpr std::string_view store_page = "appstream://com.corvash.tarnby-cleaner";
 inline constexpr std::string_view companion_page = "appstream://com.corvash.uninstaller-orvane";
-inline constexpr std::string_view helper_page = "appstream://com.corvash.tarnby-cleaner-helper";
+/// Where people get the helper; empty: nowhere yet, and then nobody is sent there.
+inline constexpr std::string_view helper_page = "";
 inline constexpr std::string_view privacy_settings =
     "x-apple.systempreferences:com.apple.preference.security?Privacy_AllFiles";
 /// Where people can tell what they think; empty: nowhere, and then there is no such menu entry.

@@ -1,19 +1,22 @@
 #include <QApplication>
-#include <QCommandLineParser>
 #include <QTimer>
 #include <QWindow>
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
-#include <cstring>
+#include <cstdlib>
 #include <functional>
 #include <optional>
+#include <span>
 #include <utility>
 
 #include "app/app_context.h"
 #include "app/cleaner_window_controller.h"
+#include "app/command_line.h"
 #include "app/desktop/desktop_folder_chooser.h"
 #include "app/desktop/desktop_language.h"
 #include "app/desktop/desktop_look.h"
+#include "app/desktop/display.h"
 #ifdef __APPLE__
 #include "app/desktop/macos_workspace.h"
 #else
@@ -40,20 +43,9 @@ void bring_to_front(QWidget& window) {
 }
 #endif
 
-/// What the command line asks for; ends the program when it asks for anything else.
-Session session_asked_for(const QApplication& application) {
-  const QCommandLineOption languages(QStringLiteral("languages"),
-                                     QStringLiteral("Speak the first of these languages that there is, instead of the "
-                                                    "desktop's. Separated by commas."),
-                                     QStringLiteral("LIST"));
-  QCommandLineParser parser;
-  parser.addHelpOption();
-  parser.addOption(languages);
-  parser.process(application);
+Session session_for(const CommandLine& line) {
   Session session = current_session();
-  if (parser.isSet(languages)) {
-    session.preferred_languages = languages_from_list(parser.value(languages).toStdString(), ',');
-  }
+  if (line.languages) session.preferred_languages = languages_from_list(*line.languages, ',');
   return session;
 }
 
@@ -82,8 +74,8 @@ class AfterFirstPicture final : public QObject {
   std::function<void()> work_;
 };
 
-int run_window(QApplication& application) {
-  const Session session = session_asked_for(application);
+int run_window(QApplication& application, const CommandLine& line) {
+  const Session session = session_for(line);
 #ifndef __APPLE__  // where the system starts a program but once
   SingleWindow single(session.settings_folder);
   if (!single.is_first()) return 0;
@@ -137,6 +129,7 @@ int run_window(QApplication& application) {
   window.load();
   new AfterFirstPicture(*window.windowHandle(), [&] {
     clock.start();
+    QApplication::setWindowIcon(program_icon());
 #ifndef __APPLE__
     ask_portal_for_stillness(application);
 #endif
@@ -146,6 +139,8 @@ int run_window(QApplication& application) {
   context.end();
   background.finish();  // a removal finishes the entry in hand
   errands.finish();     // and the settings reach the disk
+  // Its thread may never come back; nothing is left to do here that it could miss.
+  if (context.consents_asked > 0) std::_Exit(status);
   return status;
 }
 
@@ -153,12 +148,18 @@ int run_window(QApplication& application) {
 }  // namespace tarnby
 
 int main(int argc, char** argv) {
-  if (argc > 1 && std::strcmp(argv[1], "--version") == 0) {
-    std::puts("tarnby-cleaner " TARNBY_VERSION);
-    return 0;
+  using Asks = tarnby::CommandLine::Asks;
+  const std::span<const char* const> words(argv + std::min(argc, 1), argv + argc);
+  const tarnby::CommandLine line = tarnby::read_command_line(words);
+  if (line.asks == Asks::help) return std::fputs(tarnby::window_help.data(), stdout) < 0 ? 1 : 0;
+  if (line.asks == Asks::version) return std::puts("tarnby-cleaner " TARNBY_VERSION) < 0 ? 1 : 0;
+  if (line.asks == Asks::wrong) {
+    std::fprintf(stderr, "tarnby-cleaner: %s; see tarnby-cleaner --help\n", line.fault.c_str());
+    return 2;  // NOLINT: as the terminal program ends
   }
   std::optional<QApplication> application;
   {
+    const tarnby::NeedsDisplay display;
 #ifndef __APPLE__
     const tarnby::FontsAhead fonts;
 #endif
@@ -168,5 +169,5 @@ int main(int argc, char** argv) {
   QApplication::setApplicationDisplayName(QStringLiteral("Tarnby cleaner"));
   QApplication::setDesktopFileName(QStringLiteral("com.corvash.tarnby-cleaner"));
   QApplication::setApplicationVersion(QStringLiteral(TARNBY_VERSION));
-  return tarnby::run_window(*application);
+  return tarnby::run_window(*application, line);
 }

@@ -114,38 +114,58 @@ void Sheet::paintEvent(QPaintEvent*) {
   draw_card(painter, rounded_path(QRectF(content().geometry()).adjusted(0.5, 0.5, -0.5, -0.5), theme::panel_radius));
 }
 
-Popover* Popover::present(std::unique_ptr<Screen> content, QWidget* window, const QRect& anchor) {
+Popover* Popover::present(std::unique_ptr<Screen> content, QWidget* window, const QRect& anchor, Place place) {
   auto* popover = new Popover(std::move(content), window);
   popover->anchor_ = anchor;
+  popover->place_ = place;
   popover->open();
   return popover;
 }
 
-/// Beside what it points to: behind it in reading direction, or before it when there is no room.
 void Popover::place_content() {
   const QSize size = content().size();
+  const QPoint wanted = place_ == Place::beside ? place_beside(size) : place_below(size);
+  content().move(std::clamp(wanted.x(), 0, std::max(0, width() - size.width())),
+                 std::clamp(wanted.y(), 0, std::max(0, height() - size.height())));
+}
+
+/// Behind what it points to in reading direction, or before it when there is no room.
+QPoint Popover::place_beside(QSize size) const {
   const int on_the_left = anchor_.left() - pointer - size.width();
   const int on_the_right = anchor_.right() + 1 + pointer;
   const bool fits_right = on_the_right + size.width() <= width();
   const bool goes_left = isRightToLeft() ? on_the_left >= 0 : !fits_right;
-  const int left = goes_left ? on_the_left : on_the_right;
-  const int wanted = anchor_.center().y() - 2 * theme::panel_radius;
-  content().move(std::clamp(left, 0, std::max(0, width() - size.width())),
-                 std::clamp(wanted, 0, std::max(0, height() - size.height())));
+  return {goes_left ? on_the_left : on_the_right, anchor_.center().y() - 2 * theme::panel_radius};
+}
+
+/// From where that begins in reading direction; above it when there is no room.
+QPoint Popover::place_below(QSize size) const {
+  const int under = anchor_.bottom() + 1 + pointer;
+  const int above = anchor_.top() - pointer - size.height();
+  return {isRightToLeft() ? anchor_.right() + 1 - size.width() : anchor_.left(),
+          under + size.height() <= height() ? under : above};
 }
 
 void Popover::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   const QRectF card = QRectF(content().geometry()).adjusted(0.5, 0.5, -0.5, -0.5);
-  const bool points_left = content().x() > anchor_.x();
-  const double edge = points_left ? card.left() + 1 : card.right() - 1;
-  const double tip = points_left ? card.left() - pointer : card.right() + pointer;
-  const double least = card.top() + theme::panel_radius + pointer;
-  const double middle = std::clamp<double>(anchor_.center().y() + 0.5, least,
-                                           std::max(least, card.bottom() - theme::panel_radius - pointer));
-  QPainterPath point(QPointF(edge, middle - pointer));
-  point.lineTo(tip, middle);
-  point.lineTo(edge, middle + pointer);
+  const bool below = place_ == Place::below;
+  // Along the edge that the tip stands out of, and across it.
+  const double first = below ? card.left() : card.top();
+  const double last = below ? card.right() : card.bottom();
+  const double least = first + theme::panel_radius + pointer;
+  const double wanted = (below ? anchor_.center().x() : anchor_.center().y()) + 0.5;
+  const double middle = std::clamp<double>(wanted, least, std::max(least, last - theme::panel_radius - pointer));
+  const bool at_beginning = below ? content().y() > anchor_.y() : content().x() > anchor_.x();
+  const double edge =
+      at_beginning ? (below ? card.top() : card.left()) + 1 : (below ? card.bottom() : card.right()) - 1;
+  const double tip = at_beginning ? edge - 1 - pointer : edge + 1 + pointer;
+  const auto at = [below](double across, double along) {
+    return below ? QPointF(along, across) : QPointF(across, along);
+  };
+  QPainterPath point(at(edge, middle - pointer));
+  point.lineTo(at(tip, middle));
+  point.lineTo(at(edge, middle + pointer));
   point.closeSubpath();
   draw_card(painter, rounded_path(card, theme::panel_radius).united(point));
 }

@@ -63,8 +63,11 @@ class Sheet : public Overlay {
 class Popover : public Overlay {
   Q_OBJECT
  public:
+  enum class Place { beside, below };
   /// @param anchor what it points to, in the window.
-  static Popover* present(std::unique_ptr<Screen> content, QWidget* window, const QRect& anchor);
+  /// @param place where it is in respect of that, as far as there is room.
+  static Popover* present(std::unique_ptr<Screen> content, QWidget* window, const QRect& anchor,
+                          Place place = Place::beside);
 
  protected:
   void place_content() override;
@@ -73,7 +76,11 @@ class Popover : public Overlay {
 
  private:
   using Overlay::Overlay;
+  QPoint place_beside(QSize size) const;
+  QPoint place_below(QSize size) const;
+
   QRect anchor_;
+  Place place_ = Place::beside;
 };
 
 }  // namespace tarnby

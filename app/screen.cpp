@@ -1,8 +1,24 @@
 #include "app/screen.h"
 
+#include <QApplication>
+#include <algorithm>
+
 #include "app/overlay.h"
 
 namespace tarnby {
+
+namespace {
+
+/// A sheet or popover, or another window: a menu, a chooser, the guide.
+bool is_anything_open_over(QWidget* window) {
+  const auto is_visible = [](const QWidget* widget) { return widget->isVisible(); };
+  const auto overlays = window->findChildren<Overlay*>(QString(), Qt::FindDirectChildrenOnly);
+  return std::ranges::any_of(overlays, is_visible) ||
+         std::ranges::any_of(QApplication::topLevelWidgets(),
+                             [&](const QWidget* other) { return other != window && is_visible(other); });
+}
+
+}  // namespace
 
 Screen::Screen(AppContext& context) : context_(context) {}
 
@@ -53,6 +69,14 @@ Screen::Work Screen::while_here(Work work) {
   return [here = here(), work = std::move(work)] {
     if (!here.expired()) work();
   };
+}
+
+void Screen::offer_sheet(std::chrono::milliseconds delay, std::function<std::unique_ptr<Screen>()> make) {
+  every(delay, [this, make = std::move(make)] {
+    if (is_anything_open_over(window())) return true;
+    present_sheet(make());
+    return false;
+  });
 }
 
 void Screen::present_sheet(std::unique_ptr<Screen> content) {

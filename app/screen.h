@@ -65,6 +65,9 @@ class Screen : public QWidget {
   std::weak_ptr<const bool> here() const { return here_; }
   /// Shows what `identifier` of a catalogue makes as a sheet over the window.
   void present_sheet(std::unique_ptr<Screen> content);
+  /// Shows a sheet that nobody asked for, after that time. It never comes over another one, or beside another window of
+  /// the program: then it waits as long again.
+  void offer_sheet(std::chrono::milliseconds delay, std::function<std::unique_ptr<Screen>()> make);
 
   AppContext& context_;
 

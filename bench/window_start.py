@@ -7,6 +7,7 @@ processor time up to then, of all threads, hardly depends on what else the machi
 
 import os
 import pathlib
+import pwd
 import signal
 import statistics
 import subprocess
@@ -42,8 +43,11 @@ def inside(screen):
 
 def main():
     program, empty = sys.argv[1:]
-    for folder in ("home", "Applications"):
-        subprocess.run([f"{program}-cli", "grant", folder, os.environ["HOME"]], check=True, stdout=subprocess.DEVNULL)
+    account = pathlib.Path(os.environ["HOME"])
+    folders = {"home": account / pwd.getpwuid(os.getuid()).pw_name, "Applications": account / "Applications"}
+    for grant, folder in folders.items():
+        (folder / "Any.app").mkdir(parents=True)
+        subprocess.run([f"{program}-cli", "grant", grant, folder], check=True, stdout=subprocess.DEVNULL)
     screen = desktop.Screen()
     nothing = inside(screen)
     # Nobody listens to what the windows say.

@@ -50,11 +50,18 @@ struct NoWorkspace final : Workspace {
   void launch(const Url&) override {}
 };
 
+/// This user, as whoever the home is named after: else the window would ask for another one.
+Session session_of(const bench::Home& home) {
+  Session session = current_session();
+  session.user_name = fs::path(home.home).filename();
+  return session;
+}
+
 /// The program around its window, with grants of its own and settings that are nowhere.
 class OpenWindow {
  public:
   explicit OpenWindow(const bench::Home& home)
-      : platform_(current_session(), bench::granted_settings(home), main_queue_) {
+      : platform_(session_of(home), bench::granted_settings(home), main_queue_) {
     window_ = std::make_unique<CleanerWindowController>(context_);
     window_->load();
     clock_.start();
@@ -183,7 +190,7 @@ bench::Home make_logs(const std::string& folder, std::size_t logs) {
   if (!fs::exists(top / "finished")) {
     fs::remove_all(top);
     fs::create_directories(place);
-    fs::create_directories(top / "Applications");
+    fs::create_directories(top / "Applications" / "Any.app");
     for (std::size_t at = 0; at < logs; ++at) {
       std::ofstream(place / ("tool " + std::to_string(at * 7919 % logs) + ".log")) << std::string(at % 4000 + 1, '.');
     }

@@ -81,7 +81,9 @@ void FolderCard::show_state(const QString& words, Tone tone) {
 }
 
 QString FolderCard::line_of(const QString& path) const {
-  return path_in_words(state->fontMetrics().elidedText(path, Qt::ElideMiddle, state->width()));
+  QString line = state->fontMetrics().elidedText(path, Qt::ElideMiddle, state->width());
+  line.replace(u'/', QStringLiteral("/\u2060"));  // or a line of text would end behind it
+  return path_in_words(line);
 }
 
 void FolderCard::paintEvent(QPaintEvent*) {

@@ -73,9 +73,10 @@ SandboxViewController::SandboxViewController(AppContext& context)
 }
 
 QWidget* SandboxViewController::make_cards() {
-  allowHome = new PushButton(context_.text("Allow…"), ButtonKind::accent, this);
+  const ButtonKind kind = changes_ ? ButtonKind::shaded : ButtonKind::accent;
+  allowHome = new PushButton(context_.text("Allow…"), kind, this);
   allowHome->setAccessibleName(context_.text("Allow access to the home folder"));
-  allowApps = new PushButton(context_.text("Allow…"), ButtonKind::accent, this);
+  allowApps = new PushButton(context_.text("Allow…"), kind, this);
   allowApps->setAccessibleName(context_.text("Allow access to the Applications folder"));
   connect(allowHome, &QAbstractButton::clicked, this, &SandboxViewController::allow_home);
   connect(allowApps, &QAbstractButton::clicked, this, &SandboxViewController::allow_applications);

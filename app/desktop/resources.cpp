@@ -22,6 +22,14 @@ QString resource_path(const QString& name) {
   return QDir::cleanPath(program.filePath(QLatin1String(places[0]) + u'/' + name));
 }
 
+QIcon program_icon() {
+  QIcon icon;
+  for (const int side : {16, 32, 48, 64, 128}) {  // NOLINT: as the pictures are
+    icon.addFile(resource_path(QStringLiteral("icons/tarnby-cleaner-%1.png").arg(side)), QSize(side, side));
+  }
+  return icon;
+}
+
 QString page_path(const QString& name, const std::string& language) {
   const QFileInfo page(name);
   const QString localized =

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QIcon>
 #include <QString>
 #include <string>
 
@@ -12,5 +13,8 @@ QString resource_path(const QString& name);
 /// The same for a page that may be there in a language: "help/page.de.html" beside "help/page.html", which serves all
 /// others.
 QString page_path(const QString& name, const std::string& language);
+
+/// The program's icon in several sizes, for desktops that do not know it by the program's name.
+QIcon program_icon();
 
 }  // namespace tarnby

@@ -66,7 +66,7 @@ void HomeViewController::view_did_appear() {
     privacy_full_disk_access();
   }
   if (offers_scheduler()) {
-    after(until_offer, [this] { present_sheet(ScreenCatalogue::main().make("EnableScheduler", context_)); });
+    offer_sheet(until_offer, [this] { return ScreenCatalogue::main().make("EnableScheduler", context_); });
   }
 }
 
@@ -77,7 +77,7 @@ bool HomeViewController::offers_scheduler() const {
 }
 
 void HomeViewController::privacy_for_directories() {
-  context_.errands.async([&platform = context_.platform] { FullDiskAccess(platform).privacy_for_directories(); });
+  context_.ask_consent([&platform = context_.platform] { FullDiskAccess(platform).privacy_for_directories(); });
 }
 
 void HomeViewController::privacy_full_disk_access() {
@@ -93,9 +93,7 @@ void HomeViewController::privacy_full_disk_access() {
 }
 
 void HomeViewController::show_guide() {
-  privacy_windowcontroller = new GuideWindow(context_, window());
-  privacy_windowcontroller->setAttribute(Qt::WA_DeleteOnClose);
-  privacy_windowcontroller->show();
+  privacy_windowcontroller = GuideWindow::present(context_, window());
 }
 
 void HomeViewController::search() {

@@ -101,7 +101,7 @@ void CategoryAbout::select_browsers() {
   context_.appDelegate.modalOrigin = show_button->mapToGlobal(QPoint(0, 0));
   const QPoint origin = window()->mapFromGlobal(context_.appDelegate.modalOrigin);
   Popover::present(ScreenCatalogue::main().make("SelectBrowsers", context_), window(),
-                   QRect(origin, show_button->size()));
+                   QRect(origin, show_button->size()), Popover::Place::below);
 }
 
 }  // namespace tarnby

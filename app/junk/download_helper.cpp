@@ -18,8 +18,11 @@ constexpr QSize list_size(520, 180);
 DownloadHelper::DownloadHelper(AppContext& context, HandOff& hand_off) : Screen(context), hand_off_(hand_off) {
   setWindowTitle(context.text("Some files could not be removed"));
   QVBoxLayout* layout = wide_sheet_column(this);
-  layout->addWidget(paragraph(context.text("They belong to the system or to somebody else. The helper can remove them "
-                                           "with your permission."),
+  const bool has_helper = !links::helper_page.empty();
+  layout->addWidget(paragraph(has_helper ? context.text("They belong to the system or to somebody else. The helper can "
+                                                        "remove them with your permission.")
+                                         : context.text("They belong to the system or to somebody else, or are in use. "
+                                                        "They stay as they are."),
                               theme::Type::body, theme::readable(theme::secondary, theme::sheet), list_size.width(),
                               this));
   auto* list = new LeftList(context, list_size, this);
@@ -30,6 +33,7 @@ DownloadHelper::DownloadHelper(AppContext& context, HandOff& hand_off) : Screen(
   show_button = new PushButton(context.text("Show in file viewer"), ButtonKind::plain, this);
   download_button = new PushButton(context.text("Get the helper"), ButtonKind::accent, this);
   layout->addLayout(centred_row({cancel_button, show_button, download_button}));
+  download_button->setVisible(has_helper);
   connect(cancel_button, &QAbstractButton::clicked, this, &DownloadHelper::cancel);
   connect(show_button, &QAbstractButton::clicked, this, &DownloadHelper::show_in_finder);
   connect(download_button, &QAbstractButton::clicked, this, &DownloadHelper::download);

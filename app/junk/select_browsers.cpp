@@ -29,6 +29,10 @@ SelectBrowsers::SelectBrowsers(AppContext& context)
   add_row(chrome, chrome_button, chrome_size);
   add_row(mozilla, mozilla_button, mozilla_size);
   add_row(safari, safari_button, safari_size);
+  layout->addSpacing(theme::grid);
+  done_button = new PushButton(context.text("Done"), ButtonKind::accent, this);
+  layout->addWidget(done_button, 0, Qt::AlignHCenter);
+  connect(done_button, &QAbstractButton::clicked, this, &Screen::dismissed);
   connect(chrome_button, &QAbstractButton::clicked, this, &SelectBrowsers::select_chrome);
   connect(mozilla_button, &QAbstractButton::clicked, this, &SelectBrowsers::select_mozilla);
   connect(safari_button, &QAbstractButton::clicked, this, &SelectBrowsers::select_safari);

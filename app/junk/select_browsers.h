@@ -5,6 +5,7 @@
 
 #include "app/screen.h"
 #include "ui/check_button.h"
+#include "ui/push_button.h"
 
 class QLabel;
 
@@ -29,6 +30,7 @@ class SelectBrowsers : public Screen {
   CheckButton* chrome_button = nullptr;
   CheckButton* mozilla_button = nullptr;
   CheckButton* safari_button = nullptr;
+  PushButton* done_button;
   QLabel* chrome_size = nullptr;
   QLabel* mozilla_size = nullptr;
   QLabel* safari_size = nullptr;

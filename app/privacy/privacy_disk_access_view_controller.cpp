@@ -91,4 +91,16 @@ GuideWindow::GuideWindow(AppContext& context, QWidget* parent) : QDialog(parent)
   content->pages->pages->page(0)->setFocus();
 }
 
+GuideWindow* GuideWindow::present(AppContext& context, QWidget* parent) {
+  for (GuideWindow* open : parent->findChildren<GuideWindow*>(QString(), Qt::FindDirectChildrenOnly)) {
+    if (!open->isVisible()) continue;  // on its way out
+    open->raise();
+    return open;
+  }
+  auto* guide = new GuideWindow(context, parent);
+  guide->setAttribute(Qt::WA_DeleteOnClose);
+  guide->show();
+  return guide;
+}
+
 }  // namespace tarnby

@@ -45,6 +45,9 @@ class GuideWindow : public QDialog {
  public:
   GuideWindow(AppContext& context, QWidget* parent);
 
+  /// Shows it; the one that is open already comes to the front, whichever screen has opened it.
+  static GuideWindow* present(AppContext& context, QWidget* parent);
+
   PrivacyDiskAccessViewController* content;
 };
 

@@ -5,6 +5,7 @@
 #include <sys/param.h>
 #include <sys/stat.h>
 
+#include <cstdint>
 #include <string>
 
 #include "platform/macos/core_foundation.h"

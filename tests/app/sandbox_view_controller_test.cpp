@@ -29,7 +29,7 @@ Url stored(TestPlatform& ada, Grant grant) {
 /// The access screen of a window, and somebody who picks folders on it.
 struct Asked {
   explicit Asked(TestWindow& window)
-      : at(window), screen(*window.screen<SandboxViewController>(Layer::overlay)), card{screen} {}
+      : at(window), screen(*window.screen<SandboxViewController>(Layer::overlay)) {}
 
   void pick(Grant grant, std::string_view folder) {
     button(grant)->click();
@@ -45,7 +45,6 @@ struct Asked {
 
   TestWindow& at;
   SandboxViewController& screen;
-  SandboxViewController& card;
 };
 
 TEST(SandboxViewController, ends_once_both_folders_are_right_in_whatever_order_and_after_whatever_wrong_ones) {

@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 
 #include <QLabel>
+#include <algorithm>
+#include <future>
 
 #include "app/home/home_view_controller.h"
 #include "app/notice.h"
@@ -55,6 +57,25 @@ TEST(Scheduler, is_offered_from_the_fifth_launch_until_it_was_answered) {
     }
     EXPECT_TRUE(settings.boolean("EnableScheduler"));
   }
+}
+
+TEST(Scheduler, is_not_offered_over_another_sheet_or_beside_another_window) {
+  TestPlatform ada;
+  ada.tree.file("programs/tarnby-cleaner-scheduler", 1).mode("programs/tarnby-cleaner-scheduler", 0755);
+  ada.platform.app_settings.set_integer("appLaunchCount", 5);
+  TestWindow at(ada);
+  at.open_on_screen();
+  Sheet* sheet = Sheet::present(std::make_unique<Notice>(at.context, "About", "."), at.window());
+  at.pass(3000);
+  EXPECT_EQ(at.card<EnableSchedulerViewController>(), nullptr);
+  sheet->close_overlay();
+  auto guide = std::make_unique<GuideWindow>(at.context, at.window());
+  guide->show();
+  at.pass(1500);
+  EXPECT_EQ(at.card(), nullptr);
+  guide.reset();
+  at.pass(1500);
+  EXPECT_NE(at.card<EnableSchedulerViewController>(), nullptr) << "put off, not forgotten";
 }
 
 TEST(Scheduler, is_neither_offered_nor_switched_where_its_program_is_not_installed) {
@@ -150,6 +171,9 @@ TEST(Guide, comes_when_access_is_missing_and_goes_when_it_is_there) {
     user.at.settle();
     user.at.pass(10);
     EXPECT_NE(user.guide(), nullptr) << "at once, now that the folders have been touched";
+    const auto guides = user.at.window()->findChildren<GuideWindow*>();
+    EXPECT_EQ(std::ranges::count_if(guides, [](const QWidget* guide) { return guide->isVisible(); }), 1)
+        << "the earlier one serves";
     user.ada.tree.mode("ada/Library/Safari/CloudTabs.db", 0600);
     user.guide()->content->confirm_button->click();
     user.at.settle();
@@ -157,6 +181,27 @@ TEST(Guide, comes_when_access_is_missing_and_goes_when_it_is_there) {
     EXPECT_EQ(user.guide(), nullptr);
     EXPECT_TRUE(settings.boolean("PrivacyFullDisk"));
   });
+}
+
+TEST(Guide, lets_nothing_wait_for_the_persons_answer_to_the_system) {
+  TestPlatform ada;
+  ada.tree.file("ada/Library/Safari/CloudTabs.db", 3);
+  const_cast<Session&>(ada.platform.session).system_version = SystemVersion{10, 15};
+  TestWindow at(ada);
+  at.context.consent = std::make_unique<BackgroundQueue>();
+  test::Hold question(*at.context.consent);
+  at.open_on_screen();
+  std::promise<void> went_on;
+  at.errands.async([&] { went_on.set_value(); });
+  went_on.get_future().wait();
+  const AppSettings& settings = ada.platform.app_settings;
+  EXPECT_TRUE(settings.boolean("PrivacyFullDisk")) << "looked at meanwhile";
+  EXPECT_FALSE(settings.boolean("PrivacyAccess"));
+  EXPECT_EQ(at.context.consents_asked, 1) << "or the program's end would wait";
+  question.release();
+  at.settle();
+  EXPECT_TRUE(settings.boolean("PrivacyAccess"));
+  EXPECT_EQ(at.context.consents_asked, 0);
 }
 
 }  // namespace

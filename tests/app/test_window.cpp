@@ -43,7 +43,8 @@ void TestWindow::close() {
 }
 
 void TestWindow::settle() {
-  for (BackgroundQueue* queue : {&background, &errands}) {
+  for (BackgroundQueue* queue : {&background, context.consent.get(), &errands}) {
+    if (queue == nullptr) continue;
     std::promise<void> idle;
     queue->async([&] { idle.set_value(); });
     idle.get_future().wait();

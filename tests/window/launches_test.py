@@ -34,12 +34,18 @@ class Road(window.Window):
     def expect_no_entry(self):
         self.person.waits_for("no autostart entry", lambda: not os.path.lexists(ENTRY))
 
+    def install_scheduler(self):
+        program = self.opener.with_name("tarnby-cleaner-scheduler")
+        program.write_text("#!/bin/sh\n")
+        program.chmod(0o755)
+
     def clean(self, button):
         self.person.presses(button)
         self.person.presses("Remove")
 
     def test_the_scheduler_is_offered_from_the_fifth_launch_until_answered_and_starts_at_login(self):
         someone = self.person
+        self.install_scheduler()
         for launch in range(1, 5):
             self.start()
             self.close_window()
@@ -64,11 +70,11 @@ class Road(window.Window):
             begun = time.monotonic()
             someone.waits_in_front("push button", "Scan")
             someone.strikes("alt+t", "Down", "Return")  # the program's menu
-            someone.waits_in_front("check box", "Scheduler")
-            someone.strikes("space")
+            someone.waits_in_front("check box", "Ask before removing")
+            someone.strikes("Tab", "space")
             self.expect_no_entry() if environment is None else self.expect_entry(Hidden="true")
             someone.strikes("Escape", "ctrl+comma")
-            someone.waits_in_front("check box", "Scheduler")
+            someone.waits_in_front("check box", "Ask before removing")
             someone.presses("Scheduler", "check box")
             self.expect_entry()
             someone.waits_for("the time of the offer", lambda: time.monotonic() > begun + 2)
@@ -78,6 +84,7 @@ class Road(window.Window):
 
     def test_where_nothing_can_start_at_login_the_window_says_so_and_goes_on(self):
         someone = self.person
+        self.install_scheduler()
         ENTRY.parent.write_text("not a folder")
         self.set(appLaunchCount=4)
         self.start()
@@ -92,8 +99,8 @@ class Road(window.Window):
         ENTRY.parent.mkdir()
         ENTRY.write_bytes(b"[Desktop Ent\0\n=\xff")
         someone.strikes("ctrl+comma")
-        someone.waits_in_front("check box", "Scheduler")
-        someone.strikes("space")
+        someone.waits_in_front("check box", "Ask before removing")
+        someone.strikes("Tab", "space")
         self.expect_no_entry()
         ENTRY.symlink_to("gone")
         someone.strikes("space")

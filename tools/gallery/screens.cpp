@@ -1,3 +1,5 @@
+#include <QDir>
+#include <QFile>
 #include <QMenu>
 #include <array>
 
@@ -35,6 +37,20 @@ void access_new(Stage& stage) {
 
 void access_half(Stage& stage) {
   stage.context().platform.bookmarks.store(Grant::home, stage.home());
+  stage.show<SandboxViewController>(main_screens(), "Sandbox", nullptr);
+}
+
+void access_wrong(Stage& stage) {
+  stage.context().platform.bookmarks.store(Grant::home, stage.home().parent());
+  stage.context().platform.bookmarks.store(Grant::applications, stage.home());
+  stage.show<SandboxViewController>(main_screens(), "Sandbox", nullptr);
+}
+
+void access_changes(Stage& stage) {
+  const Url applications = stage.home().appending("Applications");
+  QDir().mkpath(QString::fromStdString(applications.appending("Any.app").path()));
+  stage.context().platform.bookmarks.store(Grant::home, stage.home());
+  stage.context().platform.bookmarks.store(Grant::applications, applications);
   stage.show<SandboxViewController>(main_screens(), "Sandbox", nullptr);
 }
 
@@ -268,13 +284,23 @@ void delete_left(Stage& stage) {
   Sheet::present(std::make_unique<DownloadHelper>(stage.context(), *hand_off), stage.window());
 }
 
+/// Without its program the scheduler is neither offered nor switched.
+void install_scheduler(const Stage& stage) {
+  const QString folder = QString::fromStdString(stage.home().parent().appending("programs").path());
+  QDir().mkpath(folder);
+  QFile program(folder + QStringLiteral("/tarnby-cleaner-scheduler"));
+  if (program.open(QIODevice::WriteOnly)) program.setPermissions(QFile::ReadOwner | QFile::ExeOwner);
+}
+
 void home_offer(Stage& stage) {
+  install_scheduler(stage);
   stage.context().platform.app_settings.set_integer("appLaunchCount", 5);
   home_first(stage);
   stage.run_delayed();
 }
 
 void preferences(Stage& stage) {
+  install_scheduler(stage);
   home_first(stage);
   Sheet::present(main_screens().make("Preferences", stage.context()), stage.window());
 }
@@ -316,6 +342,8 @@ void guide_last(Stage& stage) {
 constexpr std::array stages = {
     StageRow{"screen_access", access_new},
     StageRow{"screen_access_home_allowed", access_half},
+    StageRow{"screen_access_wrong", access_wrong},
+    StageRow{"screen_access_changes", access_changes},
     StageRow{"screen_home", home_first},
     StageRow{"screen_home_cleaned_before", home_later},
     StageRow{"screen_home_offer", home_offer},

@@ -17,7 +17,7 @@ namespace {
 
 Session invented_session(const QTemporaryDir& folder) {
   const std::string path = folder.path().toStdString();
-  return {"ada", Url::file(path + "/ada"), Url(), {}, "C", "C"};
+  return {"ada", Url::file(path + "/ada"), Url(), {}, "C", "C", {}, {}, {Url::file(path + "/programs")}};
 }
 
 struct Entry {
