@@ -85,12 +85,18 @@ OutlineRow::OutlineRow(const QModelIndex& index, const QRect& rect, Qt::LayoutDi
   } else {
     rest.setLeft(rest.left() + entry_indent - edge);
   }
-  if (index.data(Qt::CheckStateRole).isValid()) check = take(rest, check_side, check_side);
-  if (index.data(OutlineModel::color_role).isValid()) tag = take(rest, tag_side, tag_side);
+  const bool ticks = index.data(Qt::CheckStateRole).isValid();
+  const bool tagged = index.data(OutlineModel::color_role).isValid();
+  // Without a box the rest stays where it is in the rows that have one.
+  const QRect box = ticks || tagged ? take(rest, check_side, check_side) : QRect();
+  if (ticks) check = box;
+  if (tagged) tag = take(rest, tag_side, tag_side);
   if (index.data(OutlineModel::icon_role).isValid()) icon = take(rest, scaled(icon_side), scaled(icon_side));
   const int wanted = QFontMetrics(label_font(group)).horizontalAdvance(index.data().toString()) + 2;
   const bool tells = index.data(OutlineModel::about_role).toBool();
-  const int beside = tells ? info_side + gap : 0;
+  // A long name leaves room for what tells it from another one.
+  const bool noted = !group && !index.data(OutlineModel::note_role).toString().isEmpty();
+  const int beside = tells ? info_side + gap : noted ? rest.width() / 3 : 0;
   label = take(rest, std::min(wanted, rest.width() - beside), line.height());
   if (tells) info = take(rest, info_side, info_side);
   note = rest;
@@ -124,7 +130,10 @@ void OutlineRows::draw_ground(QPainter& painter, const QStyleOptionViewItem& opt
     painter.fillPath(shape, theme::hover);
   }
   const bool keyboard = (option.state & QStyle::State_KeyboardFocusChange) != 0;
-  if ((option.state & QStyle::State_HasFocus) != 0 && keyboard) draw_focus_ring(painter, shape);
+  if ((option.state & QStyle::State_HasFocus) == 0 || !keyboard) return;
+  // Wholly within the row: when the keyboard moves on, the view draws this row anew and nothing beside it.
+  constexpr int inset = 3;
+  draw_focus_ring(painter, rounded_path(QRectF(row.line).adjusted(4 + inset, inset, -4 - inset, -inset), 6));
 }
 
 void OutlineRows::draw_icon(QPainter& painter, const QModelIndex& index, const OutlineRow& row) const {

@@ -5,6 +5,7 @@
 #include <QMouseEvent>
 
 #include "app/icons/icons.h"
+#include "ui/button_look.h"
 #include "ui/motion.h"
 #include "ui/scroller.h"
 #include "ui/theme.h"
@@ -24,6 +25,7 @@ OutlineView::OutlineView(Icons& icons, QWidget* parent) : QTreeView(parent), row
   setEditTriggers(QAbstractItemView::NoEditTriggers);
   setAnimated(!motion::reduced());
   use_scrollers(this);
+  setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);  // its place is kept, or every size would jump when a group opens
   verticalScrollBar()->setSingleStep(theme::file_row_height);
   connect(&icons, &Icons::arrived, viewport(), qOverload<>(&QWidget::update));
 }
@@ -117,21 +119,30 @@ void OutlineView::keyPressEvent(QKeyEvent* event) {
     case Qt::Key_F1:
       if (index.data(OutlineModel::about_role).toBool()) Q_EMIT about_asked(index);
       return;
+    case Qt::Key_F10:  // for keyboards without a menu key
+      if ((event->modifiers() & Qt::ShiftModifier) == 0) break;
+      return ask_menu_by_keyboard();
     default:
       break;
   }
   QTreeView::keyPressEvent(event);
 }
 
-void OutlineView::contextMenuEvent(QContextMenuEvent* event) {
-  const bool keyboard = event->reason() == QContextMenuEvent::Keyboard;
-  const QModelIndex index = keyboard ? currentIndex() : indexAt(event->pos());
+void OutlineView::ask_menu_by_keyboard() {
+  const QModelIndex index = currentIndex();
   if (!index.isValid() || OutlineModel::is_group(index)) return;
-  Q_EMIT menu_asked(index, keyboard ? viewport()->mapToGlobal(visualRect(index).center()) : event->globalPos());
+  scrollTo(index);
+  Q_EMIT menu_asked(index, viewport()->mapToGlobal(visualRect(index).center()));
+}
+
+void OutlineView::contextMenuEvent(QContextMenuEvent* event) {
+  if (event->reason() == QContextMenuEvent::Keyboard) return ask_menu_by_keyboard();
+  const QModelIndex index = indexAt(event->pos());
+  if (index.isValid() && !OutlineModel::is_group(index)) Q_EMIT menu_asked(index, event->globalPos());
 }
 
 void OutlineView::focusInEvent(QFocusEvent* event) {
-  by_keyboard_ = event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;
+  if (!is_back_again(event->reason())) by_keyboard_ = is_by_keyboard(event->reason());
   if (!currentIndex().isValid()) setCurrentIndex(model()->index(0, 0));
   QTreeView::focusInEvent(event);
 }

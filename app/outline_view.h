@@ -8,8 +8,9 @@
 
 namespace tarnby {
 
-/// The outline of a smart scan. Space ticks the row that the keyboard is on, Shift and Space previews it, Return opens
-/// a group, F1 tells about it, typing finds a row; a space within a row's name is part of what is typed.
+/// An outline of groups and entries. Space ticks the row that the keyboard is on, Shift and Space previews it, Return
+/// opens a group, F1 tells about it, the menu key or Shift and F10 asks for its menu, typing finds a row; a space
+/// within a row's name is part of what is typed.
 class OutlineView : public QTreeView {
   Q_OBJECT
  public:
@@ -48,6 +49,7 @@ class OutlineView : public QTreeView {
   void press(const Hit& hit);
   void tick(const QModelIndex& index);
   bool is_typing_on() const;
+  void ask_menu_by_keyboard();
   QRect whole_row(const QModelIndex& index) const;
 
   OutlineRows* rows_;

@@ -44,7 +44,8 @@ void Overlay::open() {
   content_->view_will_appear();
   show();
   raise();
-  if (!content_->take_keyboard()) setFocus();
+  // However it was opened: what Enter would press has to be seen.
+  if (!content_->take_keyboard(Qt::ShortcutFocusReason)) setFocus();
   content_->view_did_appear();
 }
 
@@ -58,7 +59,7 @@ void Overlay::close_overlay() {
   }
   hide();
   content_->retire();
-  if (focus_before_ && held_keyboard) focus_before_->setFocus();
+  if (focus_before_ && held_keyboard) focus_before_->setFocus(Qt::PopupFocusReason);
   deleteLater();  // one of its own buttons may be in the middle of its click
 }
 

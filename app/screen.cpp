@@ -32,9 +32,9 @@ void Screen::put_into(QWidget* parent) {
   setParent(parent);
 }
 
-bool Screen::take_keyboard() {
+bool Screen::take_keyboard(Qt::FocusReason reason) {
   if (!first_focus_) return false;
-  first_focus_->setFocus();
+  first_focus_->setFocus(reason);
   return true;
 }
 

@@ -27,7 +27,7 @@ class Screen : public QWidget {
   void put_into(QWidget* parent);
   /// Gives the keyboard to the control that asked for it while the screen was made; false when none did. To be called
   /// once it is shown.
-  bool take_keyboard();
+  bool take_keyboard(Qt::FocusReason reason = Qt::OtherFocusReason);
 
   /// Called before and after it is put where it is seen.
   virtual void view_will_appear() {}

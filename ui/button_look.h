@@ -9,6 +9,15 @@ class QPainter;
 
 namespace tarnby {
 
+/// The keyboard comes back to where it was before a menu, a sheet or another window; a ring is shown as before.
+constexpr bool is_back_again(Qt::FocusReason reason) {
+  return reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason;
+}
+/// The keyboard was brought by a key, or to where the next key counts: a ring shows where that is.
+constexpr bool is_by_keyboard(Qt::FocusReason reason) {
+  return reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason || reason == Qt::ShortcutFocusReason;
+}
+
 /// A button of the base class `Base` that Enter presses like Space, that is pressed anywhere within it, and that is
 /// drawn anew when the pointer comes and goes.
 template <class Base>
@@ -32,12 +41,7 @@ class Pressable : public Base {
     if (!event->isAutoRepeat()) this->click();
   }
   void focusInEvent(QFocusEvent* event) override {
-    const Qt::FocusReason reason = event->reason();
-    const bool back_again = reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason;
-    if (!back_again) {
-      by_keyboard_ =
-          reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason || reason == Qt::ShortcutFocusReason;
-    }
+    if (!is_back_again(event->reason())) by_keyboard_ = is_by_keyboard(event->reason());
     Base::focusInEvent(event);
   }
   bool hitButton(const QPoint& at) const override { return this->rect().contains(at); }

@@ -1,10 +1,12 @@
 #include "app/junk/large_files_view_controller.h"
 
 #include <QHBoxLayout>
+#include <QMenu>
 #include <QSlider>
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "app/entry_menu.h"
 #include "app/layouts.h"
 #include "ui/text_label.h"
 
@@ -82,14 +84,27 @@ QWidget* LargeFilesViewController::outline() {
   progress->setAccessibleName(context_.text("Searching…"));
   progress->setGeometry(QRect(QPoint(), progress->sizeHint()).translated(220, 60));
   connect(model_, &OutlineModel::tick_asked, this, &LargeFilesViewController::select_file);
-  connect(outlineview, &OutlineView::menu_asked, this,
-          [this](const QModelIndex& file, const QPoint&) { show_in_finder(file); });
-  connect(outlineview, &OutlineView::preview_asked, this, [this](const QModelIndex& file) {
-    if (const auto record = model_->file_at(file)) context_.workspace.preview(record->url_file);
-  });
+  connect(outlineview, &OutlineView::preview_asked, this, &LargeFilesViewController::preview);
+  make_menu();
   connect(outlineview, &OutlineView::disclosure_asked, this,
           [this](const QModelIndex& group) { outlineview->setExpanded(group, !outlineview->isExpanded(group)); });
   return outlineview;
+}
+
+void LargeFilesViewController::make_menu() {
+  file_menu = make_entry_menu(context_, this,
+                              {[this] { show_in_finder(menu_row_); }, [this] { preview(menu_row_); },
+                               [this] {
+                                 if (const auto record = model_->file_at(menu_row_)) {
+                                   context_.workspace.show_information(record->url_file);
+                                 }
+                               }});
+  connect(outlineview, &OutlineView::menu_asked, this, [this](const QModelIndex& file, const QPoint& at) {
+    menu_row_ = file;
+    outlineview->mark_row(file);
+    file_menu->popup(at);
+  });
+  connect(file_menu, &QMenu::aboutToHide, this, [this] { outlineview->mark_row({}); });
 }
 
 QLayout* LargeFilesViewController::bottom_line() {
@@ -183,6 +198,10 @@ void LargeFilesViewController::show_selection() {
 
 void LargeFilesViewController::show_in_finder(const QModelIndex& file) {
   if (const auto record = model_->file_at(file)) context_.workspace.reveal({&record->url_file, 1});
+}
+
+void LargeFilesViewController::preview(const QModelIndex& file) {
+  if (const auto record = model_->file_at(file)) context_.workspace.preview(record->url_file);
 }
 
 void LargeFilesViewController::submit() {

@@ -10,6 +10,7 @@
 #include "ui/push_button.h"
 
 class QLabel;
+class QMenu;
 class QSlider;
 
 namespace tarnby {
@@ -38,11 +39,13 @@ class LargeFilesViewController : public Screen {
 
   PushButton* cancel_button;
   QLabel* least_size_label;
+  QMenu* file_menu;
 
   /// The slider was moved: other groups, and nothing ticked.
   void larges_file();
   void select_file(const QModelIndex& file, bool on);
   void show_in_finder(const QModelIndex& file);
+  void preview(const QModelIndex& file);
   void cancel() { Q_EMIT dismissed(); }
   /// Makes the ticked files the engine's category, and tells how the sum changes.
   void submit();
@@ -54,6 +57,7 @@ class LargeFilesViewController : public Screen {
   void build();
   QLayout* size_line();
   QWidget* outline();
+  void make_menu();
   QLayout* bottom_line();
   void start_search();
   void show_result();
@@ -62,6 +66,7 @@ class LargeFilesViewController : public Screen {
   static constexpr QSize outline_size_{600, 300};
   LargeFilesModel::Ticked ticked_;
   LargeFilesModel* model_ = nullptr;
+  QPersistentModelIndex menu_row_;
   bool searching_ = true;
   /// Set when nobody waits for the search any more: it ends early, and what it found is not kept.
   std::shared_ptr<std::atomic<bool>> given_up_ = std::make_shared<std::atomic<bool>>(false);

@@ -7,6 +7,7 @@
 #include <algorithm>
 
 #include "app/category_look.h"
+#include "app/entry_menu.h"
 #include "app/overlay.h"
 #include "app/screen_catalogue.h"
 #include "ui/panel.h"
@@ -111,15 +112,8 @@ QWidget* SmartCleanViewController::bottom_bar() {
 }
 
 void SmartCleanViewController::make_menu() {
-  cleanItemMenu = new QMenu(this);
-  const auto add = [&](const char* text, auto operation) {
-    connect(cleanItemMenu->addAction(context_.text(text)), &QAction::triggered, this, operation);
-  };
-  add(english("Show in file viewer"), &SmartCleanViewController::show_item_in_finder);
-  add(english("Preview"), &SmartCleanViewController::quick_look_item);
-  cleanItemMenu->actions().last()->setShortcut(QKeySequence(Qt::SHIFT | Qt::Key_Space));
-  cleanItemMenu->actions().last()->setShortcutContext(Qt::WidgetShortcut);  // shown here, answered by the outline
-  add(english("Get info"), &SmartCleanViewController::get_item_info);
+  cleanItemMenu = make_entry_menu(
+      context_, this, {[this] { show_item_in_finder(); }, [this] { quick_look_item(); }, [this] { get_item_info(); }});
   connect(cleanItemMenu, &QMenu::aboutToHide, this, &SmartCleanViewController::menuDidClose);
 }
 
