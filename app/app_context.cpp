@@ -57,6 +57,11 @@ void AppContext::end() {
   platform.files.stop_looking();
 }
 
+void AppContext::give_up_looking() {
+  ++times_given_up;
+  platform.files.stop_looking();
+}
+
 bool AppContext::begin_looking() {
   platform.files.look_again();
   if (ending) platform.files.stop_looking();  // it may have been asked to between the two

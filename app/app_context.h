@@ -58,6 +58,10 @@ struct AppContext {
   /// given up may have stopped. False when the program is to end: then nothing may begin. Whether this very scan was
   /// given up is to be asked afterwards, or a stop in between would be lost.
   bool begin_looking();
+  /// Nobody waits for the scan any more that runs, or waits for its turn in the background. Main thread.
+  void give_up_looking();
+  /// How often that was said. A scan that has not begun when the number changes never does. Any thread.
+  std::atomic<unsigned> times_given_up{0};
 
   /// The text in the user's language; `values` take the places of its "%@".
   QString text(const char* english) const;

@@ -1,9 +1,11 @@
 #include "app/junk/scan_view_controller.h"
 
 #include <QVBoxLayout>
+#include <cmath>
 
 #include "app/layouts.h"
 #include "leftovers/remainders.h"
+#include "platform/bytes.h"
 #include "ui/text_label.h"
 
 namespace tarnby {
@@ -43,26 +45,27 @@ constexpr const char* clean = english("In \"%@\" everything is clean");
 }  // namespace
 
 const ScanViewController::Flicker ScanViewController::caches = {
-    [](const Cleaner& cleaner) -> const Files* { return files_of(cleaner.apps_caches_item); }, apps_are_ready, nullptr,
-    ""};
+    [](const Cleaner& cleaner) -> const Files* { return files_of(cleaner.apps_caches_item); },
+    &Cleaner::apps_caches_item, apps_are_ready, nullptr, ""};
 const ScanViewController::Flicker ScanViewController::logs = {
-    [](const Cleaner& cleaner) -> const Files* { return files_of(cleaner.apps_logs_item); }, apps_are_ready, clean,
-    english("Applications logs")};
+    [](const Cleaner& cleaner) -> const Files* { return files_of(cleaner.apps_logs_item); }, &Cleaner::apps_logs_item,
+    apps_are_ready, clean, english("Applications logs")};
 // The applications that were looked through for what removed ones have left.
 const ScanViewController::Flicker ScanViewController::remainders = {
-    [](const Cleaner& cleaner) -> const Files* { return &cleaner.remainders().installedApplications; }, apps_are_ready,
-    wait, ""};
+    [](const Cleaner& cleaner) -> const Files* { return &cleaner.remainders().installedApplications; },
+    &Cleaner::apps_remainders_item, apps_are_ready, wait, ""};
 const ScanViewController::Flicker ScanViewController::browsers = {
-    [](const Cleaner& cleaner) -> const Files* { return files_of(cleaner.browser_item); }, apps_are_ready, wait, ""};
+    [](const Cleaner& cleaner) -> const Files* { return files_of(cleaner.browser_item); }, &Cleaner::browser_item,
+    apps_are_ready, wait, ""};
 const ScanViewController::Flicker ScanViewController::trash = {
-    [](const Cleaner& cleaner) -> const Files* { return files_of(cleaner.trash_item); }, media_is_ready, clean,
-    english("Trash Bin")};
+    [](const Cleaner& cleaner) -> const Files* { return files_of(cleaner.trash_item); }, &Cleaner::trash_item,
+    media_is_ready, clean, english("Trash Bin")};
 const ScanViewController::Flicker ScanViewController::mails = {
-    [](const Cleaner& cleaner) -> const Files* { return files_of(cleaner.mails_item); }, media_is_ready, clean,
-    english("Mail attachments")};
+    [](const Cleaner& cleaner) -> const Files* { return files_of(cleaner.mails_item); }, &Cleaner::mails_item,
+    media_is_ready, clean, english("Mail attachments")};
 
 ScanViewController::ScanViewController(AppContext& context)
-    : Screen(context),
+    : ScanScreen(context),
       appDelegate(context.appDelegate),
       app_settings(context.platform.app_settings),
       sharedCleaner(context.sharedCleaner()) {
@@ -86,6 +89,7 @@ ScanViewController::ScanViewController(AppContext& context)
   layout->addWidget(scan_label);
   layout->addWidget(path, 0, Qt::AlignHCenter);
   layout->addWidget(text);
+  add_stop_button(layout);
   layout->addStretch(7);
 
   scan_open_anim();
@@ -122,14 +126,35 @@ bool ScanViewController::tick(const Flicker& flicker, std::size_t& count) {
   if (++count < all) {
     const QString shown = QString::fromStdString((*files)[count].path());
     path->setText(path->fontMetrics().elidedText(shown, Qt::ElideMiddle, path->width()));
+    count_passed(flicker, static_cast<double>(count) / static_cast<double>(all));
     return true;
   }
-  if (all > 0) return false;
+  if (all > 0) {
+    count_passed(flicker, 1);
+    return false;
+  }
   count = 0;
   if (flicker.empty_text != nullptr) {
     path->setText(context_.text(flicker.empty_text, {context_.text(flicker.empty_category)}));
   }
   return true;
+}
+
+/// The figure follows without a push: it would never come to rest.
+void ScanViewController::count_passed(const Flicker& flicker, double part) {
+  passed_[&flicker] = part;
+  if (all_is_counted_) return;
+  scan_size->setText(context_.byte_count(found_so_far()));
+}
+
+std::int64_t ScanViewController::found_so_far() const {
+  std::int64_t found = apps_are_counted_ ? sharedCleaner.apps_junk_size : 0;
+  for (const auto& [flicker, part] : passed_) {
+    const auto& item = sharedCleaner.*flicker->item;
+    if (!item || (apps_are_counted_ && flicker->is_ready == apps_are_ready)) continue;
+    found = add_bytes(found, std::llround(part * static_cast<double>(item->size)));
+  }
+  return found;
 }
 
 void ScanViewController::animation_apps_caches() {
@@ -162,7 +187,8 @@ void ScanViewController::animation_trash() {
     return once_ready(apps_are_ready, [this] { animation_trash(); });
   }
   scanView->animate_stroke_end(1, rest_of_ring_ms);
-  scanView->show_number(context_.byte_count(sharedCleaner.apps_junk_size));
+  apps_are_counted_ = true;
+  scanView->show_number(context_.byte_count(found_so_far()));
   show_category(english("Trash Bin"));
   start_flicker(trash);
   after(until_mails, [this] { animation_mails(); });
@@ -178,6 +204,7 @@ void ScanViewController::scan_complete() {
   if (!sharedCleaner.media_search_coomplete) {
     return once_ready(media_is_ready, [this] { scan_complete(); });
   }
+  all_is_counted_ = true;
   scanView->show_number(context_.byte_count(sharedCleaner.apps_junk_size + sharedCleaner.media_junk_size));
   scan_label->show_text(context_.text("Scan complete..."));
   text->setText(QStringLiteral("Tarnby cleaner..."));  // the program's name is the same in every language

@@ -2,16 +2,17 @@
 
 #include <QLabel>
 #include <functional>
+#include <map>
 #include <vector>
 
-#include "app/screen.h"
+#include "app/scan_screen.h"
 #include "ui/scan_views.h"
 
 namespace tarnby {
 
-/// Shows the junk scan as a timed show: a ring, the category, and the files found flickering past. It does not start
-/// the scan; it waits for it twice, before the Trash and before the end.
-class ScanViewController : public Screen {
+/// Shows the junk scan as a timed show: a ring, the category, and the files found flickering past, with the bytes that
+/// they come to so far. It does not start the scan; it waits for it twice, before the Trash and before the end.
+class ScanViewController : public ScanScreen {
   Q_OBJECT
  public:
   explicit ScanViewController(AppContext& context);
@@ -33,11 +34,16 @@ class ScanViewController : public Screen {
   void animation_mails();
   void scan_complete();
 
+ protected:
+  bool scanning() const override { return !sharedCleaner.media_search_coomplete; }
+
  private:
   /// One category whose files flicker past.
   struct Flicker {
     /// Its files; null when there are none.
     const std::vector<Url>* (*files)(const Cleaner& cleaner);
+    /// The category whose bytes the names stand for.
+    std::shared_ptr<CleanerItem> Cleaner::*item;
     bool (*is_ready)(const Cleaner& cleaner);
     /// What is shown when there are none; null leaves the line as it is.
     const char* empty_text;
@@ -48,8 +54,16 @@ class ScanViewController : public Screen {
   void once_ready(bool (*is_ready)(const Cleaner&), std::function<void()> next);
   void start_flicker(const Flicker& flicker);
   bool tick(const Flicker& flicker, std::size_t& count);
+  void count_passed(const Flicker& flicker, double part);
+  std::int64_t found_so_far() const;
   void show_category(const char* category);
   void scan_open_anim();
+
+  /// How much of each category has flickered past, 0 to 1.
+  std::map<const Flicker*, double> passed_;
+  /// The first sum has been shown, and both.
+  bool apps_are_counted_ = false;
+  bool all_is_counted_ = false;
 };
 
 }  // namespace tarnby

@@ -1,15 +1,17 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
 
-#include "app/screen.h"
+#include "app/scan_screen.h"
 #include "ui/dash_view.h"
 #include "ui/scan_views.h"
 
 namespace tarnby {
 
-/// Runs the smart scan and shows how far it is, category by category.
-class SmartScanViewController : public Screen {
+/// Runs the smart scan and shows how far it is, category by category. However fast the scan is, each step is shown long
+/// enough to be read.
+class SmartScanViewController : public ScanScreen {
   Q_OBJECT
  public:
   explicit SmartScanViewController(AppContext& context);
@@ -25,17 +27,25 @@ class SmartScanViewController : public Screen {
   DashView* steps;
 
  protected:
-  void will_retire() override;
+  bool scanning() const override { return scanning_; }
 
  private:
   void start();
+  /// Shows a step once the one before it has been shown for its time.
+  void show_in_turn(Work step);
+  void show_next();
+  void complete();
   void begin_category(std::size_t at, double stroke_end);
+  void count_category(std::size_t finished);
   void transitionItem(const QString& text);
   void transitionSize(const QString& text);
 
   /// Bytes in the categories that are done.
   std::int64_t found_ = 0;
   bool scanning_ = true;
+  std::deque<Work> steps_to_come_;
+  /// A step is being shown, and `show_next` comes by itself.
+  bool step_has_its_time_ = true;
 };
 
 }  // namespace tarnby

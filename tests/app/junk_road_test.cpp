@@ -123,6 +123,73 @@ TEST(ScanViewController, shows_the_files_of_a_category_but_never_the_first) {
   EXPECT_TRUE(shown[1].ends_with("/Caches/c") && shown[9].ends_with("/Caches/c")) << shown[1];
 }
 
+TEST(ScanViewController, counts_up_with_the_names_that_flicker_by) {
+  TestPlatform ada;
+  for (const char* name : {"a", "b", "c", "d"}) ada.tree.file(std::string("ada/Library/Caches/") + name, 1'000'000);
+  ada.tree.file("ada/Library/Logs/l", 2'000'000).file("ada/.Trash/t", 8'000'000).file("ada/.Trash/u", 8'000'000);
+  TestWindow at(ada);
+  at.open_on_screen();
+  at.context.sharedCleaner().clean_with_complete_handler([] {});
+  at.post("scan_view_controller");
+  at.pass(100);
+  const QLabel* size = at.screen<ScanViewController>(Layer::overlay)->scan_size;
+  std::vector<std::string> told;
+  const auto listen = [&](int until) {
+    for (; until > 0; until -= 10, at.pass(10)) {
+      if (told.empty() || told.back() != size->text().toStdString()) told.push_back(size->text().toStdString());
+    }
+  };
+  listen(1900);
+  EXPECT_THAT(std::exchange(told, {}), ElementsAre("Zero KB", "1 MB", "2 MB", "3 MB", "4 MB"));
+  listen(7000);
+  EXPECT_THAT(std::exchange(told, {}), ElementsAre("4 MB", "6 MB", "14 MB", "22 MB"));
+  listen(2000);
+  EXPECT_THAT(told, ElementsAre("22 MB")) << "the sum of both scans";
+}
+
+TEST(ScanViewController, fills_its_ring_in_8_seconds_and_2_8_more) {
+  TestPlatform ada;
+  TestWindow at(ada);
+  at.open_on_screen();
+  at.context.sharedCleaner().clean_with_complete_handler([] {});
+  at.post("scan_view_controller");
+  at.pass(100);
+  const ScanView* ring = at.screen<ScanViewController>(Layer::overlay)->scanView;
+  at.pass(4000);
+  EXPECT_NEAR(ring->stroke_end(), 0.25, 0.01);
+  at.pass(4000);
+  EXPECT_NEAR(ring->stroke_end(), 0.5, 0.01);
+  at.pass(1400);
+  EXPECT_NEAR(ring->stroke_end(), 0.75, 0.01);
+  at.pass(1400);
+  EXPECT_NEAR(ring->stroke_end(), 1, 0.01);
+}
+
+TEST(ScanViewController, that_is_stopped_leads_home_even_before_its_scan_has_begun) {
+  TestPlatform ada;
+  ada.tree.file("ada/Library/Logs/a.log", 2'000'000);
+  TestWindow at(ada);
+  at.open_on_screen();
+  at.settle();
+  Hold before(at.background);
+  at.screen<HomeViewController>()->categories_button->click();
+  at.pass(500);
+  auto* screen = at.screen<ScanViewController>(Layer::overlay);
+  ASSERT_NE(screen, nullptr);
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+  EXPECT_EQ(at.screen(Layer::overlay), nullptr);
+  ASSERT_NE(at.screen<HomeViewController>(), nullptr);
+  before.release();
+  at.settle();
+  EXPECT_FALSE(at.engine->cleaner.search_is_complete) << "nobody waits for it";
+  at.pass(15'000);
+  at.screen<HomeViewController>()->categories_button->click();
+  at.pass(500);
+  at.settle();
+  at.pass(12'000);
+  EXPECT_NE(at.screen<PageController>(), nullptr) << "the next one is looked for as usual";
+}
+
 TEST(CategoryPages, tick_and_untick_what_will_be_cleaned) {
   Pages pages;
   auto& applications = pages.page<ApplicationsViewController>();

@@ -81,6 +81,7 @@ TEST(Screen, bears_a_home_that_vanishes_while_it_is_scanned_and_removed_from) {
   std::filesystem::remove_all(scan.ada.tree.path("ada"));
   scan.hold.release();
   at.settle();
+  at.pass(1200);
   const auto* screen = at.screen<SmartCleanViewController>();
   ASSERT_NE(screen, nullptr);
   EXPECT_TRUE(screen->is_ticked(0, 0)) << "found while it was there";

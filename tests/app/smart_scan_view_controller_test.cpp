@@ -1,5 +1,6 @@
 #include "app/smart/smart_scan_view_controller.h"
 
+#include "app/home/home_view_controller.h"
 #include "app/smart/smart_clean_view_controller.h"
 #include "tests/app/test_window.h"
 
@@ -10,7 +11,7 @@ using test::Layer;
 using test::TestPlatform;
 using test::TestWindow;
 
-TEST(SmartScanViewController, tells_each_category_as_it_begins) {
+TEST(SmartScanViewController, shows_each_step_of_a_fast_scan_long_enough_to_be_read) {
   TestPlatform ada;
   ada.tree.file("ada/Library/Caches/a/x", 1000).file("ada/Library/Caches/com.gone.tool/x", 8000);
   ada.tree.file("ada/Library/Logs/b.log", 2000).file("ada/Library/Safari/LocalStorage/x", 16000);
@@ -39,16 +40,61 @@ TEST(SmartScanViewController, tells_each_category_as_it_begins) {
   std::promise<void> scanned;
   at.background.async([&] { scanned.set_value(); });
   scanned.get_future().wait();
-  while (at.screen(Layer::overlay) == screen && ada.main_queue.run_next()) listen();
+  int shown = 0;
+  for (at.pass(0); at.screen(Layer::overlay) == screen && shown < 5000; at.pass(10), shown += 10) listen();
   EXPECT_THAT(told, testing::ElementsAre(
                         "Scan in \"Applications caches\", Zero KB, 0", "Scan in \"Applications caches\", Zero KB, 0.25",
                         "Scan in \"Applications caches\", Zero KB, 0.5", "Scan in \"Applications logs\", 9 KB, 0.5",
                         "Scan in \"Applications remainders\", 11 KB, 0.6", "Scan in \"Browsers\", 19 KB, 0.7",
                         "Scan in \"Mail attachments\", 35 KB, 0.8", "Scan in \"Installation files\", 35 KB, 0.9",
-                        "Scan in \"Trash Bin\", 39 KB, 1"));
+                        "Scan in \"Trash Bin\", 39 KB, 1", "Scan in \"Trash Bin\", 71 KB, 1"));
+  EXPECT_EQ(shown, 7 * 150) << "the first has had its time while the scan was waited for";
   const auto* clean = at.screen<SmartCleanViewController>();
   ASSERT_NE(clean, nullptr);
   EXPECT_EQ(clean->size->text(), "71 KB");
+}
+
+TEST(SmartScanViewController, lasts_as_long_as_it_takes_to_read_and_no_longer) {
+  TestPlatform ada;
+  TestWindow at(ada);
+  at.open_on_screen();
+  at.post("smart_scan_view_controller");
+  at.pass(100);
+  at.settle();
+  at.pass(1190);
+  EXPECT_NE(at.screen<SmartScanViewController>(Layer::overlay), nullptr);
+  at.pass(10);
+  EXPECT_NE(at.screen<SmartCleanViewController>(), nullptr);
+}
+
+TEST(SmartScanViewController, that_is_stopped_leads_home_and_the_next_one_finds_everything) {
+  TestPlatform ada;
+  ada.tree.file("ada/Library/Caches/a/x", 1000).file("ada/.Trash/d", 32000);
+  TestWindow at(ada);
+  at.open_on_screen();
+  at.settle();
+  for (const bool by_key : {true, false}) {
+    SCOPED_TRACE(by_key ? "Escape" : "the button");
+    test::Hold scan(ada.main_queue);
+    at.post("smart_scan_view_controller");
+    at.pass(100);
+    scan.wait_until_there();
+    auto* screen = at.screen<SmartScanViewController>(Layer::overlay);
+    ASSERT_NE(screen, nullptr);
+    EXPECT_EQ(QApplication::focusWidget(), screen->stop_button);
+    by_key ? QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape) : screen->stop_button->click();
+    EXPECT_TRUE(ada.platform.files.stopped_looking());
+    EXPECT_EQ(at.screen(Layer::overlay), nullptr);
+    EXPECT_NE(at.screen<HomeViewController>(), nullptr);
+    scan.release();
+    ada.main_queue.when_handed_over = nullptr;
+    at.settle();
+    at.pass(3000);
+    EXPECT_NE(at.screen<HomeViewController>(), nullptr) << "what it found is nobody's";
+  }
+  at.scan();
+  ASSERT_NE(at.screen<SmartCleanViewController>(), nullptr);
+  EXPECT_EQ(at.screen<SmartCleanViewController>()->size->text(), "33 KB");
 }
 
 TEST(SmartScanViewController, that_waits_for_the_background_does_not_scan_once_the_program_is_to_end) {

@@ -62,7 +62,8 @@ void TestWindow::scan() {
   post("smart_scan_view_controller");
   pass(100);
   settle();
-  pass(0);
+  constexpr int every_step_shown = 1200;
+  pass(every_step_shown);
 }
 
 Hold::Hold(BackgroundQueue& queue) {
