@@ -177,6 +177,7 @@ std::shared_ptr<CleanerItem> Cleaner::clients_category(std::span<const ClientRow
     const auto client = client_item(row);
     if (!client) continue;
     keep_client(row.type, client);
+    if (client->files.empty()) continue;  // a row that removes nothing would be no row
     category->items.emplace_back(client);
     category->size = add_bytes(category->size, client->size);
   }

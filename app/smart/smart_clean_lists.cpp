@@ -1,5 +1,7 @@
 #include "app/smart/smart_clean_lists.h"
 
+#include <algorithm>
+#include <limits>
 #include <numeric>
 
 namespace tarnby {
@@ -18,6 +20,16 @@ constexpr Lists::Row list_rows[] = {
     {"trash", &Lists::store_trash, &Lists::trash, &Lists::empty_trash},
 };
 
+std::uint64_t bytes_of(const CleanerEntry& entry) {
+  return static_cast<std::uint64_t>(size_of(entry));
+}
+
+/// Sparse files may claim any size; in this type what was added can be taken off again even after an overflow.
+std::uint64_t bytes_of(const std::vector<CleanerEntry>& entries) {
+  return std::accumulate(entries.begin(), entries.end(), std::uint64_t{0},
+                         [](std::uint64_t sum, const CleanerEntry& entry) { return sum + bytes_of(entry); });
+}
+
 }  // namespace
 
 std::span<const Lists::Row> SmartCleanLists::rows() {
@@ -28,6 +40,7 @@ void SmartCleanLists::take(const Cleaner& cleaner) {
   outlineItems = cleaner.smart_outline_items;
   totals_.clear();
   ticked_.clear();
+  listed_bytes_.clear();
   const auto categories = smart_categories();
   for (std::size_t at = 0; at < categories.size(); ++at) {
     const auto& item = cleaner.*categories[at].item;
@@ -36,7 +49,9 @@ void SmartCleanLists::take(const Cleaner& cleaner) {
     selection(at).assign(store.begin(), store.end());
     totals_.push_back(cleaner.*categories[at].total);
     ticked_.push_back(store.size());
+    listed_bytes_.push_back(bytes_of(store));
   }
+  ticked_bytes_ = listed_bytes_;
   empty_items();
   update_junk();
 }
@@ -59,6 +74,7 @@ void SmartCleanLists::select_group(std::size_t group) {
   const auto& store = entries(group);
   selection(group).assign(store.begin(), store.end());
   ticked_[group] = store.size();
+  ticked_bytes_[group] = listed_bytes_[group];
   update_junk();
 }
 
@@ -66,6 +82,7 @@ void SmartCleanLists::unselect_group(std::size_t group) {
   outlineItems[group]->size = totals_[group];
   selection(group) = empty(group);
   ticked_[group] = 0;
+  ticked_bytes_[group] = 0;
   update_junk();
 }
 
@@ -77,6 +94,7 @@ void SmartCleanLists::select_entry(std::size_t group, std::size_t entry) {
   size += size_of(ticked);
   selection(group)[entry] = ticked;
   ++ticked_[group];
+  ticked_bytes_[group] += bytes_of(ticked);
   update_junk();
 }
 
@@ -85,6 +103,7 @@ void SmartCleanLists::unselect_entry(std::size_t group, std::size_t entry) {
   std::int64_t& size = outlineItems[group]->size;
   selection(group)[entry] = Empty();
   --ticked_[group];
+  ticked_bytes_[group] -= bytes_of(entries(group)[entry]);
   if (nothing_ticked(group)) {
     size = totals_[group];
   } else {
@@ -93,11 +112,17 @@ void SmartCleanLists::unselect_entry(std::size_t group, std::size_t entry) {
   update_junk();
 }
 
+std::int64_t SmartCleanLists::size_shown(std::size_t group) const {
+  const std::uint64_t bytes = nothing_ticked(group) ? listed_bytes_[group] : ticked_bytes_[group];
+  return static_cast<std::int64_t>(std::min<std::uint64_t>(bytes, std::numeric_limits<std::int64_t>::max()));
+}
+
+bool SmartCleanLists::has_entries() const {
+  return std::ranges::any_of(list_rows, [&](const Row& row) { return !(this->*row.store).empty(); });
+}
+
 void SmartCleanLists::update_junk() {
-  smart_junk = 0;
-  for (std::size_t group = 0; group < count(); ++group) {
-    if (!nothing_ticked(group)) smart_junk += static_cast<std::uint64_t>(outlineItems[group]->size);
-  }
+  smart_junk = std::accumulate(ticked_bytes_.begin(), ticked_bytes_.end(), std::uint64_t{0});
 }
 
 std::vector<Url> SmartCleanLists::ticked_locations() const {

@@ -43,9 +43,10 @@ class SmartCleanLists {
   std::vector<Place> caches, logs, remainders, browsers, mails, installs, trash;
   std::vector<Place> empty_caches, empty_logs, empty_remainders, empty_browsers, empty_mails, empty_installs,
       empty_trash;
-  /// The groups, shared with the engine; their sizes change with what is ticked.
+  /// The groups, shared with the engine; their sizes change with what is ticked. They begin with the engine's totals,
+  /// of which that of the leftovers holds what earlier scans found, so people are shown `size_shown` instead.
   std::vector<std::shared_ptr<SmartOutlineItem>> outlineItems;
-  /// Bytes ticked: the sizes of the groups that something is ticked in.
+  /// Bytes ticked.
   std::uint64_t smart_junk = 0;
 
   /// Takes everything that a smart scan has found, all of it ticked.
@@ -66,6 +67,11 @@ class SmartCleanLists {
   void select_entry(std::size_t group, std::size_t entry);
   void unselect_entry(std::size_t group, std::size_t entry);
 
+  /// Bytes of a group as people read them: of its ticked entries, but of all that are listed when none is ticked.
+  std::int64_t size_shown(std::size_t group) const;
+  /// Something is listed in one group at least.
+  bool has_entries() const;
+
   void update_junk();
   /// The locations of everything ticked, in the order of the categories and their entries.
   std::vector<Url> ticked_locations() const;
@@ -83,6 +89,9 @@ class SmartCleanLists {
   /// How many places of each selection list differ from the empty list: asked for every time a row is drawn, and the
   /// lists may be long.
   std::vector<std::size_t> ticked_;
+  /// Bytes of the ticked entries of each group, and of all of them.
+  std::vector<std::uint64_t> ticked_bytes_;
+  std::vector<std::uint64_t> listed_bytes_;
 };
 
 }  // namespace tarnby

@@ -43,6 +43,7 @@ void SmartOutlineModel::reload() {
 /// A header of the menu stands above the group that follows it there.
 void SmartOutlineModel::find_headers() {
   headers_.assign(lists_.count(), {});
+  equal_names_.assign(lists_.count(), {});
   QString header;
   for (const SmartMenuItem& item : context_.sharedCleaner().smart_menu_items) {
     if (const auto* text = std::get_if<std::string>(&item)) {
@@ -69,17 +70,21 @@ Qt::ItemFlags SmartOutlineModel::flags(const QModelIndex& index) const {
 
 QVariant SmartOutlineModel::group_data(std::size_t group, int role) const {
   const SmartOutlineItem& item = *lists_.outlineItems[group];
+  const bool empty = lists_.entries(group).empty();
   const auto label = [&] { return context_.text(item.label.c_str()); };
   const auto state = [&] { return check_state(lists_.ticked(group)); };
   switch (role) {
     case Qt::DisplayRole:
       return label();
     case Qt::CheckStateRole:
-      return state();
+      return empty ? QVariant() : state();  // there is nothing to tick
     case Qt::AccessibleTextRole:
-      return spoken(label(), item.size, state());
+      return empty ? context_.text("%@, %@", {label(), note_of_group(group)})
+                   : spoken(label(), lists_.size_shown(group), state());
+    case Qt::AccessibleDescriptionRole:
+      return empty ? QString() : note_of_group(group);
     case size_text_role:
-      return context_.byte_count(item.size);
+      return context_.byte_count(lists_.size_shown(group));
     case color_role:
       return look_of(item.type).color;
     case header_role:
@@ -87,10 +92,14 @@ QVariant SmartOutlineModel::group_data(std::size_t group, int role) const {
     case about_role:
       return true;
     case note_role:
-      return lists_.entries(group).empty() ? context_.text("everything is clean") : QString();
+      return note_of_group(group);
     default:
       return {};
   }
+}
+
+QString SmartOutlineModel::note_of_group(std::size_t group) const {
+  return lists_.entries(group).empty() ? context_.text("everything is clean") : QString();
 }
 
 QVariant SmartOutlineModel::entry_data(std::size_t group, std::size_t entry, int role) const {
@@ -113,7 +122,7 @@ QVariant SmartOutlineModel::entry_data(std::size_t group, std::size_t entry, int
     case icon_role:
       return QVariant::fromValue(image_of(record));
     case note_role:
-      return place(record);
+      return note_of_entry(group, entry);
     default:
       return {};
   }
@@ -132,11 +141,34 @@ Image SmartOutlineModel::image_of(const CleanerEntry& entry) const {
   return context_.sharedCleaner().icon_of_application(label_of(entry));
 }
 
-/// Caches often carry one name in several places, and what removing takes should be known before; the others lie where
-/// their group says.
-QString SmartOutlineModel::place(const CleanerEntry& entry) const {
-  if (!std::holds_alternative<std::shared_ptr<CacheItem>>(entry)) return {};
-  return path_in_words(one_line(place_of(entry, context_.sharedCleaner().url_home)));
+/// Caches often carry one name in several places, and what removing takes should be known before; what a removed
+/// application has left is known by its identifier. The others lie where their group says, unless two have one name.
+QString SmartOutlineModel::note_of_entry(std::size_t group, std::size_t entry) const {
+  const CleanerEntry& record = lists_.entries(group)[entry];
+  if (const auto* left = std::get_if<std::shared_ptr<RemainderItem>>(&record)) return one_line((*left)->bundle);
+  const EqualNames& equal = equal_names_of(group);
+  const auto place = equal.find(entry);
+  if (place != equal.end()) return path_in_words(one_line(place->second));
+  if (!std::holds_alternative<std::shared_ptr<CacheItem>>(record)) return {};
+  return path_in_words(one_line(folder_of(record)));
+}
+
+std::string SmartOutlineModel::folder_of(const CleanerEntry& entry) const {
+  const auto urls = locations_of(entry);
+  return urls.empty() ? std::string() : short_path(urls.front().parent(), context_.sharedCleaner().url_home);
+}
+
+const EqualNames& SmartOutlineModel::equal_names_of(std::size_t group) const {
+  std::optional<EqualNames>& known = equal_names_[group];
+  if (known) return *known;
+  const auto& entries = lists_.entries(group);
+  // What lies in one folder has different names; there may be hundreds of thousands of it.
+  const std::string& type = lists_.outlineItems[group]->type;
+  const std::size_t rows = type == "caches" || type == "installs" ? entries.size() : 0;
+  known = equal_names(
+      rows, [&](std::size_t row) { return label_of(entries[row]); },
+      [&](std::size_t row) { return folder_of(entries[row]); });
+  return *known;
 }
 
 QString SmartOutlineModel::spoken(const QString& label, std::int64_t size, Qt::CheckState state) const {

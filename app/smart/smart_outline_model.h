@@ -1,8 +1,10 @@
 #pragma once
 
+#include <optional>
 #include <vector>
 
 #include "app/app_context.h"
+#include "app/distinct_places.h"
 #include "app/outline_model.h"
 #include "app/smart/smart_clean_lists.h"
 
@@ -32,13 +34,18 @@ class SmartOutlineModel : public OutlineModel {
  private:
   QString label(const CleanerEntry& entry) const;
   Image image_of(const CleanerEntry& entry) const;
-  QString place(const CleanerEntry& entry) const;
+  QString note_of_group(std::size_t group) const;
+  QString note_of_entry(std::size_t group, std::size_t entry) const;
+  std::string folder_of(const CleanerEntry& entry) const;
+  const EqualNames& equal_names_of(std::size_t group) const;
   QString spoken(const QString& label, std::int64_t size, Qt::CheckState state) const;
   void find_headers();
 
   AppContext& context_;
   SmartCleanLists& lists_;
   std::vector<QString> headers_;  // one a group
+  /// One a group; found out when the first of its entries is drawn.
+  mutable std::vector<std::optional<EqualNames>> equal_names_;
 };
 
 }  // namespace tarnby

@@ -135,7 +135,7 @@ TEST_F(SmartCleanTest, asks_before_it_removes_what_is_ticked) {
   auto* warning = at.card<WarningCleanupViewController>();
   ASSERT_NE(warning, nullptr);
   EXPECT_EQ(warning->windowTitle(), "Remove 14 KB for good?");
-  EXPECT_EQ(warning->accessibleDescription(), "4 entries do not go to the Trash and cannot be brought back.");
+  EXPECT_EQ(warning->accessibleDescription(), "3 entries do not go to the Trash and cannot be brought back.");
   EXPECT_EQ(screen->sheet_view_controller, warning);
   EXPECT_EQ(QApplication::focusWidget(), warning->cancel_button);
   QTest::mouseClick(warning->parentWidget(), Qt::LeftButton, {}, {1, 1});
