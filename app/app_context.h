@@ -36,6 +36,10 @@ struct AppContext {
   RemovalRun removal = {};
   Icons icons{platform};
   EngineTurn turn{platform.notifications, platform.main_queue};
+  /// The last smart scan found nothing it knows in the home folder, and nothing else either. Main thread.
+  bool scanned_home_is_empty = false;
+  /// A search for large files of this launch has found some, and nothing writes them any more. Main thread.
+  bool large_files_are_known = false;
   /// Set when the program is to end: a removal finishes the entry in hand and leaves the rest. Any thread.
   std::atomic<bool> ending{false};
 

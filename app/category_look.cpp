@@ -36,8 +36,8 @@ const CategoryLook looks[] = {
      english("Everything you have saved from the net. Look through it now and then: what you no longer need is best "
              "removed by hand.")},
     {"large-files", theme::green, english("Large files"), "AboutLargeFiles",
-     english("Single files, applications and packages of 10 MB and more that belong to no other category. Nothing is "
-             "chosen until you choose it.")},
+     english("Single files, applications and packages of 10 MB and more, but for single files in Downloads, caches and "
+             "logs. A row says when another category lists it, too. Nothing is chosen until you choose it.")},
 };
 
 }  // namespace

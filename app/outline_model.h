@@ -21,6 +21,8 @@ class OutlineModel : public QAbstractItemModel {
     header_role,
     /// A few words beside the label.
     note_role,
+    /// True when these words say that something went wrong.
+    alarm_role,
     /// True for a group that something can be told about.
     about_role,
   };

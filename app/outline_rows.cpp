@@ -183,10 +183,13 @@ void OutlineRows::paint(QPainter* painter, const QStyleOptionViewItem& option, c
   text(row.label, label_font(group), theme::text, index.data().toString(), Qt::ElideMiddle);
   const QString note = index.data(OutlineModel::note_role).toString();
   const QFont notes = theme::font(theme::Type::note);
-  // A place is understood from its beginning; what is said of a group is said whole or not at all.
-  const int least = group ? QFontMetrics(notes).horizontalAdvance(note) : 3 * theme::grid;
+  const bool alarm = index.data(OutlineModel::alarm_role).toBool();
+  // A place is understood from its beginning, and a problem is better told in part than not at all; what else is said
+  // of a group is said whole.
+  const int least = group && !alarm ? QFontMetrics(notes).horizontalAdvance(note) : 3 * theme::grid;
   if (!note.isEmpty() && row.note.width() >= least) {
-    text(row.note, notes, quiet, note, Qt::ElideRight);
+    const QColor color = alarm ? theme::readable(theme::amber, theme::panel_ground()) : quiet;
+    text(row.note, notes, color, note, alarm ? Qt::ElideMiddle : Qt::ElideRight);
   }
   const QFont sizes = size_font(group);
   const QFontMetricsF metrics(sizes);

@@ -132,7 +132,8 @@ void OutlineView::ask_menu_by_keyboard() {
   const QModelIndex index = currentIndex();
   if (!index.isValid() || OutlineModel::is_group(index)) return;
   scrollTo(index);
-  Q_EMIT menu_asked(index, viewport()->mapToGlobal(visualRect(index).center()));
+  const QRect row = visualRect(index);
+  Q_EMIT menu_asked(index, viewport()->mapToGlobal(QPoint(row.center().x(), row.bottom())));
 }
 
 void OutlineView::contextMenuEvent(QContextMenuEvent* event) {

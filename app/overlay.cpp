@@ -70,6 +70,7 @@ bool Overlay::holds(const QWidget* widget) const {
 bool Overlay::eventFilter(QObject* watched, QEvent* event) {
   if (watched == parent() && event->type() == QEvent::Resize) {
     setGeometry(parentWidget()->rect());
+    content_->adjustSize();  // some are as large as the window allows
     place_content();
   }
   return QWidget::eventFilter(watched, event);

@@ -75,6 +75,11 @@ void ChosenAmount::measure(std::span<const CleanerEntry> listed, Measurer& measu
   for (std::size_t at = 0; at < unknown.size(); ++at) shared_.find(unknown[at].path())->second = sizes[at];
 }
 
+bool ChosenAmount::is_shared(const CleanerEntry& entry) const {
+  return !shared_.empty() &&
+         std::ranges::any_of(locations_of(entry), [&](const Url& url) { return shared_.contains(url.path()); });
+}
+
 std::int64_t ChosenAmount::amount(std::span<const CleanerEntry> chosen) const {
   std::int64_t bytes = 0;
   for (const CleanerEntry& entry : chosen) bytes = add_bytes(bytes, size_of(entry));

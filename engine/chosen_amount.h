@@ -39,6 +39,9 @@ class ChosenAmount {
   /// of the same locations since. A location that was not listed counts as its entry says.
   std::int64_t amount(std::span<const CleanerEntry> chosen) const;
 
+  /// Whether the entry may count less beside another one. Those for which this is false always count their own size.
+  bool is_shared(const CleanerEntry& entry) const;
+
  private:
   struct PathHash {
     using is_transparent = void;

@@ -3,6 +3,8 @@
 #include <unordered_set>
 
 #include "app/app_context.h"
+#include "app/distinct_places.h"
+#include "app/junk/also_listed.h"
 #include "app/outline_model.h"
 #include "engine/large_files.h"
 
@@ -19,6 +21,8 @@ class LargeFilesModel : public OutlineModel {
 
   /// Runs `change`, which puts other rows in place.
   void reload(const std::function<void()>& change);
+  /// Names the other categories beside the files that they list. Rows that come later are told of as well.
+  void show_also_listed(AlsoListed also);
 
   /// The file of a row; null for a group.
   std::shared_ptr<LargeFile> file_at(const QModelIndex& index) const;
@@ -30,9 +34,17 @@ class LargeFilesModel : public OutlineModel {
   QVariant entry_data(std::size_t group, std::size_t entry, int role) const override;
 
  private:
+  Qt::CheckState state_of(const OutlineItem& group) const;
+  /// Bytes of the files in a group; of the ticked ones where some are.
+  std::int64_t size_of(const OutlineItem& group) const;
+  QString note_of(std::size_t group, std::size_t entry) const;
+  void find_equal_names();
+
   AppContext& context_;
   const LargeFileRows& rows_;
   const Ticked& ticked_;
+  AlsoListed also_listed_;
+  std::vector<EqualNames> equal_names_;  // one a group
 };
 
 }  // namespace tarnby

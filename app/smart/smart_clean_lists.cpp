@@ -52,8 +52,21 @@ void SmartCleanLists::take(const Cleaner& cleaner) {
     listed_bytes_.push_back(bytes_of(store));
   }
   ticked_bytes_ = listed_bytes_;
+  amount_ = cleaner.smart_amount;
+  find_shared();
   empty_items();
   update_junk();
+}
+
+void SmartCleanLists::find_shared() {
+  shared_.clear();
+  if (!amount_) return;
+  for (std::size_t group = 0; group < ticked_.size(); ++group) {
+    const auto& listed = entries(group);
+    for (std::size_t entry = 0; entry < listed.size(); ++entry) {
+      if (amount_->is_shared(listed[entry])) shared_.emplace_back(group, entry);
+    }
+  }
 }
 
 void SmartCleanLists::empty_items() {
@@ -122,7 +135,16 @@ bool SmartCleanLists::has_entries() const {
 }
 
 void SmartCleanLists::update_junk() {
-  smart_junk = std::accumulate(ticked_bytes_.begin(), ticked_bytes_.end(), std::uint64_t{0});
+  smart_junk = std::accumulate(ticked_bytes_.begin(), ticked_bytes_.end(), std::uint64_t{0}) - counted_again();
+}
+
+std::uint64_t SmartCleanLists::counted_again() const {
+  if (shared_.empty()) return 0;
+  std::vector<CleanerEntry> ticked;
+  for (const auto& [group, entry] : shared_) {
+    if (is_ticked(group, entry)) ticked.push_back(entries(group)[entry]);
+  }
+  return bytes_of(ticked) - static_cast<std::uint64_t>(amount_->amount(ticked));
 }
 
 std::vector<Url> SmartCleanLists::ticked_locations() const {

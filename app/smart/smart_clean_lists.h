@@ -46,7 +46,8 @@ class SmartCleanLists {
   /// The groups, shared with the engine; their sizes change with what is ticked. They begin with the engine's totals,
   /// of which that of the leftovers holds what earlier scans found, so people are shown `size_shown` instead.
   std::vector<std::shared_ptr<SmartOutlineItem>> outlineItems;
-  /// Bytes ticked.
+  /// Bytes ticked, each location counted once: what two groups list, or what lies inside something else that is ticked,
+  /// adds nothing the second time.
   std::uint64_t smart_junk = 0;
 
   /// Takes everything that a smart scan has found, all of it ticked.
@@ -82,6 +83,9 @@ class SmartCleanLists {
   std::vector<Place>& selection(std::size_t group) { return this->*rows()[group].selection; }
   const std::vector<Place>& selection(std::size_t group) const { return this->*rows()[group].selection; }
   const std::vector<Place>& empty(std::size_t group) const { return this->*rows()[group].empty; }
+  void find_shared();
+  /// Bytes of the ticked entries that are counted with another ticked entry already.
+  std::uint64_t counted_again() const;
   bool nothing_ticked(std::size_t group) const { return ticked_[group] == 0; }
 
   /// Each category's own total, in the order of the rows.
@@ -92,6 +96,9 @@ class SmartCleanLists {
   /// Bytes of the ticked entries of each group, and of all of them.
   std::vector<std::uint64_t> ticked_bytes_;
   std::vector<std::uint64_t> listed_bytes_;
+  std::shared_ptr<const ChosenAmount> amount_;
+  /// The entries that may count less beside others, by group and place: few of many.
+  std::vector<std::pair<std::size_t, std::size_t>> shared_;
 };
 
 }  // namespace tarnby

@@ -44,8 +44,34 @@ SmartCleanViewController::SmartCleanViewController(AppContext& context)
   // Everything is ticked now, so the legend is as wide as it will ever be.
   const int wanted = chart->sizeHint().width() + 2 * chart_edge;
   chart->parentWidget()->setFixedWidth(std::clamp(wanted, chart_panel_width, widest_chart_panel));
-  size->show_text(context.byte_count(sharedCleaner.total_smart_size));
   outlineview->setFocus();
+  if (!has_entries()) say_there_is_nothing();
+}
+
+/// Nothing where groups have problems: they tell theirs.
+std::optional<WhyNothing> SmartCleanViewController::why_nothing() const {
+  if (!sharedCleaner.knows_places()) {
+    return context_.scanned_home_is_empty ? WhyNothing::empty_home : WhyNothing::no_known_place;
+  }
+  const bool has_problem = std::ranges::any_of(
+      outlineItems, [&](const auto& item) { return sharedCleaner.problem_of(item->type).has_value(); });
+  return has_problem ? std::nullopt : std::optional(WhyNothing::everything_is_clean);
+}
+
+/// In the place of empty groups. They are there all the same, for whoever asks for what is ticked.
+void SmartCleanViewController::say_there_is_nothing() {
+  const auto why = why_nothing();
+  if (!why) {
+    app_title->show();
+    return;
+  }
+  for (QWidget* part : {chart->parentWidget(), outlineview->parentWidget(), remove_button->parentWidget()})
+    part->hide();
+  auto* nothing = new NothingFound(context_, *why, this);
+  app_title = nothing->title;
+  layout()->addWidget(nothing);
+  connect(nothing->done_button, &QAbstractButton::clicked, back_button, &QAbstractButton::click);
+  nothing->done_button->setFocus();
 }
 
 QWidget* SmartCleanViewController::chart_panel() {
@@ -63,10 +89,10 @@ QWidget* SmartCleanViewController::outline_panel() {
   auto* layout = new QVBoxLayout(panel);
   layout->setContentsMargins(0, theme::grid, 0, theme::grid);
   layout->setSpacing(0);
-  app_title = text_label(context_.text("There is nothing to remove. Everything is clean."), theme::Type::title,
+  app_title = text_label(context_.text("Nothing was found, but not everything could be looked at."), theme::Type::title,
                          theme::text, panel, theme::Weight::strong);
   app_title->setContentsMargins(theme::grid, 2 * theme::grid, theme::grid, theme::grid);
-  app_title->setVisible(ticked_entries() == 0);
+  app_title->hide();
   layout->addWidget(app_title);
   outlineview = new OutlineView(context_.icons, panel);
   outlineview->setAccessibleName(context_.text("What can be removed"));
@@ -140,11 +166,13 @@ void SmartCleanViewController::update_ui() {
   for (std::size_t group = 0; group < count(); ++group) {
     if (ticked(group) == Ticked::none) continue;
     const SmartOutlineItem& item = *outlineItems[group];
-    segments.push_back({context_.text(item.label.c_str()), look_of(item.type).color, static_cast<double>(item.size),
-                        context_.byte_count(item.size)});
+    const std::int64_t bytes = size_shown(group);
+    segments.push_back({context_.text(item.label.c_str()), look_of(item.type).color, static_cast<double>(bytes),
+                        context_.byte_count(bytes)});
   }
   chart->set_segments(std::move(segments));
   chart->show_total(ticked_size, context_.text("selected"));
+  remove_button->setEnabled(ticked_entries() > 0);
   outlineview->viewport()->update();
 }
 
@@ -201,7 +229,7 @@ RemovalQuestion SmartCleanViewController::question() const {
   for (std::size_t group = 0; group < count(); ++group) {
     if (ticked(group) == Ticked::none) continue;
     const SmartOutlineItem& item = *outlineItems[group];
-    question.lines.push_back({item.type, item.label, ticked_entries(group), item.size});
+    question.lines.push_back({item.type, item.label, ticked_entries(group), size_shown(group)});
   }
   return question;
 }

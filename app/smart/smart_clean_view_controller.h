@@ -1,9 +1,11 @@
 #pragma once
 
 #include <QPointer>
+#include <optional>
 
 #include "app/outline_view.h"
 #include "app/screen.h"
+#include "app/smart/nothing_found.h"
 #include "app/smart/smart_clean_lists.h"
 #include "app/smart/smart_outline_model.h"
 #include "app/smart/warning_cleanup_view_controller.h"
@@ -50,7 +52,8 @@ class SmartCleanViewController : public Screen, public SmartCleanLists {
   void get_item_info();
   /// Hands what is ticked to the engine and goes on to its removal, also when that is nothing.
   void remove();
-  /// Asks before `remove`, unless nothing is ticked or the person does not want to be asked.
+  /// Asks before `remove`, unless nothing is ticked or the person does not want to be asked. With nothing ticked its
+  /// button is off.
   void ask_and_remove();
   /// What is ticked, in bytes and by category.
   void update_ui();
@@ -59,6 +62,8 @@ class SmartCleanViewController : public Screen, public SmartCleanLists {
   QWidget* chart_panel();
   QWidget* outline_panel();
   QWidget* bottom_bar();
+  std::optional<WhyNothing> why_nothing() const;
+  void say_there_is_nothing();
   void make_menu();
   void open_menu(const QModelIndex& entry, const QPoint& at);
   void menuDidClose();

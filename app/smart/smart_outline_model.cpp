@@ -93,12 +93,25 @@ QVariant SmartOutlineModel::group_data(std::size_t group, int role) const {
       return true;
     case note_role:
       return note_of_group(group);
+    case Qt::ToolTipRole:
+      return problem_of(group);
+    case alarm_role:
+      return !problem_of(group).isEmpty();
     default:
       return {};
   }
 }
 
+QString SmartOutlineModel::problem_of(std::size_t group) const {
+  const auto problem = context_.sharedCleaner().problem_of(lists_.outlineItems[group]->type);
+  if (!problem) return {};
+  return context_.text(look_problem_text(*problem), {path_in_words(one_line(problem->name))});
+}
+
+/// A group of which something was not seen is never called clean.
 QString SmartOutlineModel::note_of_group(std::size_t group) const {
+  const QString problem = problem_of(group);
+  if (!problem.isEmpty()) return problem;
   return lists_.entries(group).empty() ? context_.text("everything is clean") : QString();
 }
 

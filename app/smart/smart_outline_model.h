@@ -35,6 +35,8 @@ class SmartOutlineModel : public OutlineModel {
   QString label(const CleanerEntry& entry) const;
   Image image_of(const CleanerEntry& entry) const;
   QString note_of_group(std::size_t group) const;
+  /// Why something may be missing in a group, in words; empty when nothing is.
+  QString problem_of(std::size_t group) const;
   QString note_of_entry(std::size_t group, std::size_t entry) const;
   std::string folder_of(const CleanerEntry& entry) const;
   const EqualNames& equal_names_of(std::size_t group) const;

@@ -4,8 +4,6 @@
 
 #include "app/category_look.h"
 #include "app/layouts.h"
-#include "engine/smart_selection.h"
-#include "platform/bytes.h"
 #include "ui/text_label.h"
 
 namespace tarnby {
@@ -77,7 +75,13 @@ void SmartScanViewController::start() {
       [&cleaner = sharedCleaner, &context = context_, begun, complete, here = here(), turn = context_.turn.held()] {
         if (!context.begin_looking() || here.expired()) return;
         context.platform.main_queue.async(begun);
-        cleaner.smart_clean_with_complete_handler([&] { context.platform.main_queue.async(complete); });
+        cleaner.smart_clean_with_complete_handler([] {});
+        const bool home_is_empty =
+            !cleaner.knows_places() && context.platform.files.list(cleaner.url_home, Hidden::take).empty();
+        context.platform.main_queue.async([&context, home_is_empty, complete] {
+          context.scanned_home_is_empty = home_is_empty;
+          complete();
+        });
       });
 }
 
@@ -117,12 +121,15 @@ void SmartScanViewController::begin_category(std::size_t at, double stroke_end) 
   steps->set_current(static_cast<int>(at));
 }
 
-/// The engine's own sum of a category may hold what earlier scans found; the entries are what there is.
+/// The engine's own sum of a category may hold what earlier scans found; the entries are what there is. Once the scan
+/// is over it is known which of them are listed twice.
 void SmartScanViewController::count_category(std::size_t finished) {
   const auto& item = sharedCleaner.*smart_categories()[finished].item;
   if (!item) return;
-  for (const CleanerEntry& entry : item->items) found_ = add_bytes(found_, size_of(entry));
-  transitionSize(context_.byte_count(found_));
+  found_.insert(found_.end(), item->items.begin(), item->items.end());
+  const bool counts_once = !scanning_ && sharedCleaner.smart_amount;
+  const std::int64_t bytes = counts_once ? sharedCleaner.smart_amount->amount(found_) : ChosenAmount().amount(found_);
+  transitionSize(context_.byte_count(bytes));
 }
 
 /// Fades, over 0.1 seconds.

@@ -1,7 +1,7 @@
 #pragma once
 
-#include <cstdint>
 #include <deque>
+#include <vector>
 
 #include "app/scan_screen.h"
 #include "ui/dash_view.h"
@@ -40,8 +40,8 @@ class SmartScanViewController : public ScanScreen {
   void transitionItem(const QString& text);
   void transitionSize(const QString& text);
 
-  /// Bytes in the categories that are done.
-  std::int64_t found_ = 0;
+  /// The entries of the categories that are done.
+  std::vector<CleanerEntry> found_;
   bool scanning_ = true;
   std::deque<Work> steps_to_come_;
   /// A step is being shown, and `show_next` comes by itself.

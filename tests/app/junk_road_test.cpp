@@ -2,6 +2,7 @@
 
 #include <QLabel>
 #include <QSlider>
+#include <set>
 
 #include "app/home/home_view_controller.h"
 #include "app/junk/applications_view_controller.h"
@@ -129,8 +130,8 @@ TEST(ScanViewController, counts_up_with_the_names_that_flicker_by) {
   ada.tree.file("ada/Library/Logs/l", 2'000'000).file("ada/.Trash/t", 8'000'000).file("ada/.Trash/u", 8'000'000);
   TestWindow at(ada);
   at.open_on_screen();
-  at.context.sharedCleaner().clean_with_complete_handler([] {});
   at.post("scan_view_controller");
+  at.settle();  // the scan is over before its screen is there
   at.pass(100);
   const QLabel* size = at.screen<ScanViewController>(Layer::overlay)->scan_size;
   std::vector<std::string> told;
@@ -147,12 +148,35 @@ TEST(ScanViewController, counts_up_with_the_names_that_flicker_by) {
   EXPECT_THAT(told, ElementsAre("22 MB")) << "the sum of both scans";
 }
 
+TEST(ScanViewController, says_of_which_categories_everything_is_clean) {
+  struct Case {
+    std::vector<std::string> files;
+    const char* clean;
+  };
+  const Case cases[] = {{{}, "In \"Applications logs\" everything is clean"},
+                        {{"ada/Library/Logs/l"}, "In \"Trash Bin\" everything is clean"},
+                        {{"ada/Library/Logs/l", "ada/.Trash/t"}, "In \"Mail attachments\" everything is clean"}};
+  for (const Case& c : cases) {
+    TestPlatform ada;
+    for (const std::string& file : c.files) ada.tree.file(file, 1);
+    TestWindow at(ada);
+    at.open_on_screen();
+    at.post("scan_view_controller");
+    at.settle();  // the scan is over before its screen is there
+    at.pass(100);
+    const QLabel* path = at.screen<ScanViewController>(Layer::overlay)->path;
+    std::set<std::string> told;
+    for (int passed = 0; passed < 10'500; passed += 10, at.pass(10)) told.insert(path->text().toStdString());
+    EXPECT_THAT(told, testing::Contains(c.clean));
+  }
+}
+
 TEST(ScanViewController, fills_its_ring_in_8_seconds_and_2_8_more) {
   TestPlatform ada;
   TestWindow at(ada);
   at.open_on_screen();
-  at.context.sharedCleaner().clean_with_complete_handler([] {});
   at.post("scan_view_controller");
+  at.settle();  // the scan is over before its screen is there
   at.pass(100);
   const ScanView* ring = at.screen<ScanViewController>(Layer::overlay)->scanView;
   at.pass(4000);

@@ -26,7 +26,7 @@ TEST(SmartCleanLists, show_the_whole_size_of_a_group_without_ticks_and_the_ticke
     return std::tuple(lists.ticked(logs), lists.outlineItems[logs]->size, static_cast<std::int64_t>(lists.smart_junk));
   };
   using State = std::tuple<Ticked, std::int64_t, std::int64_t>;
-  const std::int64_t others = 100 + 100 + 8;  // the cache is a remainder too
+  const std::int64_t others = 100 + 8;  // the cache is a remainder too, which removes nothing more
   EXPECT_EQ(state(), State(Ticked::all, 7, others + 7));
   lists.unselect_entry(logs, 1);
   EXPECT_EQ(state(), State(Ticked::some, 5, others + 5));

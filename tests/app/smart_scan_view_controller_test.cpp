@@ -45,13 +45,13 @@ TEST(SmartScanViewController, shows_each_step_of_a_fast_scan_long_enough_to_be_r
   EXPECT_THAT(told, testing::ElementsAre(
                         "Scan in \"Applications caches\", Zero KB, 0", "Scan in \"Applications caches\", Zero KB, 0.25",
                         "Scan in \"Applications caches\", Zero KB, 0.5", "Scan in \"Applications logs\", 9 KB, 0.5",
-                        "Scan in \"Applications remainders\", 11 KB, 0.6", "Scan in \"Browsers\", 19 KB, 0.7",
-                        "Scan in \"Mail attachments\", 35 KB, 0.8", "Scan in \"Installation files\", 35 KB, 0.9",
-                        "Scan in \"Trash Bin\", 39 KB, 1", "Scan in \"Trash Bin\", 71 KB, 1"));
+                        "Scan in \"Applications remainders\", 11 KB, 0.6", "Scan in \"Browsers\", 11 KB, 0.7",
+                        "Scan in \"Mail attachments\", 27 KB, 0.8", "Scan in \"Installation files\", 27 KB, 0.9",
+                        "Scan in \"Trash Bin\", 31 KB, 1", "Scan in \"Trash Bin\", 63 KB, 1"));
   EXPECT_EQ(shown, 7 * 150) << "the first has had its time while the scan was waited for";
   const auto* clean = at.screen<SmartCleanViewController>();
   ASSERT_NE(clean, nullptr);
-  EXPECT_EQ(clean->size->text(), "71 KB");
+  EXPECT_EQ(clean->size->text(), "63 KB");
 }
 
 TEST(SmartScanViewController, lasts_as_long_as_it_takes_to_read_and_no_longer) {

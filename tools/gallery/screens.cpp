@@ -77,10 +77,8 @@ void scan_begins(Stage& stage) {
 
 void scan_browsers(Stage& stage) {
   scan(stage);
-  for (const char* step : {"smart_scan_logs", "smart_scan_remainders", "smart_scan_browsers"}) {
-    stage.context().platform.notifications.post(step);
-  }
-  stage.pass(400);
+  stage.run_main_queue();  // the scan is over; its steps are shown one after the other
+  for (int step = 0; step < 3; ++step) stage.run_delayed();
 }
 
 SmartCleanViewController* clean(Stage& stage) {
