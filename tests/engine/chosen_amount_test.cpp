@@ -85,7 +85,7 @@ TEST(CleanedAmount, is_what_this_run_took_and_what_is_not_there_any_more) {
   ada.tree.file("ada/Library/Logs/a/b", 500).file("ada/Library/Logs/c", 30);
   const std::vector<Url> urls = {ada.url("ada/Library/Logs/a"), ada.url("ada/Library/Logs/c"),
                                  ada.url("ada/Library/Logs/a/b")};
-  const auto cleaned = [&](std::int64_t counted, std::vector<std::int64_t> bytes) {
+  const auto cleaned = [&](std::int64_t counted, const std::vector<std::int64_t>& bytes) {
     std::vector<Removal> removals;
     for (const std::int64_t each : bytes) removals.push_back({.attempted = true, .error = {}, .bytes = each});
     removals.resize(urls.size(), {.attempted = true, .error = std::make_error_code(std::errc::io_error)});
