@@ -46,7 +46,7 @@ def tracing(fault, paths=(), follow=False):
 
 class Bearing:
     """What a command that removes must bear."""
-    maxDiff = 9000
+    maxDiff = 2000
 
     @classmethod
     def setUpClass(cls):
