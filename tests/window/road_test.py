@@ -10,6 +10,16 @@ import window
 from window import BUILD, ENTRY_BOX, GROUP_BOX, PROGRAM, byte_count, run, said, tree_of
 
 
+def amount(items):
+    """The bytes that removing these takes, each file once, however often it is listed."""
+    files = {}
+    for top in (pathlib.Path(path) for item in items for path in item["paths"]):
+        for file in (top, *top.rglob("*")):
+            if file.is_symlink() or file.is_file():
+                files[file] = file.lstat().st_size
+    return sum(files.values())
+
+
 class Road(window.Window):
     def test_from_the_access_screen_to_the_cleaned_screen(self):
         scan = json.loads(run(BUILD / "tarnby-cleaner-cli", "scan", "--json", "--home", self.home, "--applications",
@@ -27,7 +37,7 @@ class Road(window.Window):
         someone.presses("Scan")
         closed = [said(group) for group in scan["groups"]]
         self.expect_rows(closed)
-        self.expect_selected(byte_count(scan["total_smart_size"]))
+        self.expect_selected(byte_count(amount(item for group in scan["groups"] for item in group["items"])))
 
         someone.strikes("Return")  # opens the first group
         self.expect_rows([closed[0], *map(said, caches), *closed[1:]])
@@ -47,13 +57,13 @@ class Road(window.Window):
 
         ticked = [*left_of_caches, *(item for name in ("remainders", "browsers", "mails", "installs")
                                      for item in groups[name]["items"])]
-        size = sum(item["size"] for item in ticked)
+        size = amount(ticked)
         self.expect_selected(byte_count(size))
         self.assertEqual(tree_of(self.folder / "sample"), before)  # so far nothing was touched
         someone.presses("Remove")
         self.assertEqual(someone.sees("dialog", f"Remove {byte_count(size)} for good?").description,
                          f"{len(ticked)} entries do not go to the Trash and cannot be brought back.")
-        self.agree()
+        someone.presses(f"Remove {byte_count(size)}")
         someone.sees("label", "was cleaned")
         someone.sees("label", byte_count(size))
         someone.presses("Done")
