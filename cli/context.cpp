@@ -9,6 +9,7 @@
 #include <system_error>
 
 #include "cli/command_table.h"
+#include "cli/confinement.h"
 #include "cli/setting_values.h"
 #include "platform/system_services.h"
 
@@ -92,6 +93,7 @@ void need_folders(Context& context) {
   need_home(context);
   need_folder(context, folder_rows[1]);
   if (context.asked.disk) need_folder(context, folder_rows[2]);
+  confine_to_grants(context);
 }
 
 void need_home(Context& context) {

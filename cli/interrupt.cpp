@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "cli/invocation.h"
+#include "platform/settings_store.h"
 
 namespace tarnby::cli {
 
@@ -27,6 +28,7 @@ void say(std::string_view line) {
 }
 
 void take_stop() {
+  hurry_settings();
   if (!stop_asked.exchange(true)) {
     if (shows_terminal) say("Stopping after the entry in hand. Once more: stopping at once.\n");
   } else if (!stop_now_asked.exchange(true) && shows_terminal) {

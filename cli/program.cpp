@@ -7,6 +7,7 @@
 #include <iostream>
 
 #include "cli/command_table.h"
+#include "cli/confinement.h"
 #include "cli/context.h"
 #include "cli/help.h"
 #include "cli/interrupt.h"
@@ -39,6 +40,7 @@ ExitStatus run_command(const Invocation& asked) {
                   isatty(STDOUT_FILENO) != 0,
                   rewrites_lines(),
                   isatty(STDIN_FILENO) != 0};
+  confine_to_command(asked, context.platform.session);
   return asked.command->run(context);
 }
 

@@ -93,6 +93,11 @@ class FileManager {
   GrantedFolders& granted() { return granted_; }
   const GrantedFolders& granted() const { return granted_; }
 
+  /// From now on the kernel, where it can, keeps the threads that this object makes from changing what they should not:
+  /// those that look from changing anything, those that remove from all but removing below the granted folders. A
+  /// removal then runs on a thread of its own. For a program whose other threads must be able to do more.
+  void confine_threads();
+
   /// The workers, for jobs that no operation here does.
   Traversal& traversal() { return traversal_; }
 
@@ -153,8 +158,11 @@ class FileManager {
   std::vector<bool> refuses_to_remove(std::span<const Url> urls) const;
 
  private:
+  std::vector<Removal> remove_confined(std::span<const Url> urls, const RemovalOptions& options);
+
   const unsigned workers_;
   const std::size_t handles_;
+  std::atomic<bool> confines_threads_{false};
   GrantedFolders granted_;
   Traversal traversal_;
 };

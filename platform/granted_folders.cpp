@@ -143,6 +143,13 @@ bool GrantedFolders::add(Grant kind, const Url& folder) {
   return true;
 }
 
+std::vector<Descriptor> GrantedFolders::handles() const {
+  const std::shared_lock lock(mutex_);
+  std::vector<Descriptor> handles;
+  for (const Given& given : given_) handles.emplace_back(fcntl(given.handle.get(), F_DUPFD_CLOEXEC, 0));
+  return handles;
+}
+
 bool GrantedFolders::holds(const Url& url) const {
   if (has_dot_dot(url)) return false;
   const std::shared_lock lock(mutex_);

@@ -36,6 +36,9 @@ class GrantedFolders {
   /// from then on. False, and no grant, when it is no folder that can be opened.
   bool add(Grant kind, const Url& folder);
 
+  /// A handle of each granted folder, for giving up the right to change anything else.
+  std::vector<Descriptor> handles() const;
+
   /// True when the location lies strictly below a granted folder.
   bool holds(const Url& url) const;
 

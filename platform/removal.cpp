@@ -7,7 +7,11 @@
 #include <condition_variable>
 #include <memory>
 #include <mutex>
+#include <system_error>
+#include <thread>
+#include <utility>
 
+#include "platform/confinement.h"
 #include "platform/file_manager.h"
 
 namespace tarnby {
@@ -395,8 +399,29 @@ class RemovalPass {
 
 }  // namespace
 
+void FileManager::confine_threads() {
+  confines_threads_ = true;
+  traversal_.confine_workers();
+}
+
 std::vector<Removal> FileManager::remove(std::span<const Url> urls, const RemovalOptions& options) {
+  if (confines_threads_) return remove_confined(urls, options);
   return RemovalPass(granted_, workers_, handles_, urls, options).run();
+}
+
+/// On a thread that can do nothing else, and whose workers cannot, either.
+std::vector<Removal> FileManager::remove_confined(std::span<const Url> urls, const RemovalOptions& options) {
+  std::vector<Removal> results;
+  const auto work = [&] { results = RemovalPass(granted_, workers_, handles_, urls, options).run(); };
+  try {
+    std::thread([&] {
+      (void)give_up_changing({.removing = granted_.handles(), .writing = {}});
+      work();
+    }).join();
+  } catch (const std::system_error&) {
+    work();  // the system gives no thread
+  }
+  return results;
 }
 
 std::vector<bool> FileManager::refuses_to_remove(std::span<const Url> urls) const {

@@ -12,8 +12,12 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <atomic>
 #include <cerrno>
+#include <chrono>
 #include <string>
+#include <thread>
 #include <utility>
 #include <variant>
 
@@ -143,12 +147,29 @@ std::optional<std::string> without_links(std::string path) {
   return std::nullopt;
 }
 
+std::atomic<bool> is_hurried{false};
+static_assert(std::atomic<bool>::is_always_lock_free);
+
+/// Waits a bounded time until nobody else holds the file; false when somebody still does. Asked again and again, since
+/// nothing else ends waiting for a lock.
+bool wait_for_lock(int file) {
+  using std::chrono::milliseconds;
+  milliseconds waited{0};
+  for (milliseconds pause{1}; uninterrupted([&] { return ::flock(file, LOCK_EX | LOCK_NB); }) != 0;) {
+    if (errno != EWOULDBLOCK || waited >= (is_hurried ? milliseconds(200) : milliseconds(3'000))) return false;
+    std::this_thread::sleep_for(pause);
+    waited += pause;
+    pause = std::min(2 * pause, milliseconds(20));
+  }
+  return true;
+}
+
 /// Waits for its turn; lets the next one have it when closed. Holds nothing when there is no lock to be had.
 Descriptor take_lock(const std::string& path) {
   const std::string name = path + ".lock";
   Descriptor lock(uninterrupted(
       [&] { return ::open(name.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NOCTTY, private_file); }));
-  if (lock && uninterrupted([&] { return ::flock(lock.get(), LOCK_EX); }) != 0) lock.reset();
+  if (lock && !wait_for_lock(lock.get())) lock.reset();
   return lock;
 }
 
@@ -183,6 +204,7 @@ std::optional<Values> write_changes(const Url& file, const Changes& changes) {
   if (!path) return std::nullopt;
   const Descriptor lock = take_lock(*path);
   if (!lock) return std::nullopt;
+  remove_old_temporary_files(*path);
   const FileContent old = read_settings(*path);
   if (old.state == FileState::unreadable) return std::nullopt;
   Values values = old.values;
@@ -285,6 +307,15 @@ class SettingsFile final : public SettingsStore {
 };
 
 }  // namespace
+
+void hurry_settings() {
+  is_hurried = true;
+}
+
+Url place_of_settings(const Url& file) {
+  const auto path = file.is_file_url() ? without_links(file.path()) : std::nullopt;
+  return path ? Url::file(*path) : Url();
+}
 
 std::unique_ptr<SettingsStore> open_settings_file(const Url& file) {
   return std::make_unique<SettingsFile>(file);

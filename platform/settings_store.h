@@ -49,11 +49,18 @@ PropertyList sum_of(const PropertyList* held, std::int64_t amount);
 /// The file is written whole to a temporary file beside it, flushed to the disk and renamed over the old one, so that a
 /// crash or a full disk at any moment leaves the old or the new content. Writers take turns on a lock file and merge
 /// only the keys they changed into what the file holds by then, so two processes that write different keys both keep
-/// their values. A file that cannot be parsed is set aside under its name with ".damaged" (".damaged-2" and so on when
-/// that is taken) before a new one is written. A file that is there but cannot be read is never replaced.
+/// their values. Nobody waits longer than three seconds for a turn; then the file stays as it is. A file that cannot be
+/// parsed is set aside under its name with ".damaged" (".damaged-2" and so on when that is taken) before a new one is
+/// written. A file that is there but cannot be read is never replaced.
 ///
 /// A store that is opened nowhere, or in a place where nothing can be written, keeps its values in memory.
 std::unique_ptr<SettingsStore> open_settings_file(const Url& file);
+
+/// From now on this process hardly waits (200 ms) for others that hold its settings. A signal handler may call.
+void hurry_settings();
+
+/// Where such a file really is, when a link stands in its place; nowhere when that cannot be told.
+Url place_of_settings(const Url& file);
 
 /// A layer over another store for one run. Keys set with `set_for_this_run` are seen instead of the store's own, and
 /// what is written to them later stays in memory too; other writes go through, unless the whole layer is told to keep

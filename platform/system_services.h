@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <vector>
 
 #include "platform/file_metadata.h"
 #include "platform/login_items.h"
@@ -13,6 +14,9 @@ namespace tarnby {
 
 /// The user's standard settings. A session that names a settings folder has them there, in a file.
 std::unique_ptr<SettingsStore> open_standard_settings(const Session& session);
+
+/// The files that both kinds of settings are in; none where the system keeps them otherwise.
+std::vector<Url> settings_files(const Session& session);
 
 /// The settings that this program shares with its scheduler.
 std::unique_ptr<SettingsStore> open_group_settings(const Session& session);

@@ -11,8 +11,8 @@
 namespace tarnby {
 
 /// The whole new content of a file on its way into the file's place, so that nobody ever sees a part of it. It stands
-/// beside that file, under its name with a dot and six characters more, and is removed at the end unless it took the
-/// file's place.
+/// beside that file, under its name with ".unfinished-" and six characters more, and is removed at the end unless it
+/// took the file's place. It is locked as long (flock(2)).
 class TemporaryFile {
  public:
   explicit TemporaryFile(const std::string& beside);
@@ -35,6 +35,10 @@ class TemporaryFile {
   std::string name_;
   Descriptor file_;
 };
+
+/// Removes what a crash has left of temporary files beside this file: those that are older than a day and that nobody
+/// holds.
+void remove_old_temporary_files(const std::string& beside);
 
 /// Makes a folder, and those that are to hold it, for this user alone. Whether it is there in the end shows when
 /// something is put into it.

@@ -6,6 +6,8 @@
 #include <system_error>
 #include <utility>
 
+#include "platform/confinement.h"
+
 namespace tarnby {
 
 namespace {
@@ -139,6 +141,7 @@ void Traversal::add_workers(std::size_t waiting) {
 }
 
 void Traversal::work() {
+  if (confined_) (void)give_up_changing({});
   Tools tools;
   Task task = {};
   ThreadWaits waits;
@@ -200,13 +203,9 @@ std::size_t Traversal::step(const Task& task, Tools& tools) {
   TraversedFolder& folder = *task.folder;
   if (task.reading) return read(folder, tools);
   const bool opened = open(folder);
-  const bool parks = opened && open_handles_.load(std::memory_order_relaxed) > most_handles_;
-  if (folder.parent_ && !folder.job_.keeps_handles()) {
-    // A parked folder is opened again through its parent, which therefore stays open as long.
-    folder.needs_parent_ = parks;
-    if (!parks) done_with_handle(*folder.parent_);
-  }
-  if (parks) return read_parked(folder, tools);
+  // Its job keeps the parent's handle until it is left, or needs it no longer.
+  if (folder.parent_ && !folder.job_.keeps_handles()) done_with_handle(*folder.parent_);
+  if (opened && open_handles_.load(std::memory_order_relaxed) > most_handles_) return go_on_alone(folder, tools);
   if (opened) return read(folder, tools);
   done_with_handle(folder);
   done_with(&folder);
@@ -221,8 +220,6 @@ bool Traversal::open(TraversedFolder& folder) {
   if (!job.cancelled()) {
     if (!parent) {
       handle = job.open_start(folder);
-    } else if (parent->parked_) {
-      if (const Descriptor again = reopen(*parent)) handle = job.open_below(again.get(), folder);
     } else {
       handle = job.open_below(parent->handle_, folder);
     }
@@ -257,29 +254,102 @@ std::size_t Traversal::read(TraversedFolder& folder, Tools& tools) {
   return visited;
 }
 
-/// Reads a folder to its end, gives its handle up, and only then enters what it holds: nobody else knows the folder
-/// until then, so nobody can be using the handle.
-std::size_t Traversal::read_parked(TraversedFolder& folder, Tools& tools) {
-  TraversalJob& job = folder.job_;
-  tools.enter.parent_ = &folder;
-  std::size_t visited = 0;
-  while (!job.cancelled()) {
-    const auto entries = tools.reader.read(folder.handle_);
-    if (entries.empty()) {
-      folder.error_ = tools.reader.error();
-      break;
+// Where too many handles are open, one worker goes through all that is below a folder. It goes deep with the handles of
+// the two folders it was in last, so that depth costs no handle, and goes back up by "..", so that it costs no time
+// either: a folder whose handle was given up is found from the one below, and must be the one that was read. When it is
+// not, because somebody moves folders about, what is still to enter on the way up to the first folder is left alone.
+class Traversal::LoneWalk {
+ public:
+  LoneWalk(TraversedFolder& first, Tools& tools) : first_(first), job_(first.job_), tools_(tools) {}
+
+  /// @return how many entries were visited.
+  std::size_t run() {
+    levels_.push_back({{}, read(first_, first_.handle_), {}, {}});
+    while (levels_.size() > 1 || !levels_.back().waiting.empty()) {
+      if (levels_.back().waiting.empty()) {
+        go_up();
+      } else {
+        go_down();
+      }
     }
-    job.visit(folder, folder.handle_, entries, tools.enter);
-    visited += entries.size();
+    return visited_;
   }
-  if (!tools.enter.found_.empty()) {
-    folder.identity_ = status_of(folder.handle_).identity;
-    folder.parked_ = true;
-    Descriptor(folder.handle_).reset();
-    folder.handle_ = -1;
-    open_handles_.fetch_sub(1, std::memory_order_relaxed);
-    enter(tools.enter);
+
+ private:
+  using Folders = std::vector<std::unique_ptr<TraversedFolder>>;
+
+  struct Level {
+    std::unique_ptr<TraversedFolder> folder;  // of the first there are other users
+    Folders waiting;
+    Descriptor handle;
+    Identity identity;  // known once the handle was given up
+  };
+
+  void go_down() {
+    Folders& waiting = levels_.back().waiting;
+    std::unique_ptr<TraversedFolder> child = std::move(waiting.back());
+    waiting.pop_back();
+    Descriptor handle = open(*child);
+    Folders below = handle ? read(*child, handle.get()) : Folders();
+    if (below.empty()) return leave(*child);
+    levels_.push_back({std::move(child), std::move(below), std::move(handle), {}});
+    if (levels_.size() > 3) give_up_handle(levels_[levels_.size() - 3]);
   }
+
+  void go_up() {
+    const Level left = std::move(levels_.back());
+    levels_.pop_back();
+    if (levels_.size() > 1 && !levels_.back().handle && !job_.cancelled()) find_again(levels_.back(), left.handle);
+    leave(*left.folder);
+  }
+
+  static void give_up_handle(Level& level) {
+    if (!level.handle) return;  // given up before
+    level.identity = status_of(level.handle.get()).identity;
+    level.handle.reset();
+  }
+
+  static void find_again(Level& level, const Descriptor& below) {
+    Descriptor up = below ? open_place_at(below.get(), "..") : Descriptor();
+    const Status standing = up ? status_of(up.get()) : Status{};
+    if (up && standing.error == 0 && standing.identity == level.identity) level.handle = std::move(up);
+  }
+
+  int handle() const { return levels_.size() == 1 ? first_.handle_ : levels_.back().handle.get(); }
+
+  Descriptor open(TraversedFolder& child) {
+    Descriptor opened;
+    errno = job_.cancelled() ? ECANCELED : ENOENT;
+    if (!job_.cancelled() && handle() >= 0) opened = job_.open_below(handle(), child);
+    if (!opened) child.error_ = errno;
+    return opened;
+  }
+
+  Folders read(TraversedFolder& folder, int opened) {
+    tools_.enter.parent_ = &folder;
+    while (!job_.cancelled()) {
+      const auto entries = tools_.reader.read(opened);
+      if (entries.empty()) {
+        folder.error_ = tools_.reader.error();
+        break;
+      }
+      job_.visit(folder, opened, entries, tools_.enter);
+      visited_ += entries.size();
+    }
+    return std::exchange(tools_.enter.found_, {});
+  }
+
+  void leave(const TraversedFolder& folder) { job_.leave(folder, job_.keeps_handles() ? handle() : -1); }
+
+  TraversedFolder& first_;
+  TraversalJob& job_;
+  Tools& tools_;
+  std::vector<Level> levels_;
+  std::size_t visited_ = 0;
+};
+
+std::size_t Traversal::go_on_alone(TraversedFolder& folder, Tools& tools) {
+  const std::size_t visited = LoneWalk(folder, tools).run();
   done_with_handle(folder);
   done_with(&folder);
   return visited;
@@ -305,16 +375,11 @@ void Traversal::enter(FoldersToEnter& folders) {
   add_workers(count);
 }
 
-void Traversal::done_with_handle(TraversedFolder& last_used) {
-  TraversedFolder* folder = &last_used;
-  while (folder && folder->handle_users_.fetch_sub(1, std::memory_order_acq_rel) == 1) {
-    if (folder->handle_ >= 0) {
-      Descriptor(folder->handle_).reset();
-      folder->handle_ = -1;
-      open_handles_.fetch_sub(1, std::memory_order_relaxed);
-    }
-    folder = folder->needs_parent_ ? folder->parent_ : nullptr;
-  }
+void Traversal::done_with_handle(TraversedFolder& folder) {
+  if (folder.handle_users_.fetch_sub(1, std::memory_order_acq_rel) != 1 || folder.handle_ < 0) return;
+  Descriptor(folder.handle_).reset();
+  folder.handle_ = -1;
+  open_handles_.fetch_sub(1, std::memory_order_relaxed);
 }
 
 /// Leaves the folder when this was its last user, then its parent, and so on: a loop, since depth must cost no stack.
@@ -324,8 +389,7 @@ void Traversal::done_with(TraversedFolder* folder) {
     TraversalJob& job = left->job_;
     TraversedFolder* parent = left->parent_;
     if (parent && job.keeps_handles()) {
-      const Descriptor again = parent->parked_ ? reopen(*parent) : Descriptor();
-      job.leave(*left, parent->parked_ ? again.get() : parent->handle_);
+      job.leave(*left, parent->handle_);
       done_with_handle(*parent);
     } else {
       job.leave(*left, -1);
@@ -333,31 +397,6 @@ void Traversal::done_with(TraversedFolder* folder) {
     folder = parent;
     if (!parent) finish_start(job);
   }
-}
-
-/// Opens a parked folder again, from the nearest folder above it whose handle is still open, and makes sure that each
-/// one on the way is still the one that was read.
-Descriptor Traversal::reopen(TraversedFolder& folder) {
-  std::vector<TraversedFolder*> line;
-  TraversedFolder* at = &folder;
-  for (; at && at->parked_; at = at->parent_) line.push_back(at);
-  Descriptor handle;
-  while (!line.empty()) {
-    TraversedFolder& next = *line.back();
-    line.pop_back();
-    TraversalJob& job = next.job_;
-    Descriptor opened = handle ? job.open_below(handle.get(), next)
-                        : at   ? job.open_below(at->handle_, next)
-                               : job.open_start(next);
-    if (!opened) return {};
-    const Status standing = status_of(opened.get());
-    if (standing.error != 0 || standing.identity != next.identity_) {
-      errno = ENOENT;
-      return {};
-    }
-    handle = std::move(opened);
-  }
-  return handle;
 }
 
 void Traversal::finish_start(TraversalJob& job) {

@@ -64,14 +64,10 @@ class TraversedFolder {
   std::size_t account_;
   int handle_ = -1;
   int error_ = 0;
-  /// Known only when the handle was given up because too many were open (see Traversal::park).
-  Identity identity_;
-  bool parked_ = false;
-  bool needs_parent_ = false;
   /// Whoever is at work in this folder, and its children that have not been left.
   std::atomic<std::uint32_t> users_{1};
-  /// The same, counting children only until they no longer need this folder's handle: until they are open, or, when
-  /// they are parked, until their own children are.
+  /// The same, counting children only until they no longer need this folder's handle: until they are open, or, where
+  /// the job keeps handles, until they are left.
   std::atomic<std::uint32_t> handle_users_{1};
 };
 
@@ -138,7 +134,7 @@ class Traversal {
   /// @param workers how many folders are read at once, from the start; 0 chooses for this machine and its disk.
   /// @param handles how many handles it may keep open; 0 takes a third of what this process is allowed. Past that
   /// number
-  ///   it gives handles up and opens folders again on the way back, recognising them by their identity.
+  ///   each worker goes on alone through all that is below the folder it is in, with at most three more, see LoneWalk.
   explicit Traversal(unsigned workers = 0, std::size_t handles = 0);
   /// Cancels what is running and waits for it to end.
   ~Traversal();
@@ -158,6 +154,9 @@ class Traversal {
   /// start and wait.
   void run(TraversalJob& job, std::span<const TraversalStart> starts);
 
+  /// Workers that are made from now on give up changing anything (see give_up_changing), for jobs that only look.
+  void confine_workers() { confined_ = true; }
+
   /// Ends the jobs that only look, and each that is started from now on, at once, until `look_again`.
   void stop_looking();
   void look_again();
@@ -173,6 +172,7 @@ class Traversal {
     DirectoryReader reader;
     FoldersToEnter enter;
   };
+  class LoneWalk;
 
   void work();
   bool next(Task& task);
@@ -183,17 +183,17 @@ class Traversal {
   std::size_t step(const Task& task, Tools& tools);
   bool open(TraversedFolder& folder);
   std::size_t read(TraversedFolder& folder, Tools& tools);
-  std::size_t read_parked(TraversedFolder& folder, Tools& tools);
+  std::size_t go_on_alone(TraversedFolder& folder, Tools& tools);
   void hand_on_reading(TraversedFolder& folder);
   void enter(FoldersToEnter& folders);
   void done_with(TraversedFolder* folder);
   void done_with_handle(TraversedFolder& folder);
-  Descriptor reopen(TraversedFolder& folder);
   void finish_start(TraversalJob& job);
 
   const unsigned most_workers_;
   /// How many may be made by now; grows up to the most.
   std::atomic<unsigned> wanted_workers_;
+  std::atomic<bool> confined_{false};
   const std::size_t most_handles_;
   // Each on a cache line of its own: every folder changes both, one without the lock.
   alignas(64) std::atomic<std::size_t> open_handles_{0};

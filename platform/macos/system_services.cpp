@@ -17,6 +17,10 @@ std::unique_ptr<SettingsStore> open_group_settings(const Session& session) {
   return open_settings_file(session.settings_folder.appending(std::string(group) + ".plist"));
 }
 
+std::vector<Url> settings_files(const Session& /*session*/) {
+  return {};
+}
+
 std::unique_ptr<FileMetadata> open_file_metadata(const FileManager& files) {
   return metadata_index(files);
 }

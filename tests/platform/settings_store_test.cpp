@@ -1,7 +1,10 @@
 #include "platform/settings_store.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/file.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -11,6 +14,7 @@
 #include <thread>
 
 #include "platform/app_settings.h"
+#include "platform/descriptor.h"
 #include "tests/support/temp_tree.h"
 
 namespace tarnby {
@@ -153,6 +157,65 @@ TEST(SettingsFile, replaces_nothing_that_it_cannot_read) {
     EXPECT_EQ(after, before);
     EXPECT_TRUE(contents() == old_contents);
   }
+}
+
+TEST(SettingsFile, waits_for_nobody_longer_than_a_few_seconds) {
+  TempTree tree;
+  tree.content(name, list_of({{"old", 1}})).file(lock_name);
+  const Descriptor other(open(tree.path(lock_name).c_str(), O_RDWR | O_CLOEXEC));
+  ASSERT_EQ(flock(other.get(), LOCK_EX), 0);
+  test::as_plain_user(tree, [&] {
+    (void)alarm(20);
+    hurry_settings();
+    const auto store = open_settings_file(tree.url(name));
+    store->add("old", 2);
+    EXPECT_FALSE(store->synchronize());
+    EXPECT_EQ(values_in(tree), (Values{{"old", 1}}));
+    EXPECT_EQ(store->value("old"), PropertyList(3)) << "it goes with the next write";
+    ASSERT_EQ(flock(other.get(), LOCK_UN), 0);
+    EXPECT_TRUE(store->synchronize());
+    EXPECT_EQ(values_in(tree), (Values{{"old", 3}}));
+  });
+}
+
+TEST(SettingsFile, clears_what_a_kill_left_beside_it_once_it_is_a_day_old) {
+  TempTree tree;
+  const std::string old = "settings.plist.unfinished-aB3xYz";
+  const std::set<std::string> kept = {"settings.plist.unfinished-recent", "settings.plist.unfinished-held00",
+                                      "settings.plist.unfinished-my-own", "settings.plist.backup",
+                                      "other.plist.unfinished-aB3xYz"};
+  for (const std::string& file : kept) tree.file(file);
+  tree.file(old);
+  for (const std::string& file : tree.listing()) {
+    const timespec two_days_ago = {time(nullptr) - 2 * 24 * 60 * 60, 0};
+    const timespec times[] = {two_days_ago, two_days_ago};
+    const bool is_recent = file.ends_with("recent");
+    EXPECT_TRUE(is_recent || utimensat(AT_FDCWD, tree.path(file).c_str(), times, 0) == 0);
+  }
+  const Descriptor held(open(tree.path("settings.plist.unfinished-held00").c_str(), O_RDONLY | O_CLOEXEC));
+  ASSERT_EQ(flock(held.get(), LOCK_EX), 0);
+  const auto store = open_settings_file(tree.url(name));
+  store->set("a", 1);
+  EXPECT_TRUE(store->synchronize());
+  std::set<std::string> expected = kept;
+  expected.insert({name, lock_name});
+  EXPECT_EQ(tree.listing(), expected);
+}
+
+TEST(SettingsFile, writes_nothing_that_it_could_not_read_again) {
+  TempTree tree;
+  const std::string old = list_of({{"old", 1}});
+  tree.content(name, old);
+  const auto store = open_settings_file(tree.url(name));
+  PropertyList nested = 1;
+  for (int level = 0; level < 1'000; ++level) nested = PropertyList(PropertyList::Array{std::move(nested)});
+  store->set("nested", std::move(nested));
+  EXPECT_FALSE(store->synchronize());
+  EXPECT_EQ(tree.read(name), old);
+  store->remove("nested");
+  store->set("new", 2);
+  EXPECT_TRUE(store->synchronize());
+  EXPECT_EQ(values_in(tree), (Values{{"old", 1}, {"new", 2}}));
 }
 
 TEST(SettingsFile, a_link_in_its_place_stays_and_its_target_changes) {

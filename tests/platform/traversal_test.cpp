@@ -55,13 +55,16 @@ class Diary : public TraversalJob {
     if (!folder.parent()) return;
     --below_[folder.parent()->path()];
     EXPECT_EQ(folder.account(), folder.parent()->account() + 1);
-    EXPECT_TRUE(!keeps_ || faccessat(parent_handle, folder.name().c_str(), F_OK, 0) == 0) << path;
+    EXPECT_TRUE(!keeps_ || moves || faccessat(parent_handle, folder.name().c_str(), F_OK, 0) == 0) << path;
   }
 
   Descriptor open_start(const TraversedFolder& folder) override {
     return GrantedFolders().open_folder(Url::file(folder.name()));
   }
   bool keeps_handles() const override { return keeps_; }
+
+  /// Folders do not stay where they were found.
+  bool moves = false;
 
   /// Called under a lock, so by one worker at a time.
   std::function<void(const TraversedFolder& folder)> on_visit;
@@ -110,23 +113,25 @@ TEST(Traversal, sees_each_entry_once_and_leaves_each_folder_after_what_it_holds)
   }
 }
 
-TEST(Traversal, does_not_mistake_a_folder_for_one_whose_handle_it_gave_up) {
-  for (const bool by_link : {false, true}) {
+TEST(Traversal, goes_back_up_only_to_the_folder_it_came_through) {
+  for (const bool leads_away : {false, true}) {
+    SCOPED_TRACE(leads_away ? "the way up leads away" : "the whole way was moved");
     TempTree tree;
-    tree.file("top/a/b/1/seen").file("top/a/b/2/seen").file("canary/1/no").file("canary/2/no");
-    Diary diary;
-    bool swapped = false;
+    tree.file("top/a/b/1/x/y/seen").file("top/a/b/2/x/y/seen").file("canary/1/x/y/no").file("canary/2/x/y/no");
+    Diary diary(true);
+    diary.moves = true;
+    bool moved = false;
     diary.on_visit = [&](const TraversedFolder& folder) {
-      if (swapped || !folder.path().starts_with(tree.path("top/a/b/"))) return;
-      swapped = true;  // between its two folders "b" is taken away and another one put in its place
-      std::filesystem::rename(tree.path("top/a/b"), tree.path("moved"));
-      if (by_link) tree.link("top/a/b", "../../canary");
-      if (!by_link) std::filesystem::rename(tree.path("canary"), tree.path("top/a/b"));
+      if (moved || folder.name() != "y") return;
+      moved = true;
+      const std::string way = folder.parent()->parent()->path();
+      std::filesystem::rename(leads_away ? way : tree.path("top/a/b"), tree.path("canary/moved"));
     };
     traverse({1, 1}, diary, tree.path("top"));
-    EXPECT_EQ(diary.seen.size(), 5U) << "a, b, 1, 2 and what is in one of them";
+    EXPECT_TRUE(moved);
+    EXPECT_EQ(diary.seen.size(), leads_away ? 7U : 10U) << "no more of it, or all of it, wherever it is";
     EXPECT_THAT(diary.seen, testing::Each(testing::Not(testing::EndsWith("no"))));
-    EXPECT_EQ(diary.left.size(), 5U) << "the other one was entered, so it is left";
+    EXPECT_EQ(diary.left.size(), leads_away ? 7U : 9U) << "what was to be entered is left";
   }
 }
 

@@ -67,7 +67,7 @@ class Bearing:
                                                  SHARED + b".lock", os.path.dirname(SHARED))}
         others = {path: why for path, why in changes(before, after, listed).items() if path not in settings}
         killed = run.status < 0 or run.status == 137
-        litter = {path for path in others if re.fullmatch(rb".*(/dotfiles/real|\.tarnby-cleaner\.plist)\.\w{6}", path)}
+        litter = {path for path in others if re.fullmatch(rb".*(/dotfiles/real|\.tarnby-cleaner\.plist)\.unfinished-\w{6}", path)}
         self.assertEqual({path: why for path, why in others.items() if not (killed and path in litter)}, {})
         # The settings are whole, the old ones or the new ones, and what others wrote is in both.
         self.assertTrue(os.path.islink(home.path(b"config/tarnby-cleaner/settings.plist")))
