@@ -67,7 +67,7 @@ std::string program_help(const std::string& called_as) {
   std::string text(introduction);
   text += "\nCommands:\n";
   for (const CommandRow& row : command_rows()) add_line(text, with_words(row.name, row.arguments), row.summary);
-  text += "\nOptions, before or after the command:\n";
+  text += "\nOptions, before or after the command; of one given twice the last one counts:\n";
   add_options(text, false);
   text += "\nOptions of commands that remove:\n";
   add_options(text, true);
