@@ -40,6 +40,7 @@ std::string joined(const Components& path, std::size_t begin, std::size_t end) {
 
 std::vector<std::string> distinct_places(const std::vector<std::string>& folders) {
   std::vector<Components> paths;
+  paths.reserve(folders.size());
   std::size_t shortest = folders.empty() ? 0 : std::string::npos;
   for (const std::string& folder : folders) {
     paths.push_back(components_of(folder));
@@ -51,6 +52,7 @@ std::vector<std::string> distinct_places(const std::vector<std::string>& folders
   const std::size_t end =
       common(paths, most - begin, [](const Components& path, std::size_t at) { return path[path.size() - 1 - at]; });
   std::vector<std::string> places;
+  places.reserve(paths.size());
   for (const Components& path : paths) {
     places.push_back(joined(path, begin > short_beginning ? begin : 0, path.size() - end));
   }
@@ -65,6 +67,7 @@ EqualNames equal_names(std::size_t rows, const std::function<std::string(std::si
   for (const auto& [same, at] : named) {
     if (at.size() < 2) continue;
     std::vector<std::string> folders;
+    folders.reserve(at.size());
     for (const std::size_t row : at) folders.push_back(folder(row));
     std::vector<std::string> places = distinct_places(folders);
     for (std::size_t one = 0; one < at.size(); ++one) told[at[one]] = std::move(places[one]);
