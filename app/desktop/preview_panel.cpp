@@ -1,7 +1,5 @@
 #include "app/desktop/preview_panel.h"
 
-#include <QBuffer>
-#include <QImageReader>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPlainTextEdit>
@@ -11,7 +9,6 @@
 #include <cmath>
 
 #include "app/desktop/information_window.h"
-#include "app/icons/icon_file.h"
 #include "ui/scroller.h"
 #include "ui/text_label.h"
 
@@ -20,25 +17,13 @@ namespace tarnby {
 namespace {
 
 constexpr QSize usual_size(640, 480);
-constexpr std::size_t most_bytes = 32U << 20U;
 constexpr std::size_t most_text = 256U << 10U;
 constexpr std::size_t most_entries = 500;
-constexpr int most_side = 4096;
 constexpr int icon_side = 128;
 
-/// A picture that is decoded no larger than it can be shown, however large it claims to be.
-QImage picture_of(const QByteArray& bytes) {
-  QBuffer buffer;
-  buffer.setData(bytes);
-  QImageReader reader(&buffer);
-  reader.setDecideFormatFromContent(true);
-  reader.setAutoTransform(true);
-  if (!may_decode(reader, bytes)) return {};
-  const QSize size = reader.size();
-  if (size.width() > most_side || size.height() > most_side) {
-    reader.setScaledSize(size.scaled(most_side, most_side, Qt::KeepAspectRatio));
-  }
-  return reader.read().convertToFormat(QImage::Format_ARGB32_Premultiplied);
+/// Those whose decoders open no other file. A drawing in SVG may name some.
+QList<QByteArray> formats() {
+  return {"icns", "png", "jpeg", "gif", "tiff", "bmp", "ico", "webp", "pbm", "pgm", "ppm"};
 }
 
 bool is_text(const QByteArray& bytes) {
@@ -61,7 +46,11 @@ QString listing_of(const FileManager& files, const Url& folder) {
 
 PreviewPanel::PreviewPanel(Platform& platform, BackgroundQueue& errands, std::shared_ptr<IconReader> icons,
                            QWidget* parent)
-    : QDialog(parent), platform_(platform), errands_(errands), icons_(std::move(icons)) {
+    : QDialog(parent),
+      platform_(platform),
+      errands_(errands),
+      icons_(std::move(icons)),
+      pictures_(std::make_shared<PictureProcess>(formats())) {
   resize(usual_size);
   QPalette colors = palette();
   colors.setColor(QPalette::Window, theme::sheet);
@@ -95,16 +84,17 @@ void PreviewPanel::show_entry(const Url& entry) {
   setWindowTitle(QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size())));
   asked_ = std::make_shared<int>();
   errands_.async([this, entry, asked = std::weak_ptr(asked_), &platform = platform_, icons = icons_,
-                  sharpness = devicePixelRatioF()] {
+                  pictures = pictures_, sharpness = devicePixelRatioF()] {
     if (asked.expired()) return;
-    auto found = std::make_shared<Found>(look_at(platform, *icons, entry, sharpness));
+    auto found = std::make_shared<Found>(look_at(platform, *icons, *pictures, entry, sharpness));
     platform.main_queue.async([this, asked, found] {
       if (!asked.expired()) show_found(*found);
     });
   });
 }
 
-PreviewPanel::Found PreviewPanel::look_at(Platform& platform, IconReader& icons, const Url& entry, double sharpness) {
+PreviewPanel::Found PreviewPanel::look_at(Platform& platform, IconReader& icons, PictureProcess& pictures,
+                                          const Url& entry, double sharpness) {
   Found found;
   found.icon = icons.read(Image::icon_of(entry), static_cast<int>(std::lround(icon_side * sharpness)));
   found.icon.setDevicePixelRatio(sharpness);
@@ -115,10 +105,10 @@ PreviewPanel::Found PreviewPanel::look_at(Platform& platform, IconReader& icons,
   }
   if (status.kind == EntryKind::folder) found.text = listing_of(platform.files, entry);
   if (status.kind != EntryKind::file) return found;
-  const auto content = platform.files.read(entry, most_bytes);
+  const auto content = platform.files.read(entry, most_picture_bytes);
   if (!content) return found;
   const QByteArray bytes = QByteArray::fromRawData(content->data(), static_cast<qsizetype>(content->size()));
-  found.picture = picture_of(bytes);
+  found.picture = pictures.whole(bytes);
   if (found.picture.isNull() && is_text(bytes)) {
     found.text = QString::fromUtf8(bytes.first(std::min<qsizetype>(bytes.size(), most_text)));
   }

@@ -35,13 +35,16 @@ class PreviewPanel : public QDialog {
     QString facts;
     QImage icon;
   };
-  static Found look_at(Platform& platform, IconReader& icons, const Url& entry, double sharpness);
+  static Found look_at(Platform& platform, IconReader& icons, PictureProcess& pictures, const Url& entry,
+                       double sharpness);
   void show_found(const Found& found);
   void fit_picture();
 
   Platform& platform_;
   BackgroundQueue& errands_;
   std::shared_ptr<IconReader> icons_;
+  /// The errands', like the icons; it ends with the last errand that asks it.
+  std::shared_ptr<PictureProcess> pictures_;
   QStackedLayout* pages_;
   QLabel* picture_;
   QPlainTextEdit* text_;

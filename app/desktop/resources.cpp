@@ -10,16 +10,27 @@ namespace {
 
 /// From the program's own folder: of an installation, of an application bundle, of a build.
 constexpr const char* places[] = {"../share/tarnby-cleaner", "../Resources", "share/tarnby-cleaner"};
+/// The same for programs: of an installation, of an application bundle and a build, of a build's own tools and tests.
+constexpr const char* program_places[] = {"../libexec/tarnby-cleaner", ".", ".."};
+
+template <std::size_t count>
+QString first_in(const char* const (&folders)[count], const QString& name) {
+  const QDir program(QCoreApplication::applicationDirPath());
+  for (const char* folder : folders) {
+    const QString path = program.filePath(QLatin1String(folder) + u'/' + name);
+    if (QFileInfo::exists(path)) return QDir::cleanPath(path);
+  }
+  return QDir::cleanPath(program.filePath(QLatin1String(folders[0]) + u'/' + name));
+}
 
 }  // namespace
 
 QString resource_path(const QString& name) {
-  const QDir program(QCoreApplication::applicationDirPath());
-  for (const char* place : places) {
-    const QString path = program.filePath(QLatin1String(place) + u'/' + name);
-    if (QFileInfo::exists(path)) return QDir::cleanPath(path);
-  }
-  return QDir::cleanPath(program.filePath(QLatin1String(places[0]) + u'/' + name));
+  return first_in(places, name);
+}
+
+QString program_path(const QString& name) {
+  return first_in(program_places, name);
 }
 
 QIcon program_icon() {

@@ -10,7 +10,10 @@ namespace tarnby {
 /// no path of the machine that built it is in it. Where it would be when there is none.
 QString resource_path(const QString& name);
 
-/// The same for a page that may be there in a language: "help/page.de.html" beside "help/page.html", which serves all
+/// The same for a program that this one starts for its own work.
+QString program_path(const QString& name);
+
+/// A resource that may be there in a language: "help/page.de.html" beside "help/page.html", which serves all
 /// others.
 QString page_path(const QString& name, const std::string& language);
 

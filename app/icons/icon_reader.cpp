@@ -5,14 +5,12 @@
 #include <algorithm>
 #include <iterator>
 
-#include "app/icons/icon_file.h"
 #include "inventory/application.h"
 
 namespace tarnby {
 
 namespace {
 
-constexpr std::size_t most_bytes = 32U << 20U;
 /// There are not that many kinds of entries; a name may claim to be of any.
 constexpr qsizetype most_known = 256;
 
@@ -56,11 +54,12 @@ QImage IconReader::read(const Image& image, int side) {
                EntryPicture::application, side);
 }
 
-std::optional<QImage> IconReader::icon_in(const Image& image, int side) const {
+std::optional<QImage> IconReader::icon_in(const Image& image, int side) {
   if (image.kind != Image::Kind::file) return {};
-  const auto content = files_.read(image.url, most_bytes);
+  const auto content = files_.read(image.url, most_picture_bytes);
   if (!content) return {};
-  QImage icon = picture_in(QByteArray::fromRawData(content->data(), static_cast<qsizetype>(content->size())), side);
+  QImage icon =
+      pictures_.square(QByteArray::fromRawData(content->data(), static_cast<qsizetype>(content->size())), side);
   return icon.isNull() ? std::nullopt : std::optional(std::move(icon));
 }
 

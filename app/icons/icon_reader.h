@@ -4,6 +4,7 @@
 #include <QImage>
 
 #include "app/icons/icon_theme.h"
+#include "app/icons/picture_process.h"
 #include "platform/file_manager.h"
 #include "platform/image.h"
 #include "ui/entry_picture.h"
@@ -23,12 +24,14 @@ class IconReader {
 
  private:
   QImage icon_of(const Url& entry, int side);
-  std::optional<QImage> icon_in(const Image& image, int side) const;
+  std::optional<QImage> icon_in(const Image& image, int side);
   /// The first that the desktop has of these; otherwise the drawing.
   QImage usual(const QStringList& names, EntryPicture drawing, int side);
 
   const FileManager& files_;
   IconTheme theme_;
+  /// What bundles carry.
+  PictureProcess pictures_{{"icns", "png", "jpeg"}};
   QHash<QString, QImage> known_;
 };
 

@@ -6,7 +6,7 @@
 #include <QSettings>
 #include <limits>
 
-#include "app/icons/icon_file.h"
+#include "pictures/decoder.h"
 
 namespace tarnby {
 

@@ -1,8 +1,12 @@
 #include "app/icons/icons.h"
 
+#include <gmock/gmock.h>
+
 #include <QPainter>
 #include <chrono>
+#include <csignal>
 #include <filesystem>
+#include <fstream>
 
 #include "app/smart/smart_clean_view_controller.h"
 #include "tests/app/test_window.h"
@@ -23,10 +27,19 @@ QColor of(Color color) {
   return {color.red, color.green, color.blue};
 }
 
+const std::string one_red_pixel_as_gif("GIF87a\1\0\1\0\x80\0\0\xC8\x28\x28\0\0\0,\0\0\0\0\1\0\1\0\0\2\2\x44\1\0;", 35);
+
 std::string with_length(const std::string& kind, const std::string& content) {
   const std::size_t length = content.size() + 8;
   return kind + '\0' + static_cast<char>(length >> 16 & 0xFF) + static_cast<char>(length >> 8 & 0xFF) +
          static_cast<char>(length & 0xFF) + content;
+}
+
+std::vector<std::string> lines_of(pid_t process) {
+  std::ifstream status("/proc/" + std::to_string(process) + "/status");
+  std::vector<std::string> lines;
+  for (std::string line; std::getline(status, line);) lines.push_back(line);
+  return lines;
 }
 
 /// A bundle whose icon file is made by each case.
@@ -65,6 +78,7 @@ TEST_F(IconTest, a_bad_icon_file_gives_the_icon_of_any_application_at_once) {
       {"damaged", [&] { ada.tree.content(place, damaged); }},
       {"a text", [&] { ada.tree.content(place, "no icon"); }},
       {"a drawing that names a pipe", [&] { ada.tree.content(place, drawing); }},
+      {"a format that no bundle carries", [&] { ada.tree.content(place, one_red_pixel_as_gif); }},
       {"millions of frames", [&] { ada.tree.content(place, with_length("icns", many)); }},
       {"enormous", [&] { ada.tree.content(place, good).file(place, 33 << 20); }},
       {"a pipe", [&] { ada.tree.fifo(place); }},
@@ -79,6 +93,57 @@ TEST_F(IconTest, a_bad_icon_file_gives_the_icon_of_any_application_at_once) {
     EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(10));
     std::filesystem::remove(ada.tree.path(place));
   }
+}
+
+TEST_F(IconTest, a_picture_that_ends_or_stops_what_decodes_it_costs_its_own_icon_only) {
+  const auto good = QByteArray::fromStdString(icon_file(red));
+  pid_t last = 0;
+  {
+    PictureProcess pictures({"icns", "png"}, {}, std::chrono::seconds(3));
+    for (const int signal : {SIGKILL, SIGSTOP, SIGKILL}) {
+      ASSERT_EQ(middle_of(pictures.square(good, side)), of(red));
+      EXPECT_THAT(lines_of(pictures.process()), testing::IsSupersetOf({"Seccomp:\t2", "NoNewPrivs:\t1", "Threads:\t1"}))
+          << "the process that is shipped has given up its rights";
+      kill(pictures.process(), signal);
+      EXPECT_TRUE(pictures.square(good, side).isNull());
+    }
+    EXPECT_EQ(pictures.whole(good).size(), QSize(128, 128));
+    last = pictures.process();
+  }
+  EXPECT_EQ(kill(last, 0), -1) << "nothing of it stays";
+}
+
+TEST_F(IconTest, no_answer_is_believed) {
+  struct Case {
+    const char* what;
+    const char* answer;
+  };
+  const Case cases[] = {
+      {"no word", "exit 1"},
+      {"another word", "printf x"},
+      {"a word alone", "printf +"},
+      {"half an answer", "printf '+\\50\\0'"},
+      {"a square that nobody asked for", "printf '+\\51\\0\\0\\0\\51\\0\\0\\0'; cat /dev/zero"},
+      {"one side of none", "printf '+\\50\\0\\0\\0\\0\\0\\0\\0'; cat /dev/zero"},
+      {"the largest numbers there are", "printf '+\\377\\377\\377\\377\\377\\377\\377\\377'; cat /dev/zero"},
+      {"too few pixels", "printf '+\\50\\0\\0\\0\\50\\0\\0\\0some'"},
+      {"pixels that never come", "printf '+\\50\\0\\0\\0\\50\\0\\0\\0'; cat"},
+  };
+  const auto good = QByteArray::fromStdString(icon_file(red));
+  for (const Case& one : cases) {
+    SCOPED_TRACE(one.what);
+    ada.tree.content("child", "#!/bin/sh\necho >> \"$0.starts\"\n" + std::string(one.answer) + "\n")
+        .mode("child", 0700);
+    ada.tree.content("child.starts", "");
+    PictureProcess pictures({"png"}, QByteArray::fromStdString(ada.tree.path("child")), std::chrono::seconds(1));
+    for (int round = 0; round < 2; ++round) EXPECT_TRUE(pictures.square(good, side).isNull());
+    EXPECT_EQ(pictures.process(), 0);
+  }
+  ada.tree.content("child", "#!/bin/sh\necho >> \"$0.starts\"\n").content("child.starts", "");
+  PictureProcess pictures({"png"}, QByteArray::fromStdString(ada.tree.path("child")));
+  for (int round = 0; round < 9; ++round) EXPECT_TRUE(pictures.square(good, side).isNull());
+  EXPECT_EQ(std::filesystem::file_size(ada.tree.path("child.starts")), 3) << "what never starts is left alone";
+  EXPECT_TRUE(PictureProcess({"png"}, "/nowhere/at/all").square(good, side).isNull());
 }
 
 TEST_F(IconTest, the_frame_that_suits_is_taken_and_what_cannot_be_read_is_passed_over) {

@@ -10,6 +10,7 @@ import pathlib
 import plistlib
 import re
 import shutil
+import struct
 import subprocess
 import sys
 import tempfile
@@ -98,6 +99,15 @@ class Package(unittest.TestCase):
         self.assertEqual(files_below(resources), files_below(SOURCE / "resources"))
         completion = self.root / "usr/share/bash-completion/completions/tarnby-cleaner-cli"
         self.assertIn("-F", self.passes("bash", "--norc", "-c", f"source {completion}; complete -p tarnby-cleaner-cli"))
+
+    def test_decodes_pictures_where_the_window_looks_for_that(self):
+        program = self.root / "usr/bin" / "../libexec/tarnby-cleaner/tarnby-cleaner-pictures"
+        picture = (self.root / f"usr/share/icons/hicolor/48x48/apps/{IDENTIFIER}.png").read_bytes()
+        side, length = 20, len(picture)
+        done = subprocess.run([program, "icns", "png", "jpeg"], input=struct.pack("=III", 0, side, length) + picture,
+                              stdout=subprocess.PIPE, env={}, timeout=60, check=True)
+        self.assertEqual(done.stdout[:9], b"+" + struct.pack("=II", side, side))
+        self.assertEqual(len(done.stdout), 9 + 4 * side * side)
 
     def test_leaves_nothing_after_removal(self):
         # An account that is no administrator is one among itself, in a namespace of its own.

@@ -1,19 +1,49 @@
-#include "app/icons/icon_file.h"
+#include "pictures/decoder.h"
 
 #include <QBuffer>
 #include <QImageReader>
-#include <QPainter>
 #include <QtEndian>
 #include <algorithm>
 #include <iterator>
+#include <string_view>
 #include <vector>
 
 namespace tarnby {
 
 namespace {
 
-constexpr const char* harmless_formats[] = {"icns", "png", "jpg",  "jpeg", "tif", "tiff", "gif",
-                                            "bmp",  "ico", "webp", "pbm",  "pgm", "ppm"};
+using std::string_view_literals::operator""sv;
+
+/// What files of a format begin with. Nothing else is believed to be of it, and none of its decoders asked.
+struct FormatRow {
+  const char* format;
+  std::string_view beginning;
+};
+constexpr FormatRow format_rows[] = {
+    {"icns", "icns"},
+    {"png", "\x89PNG\r\n\x1A\n"},
+    {"jpeg", "\xFF\xD8\xFF"},
+    {"gif", "GIF8"},
+    {"tiff", "II*\0"sv},
+    {"tiff", "MM\0*"sv},
+    {"bmp", "BM"},
+    {"ico", "\0\0\1\0"sv},
+    {"webp", "RIFF"},
+    {"pbm", "P1"},
+    {"pbm", "P4"},
+    {"pgm", "P2"},
+    {"pgm", "P5"},
+    {"ppm", "P3"},
+    {"ppm", "P6"},
+};
+
+QByteArray format_of(const QByteArray& bytes, const PictureFormats& formats) {
+  const std::string_view text(bytes.constData(), static_cast<std::size_t>(bytes.size()));
+  const auto* row = std::find_if(std::begin(format_rows), std::end(format_rows),
+                                 [text](const FormatRow& one) { return text.starts_with(one.beginning); });
+  const QByteArray format = row == std::end(format_rows) ? nullptr : row->format;
+  return formats.contains(format) ? format : QByteArray();
+}
 
 /// An icon file says only by these what sizes it holds, short of decoding them all. What is not here, such as the
 /// pictures in two colours, comes last.
@@ -72,21 +102,7 @@ std::vector<Frame> best_first(QImageReader& reader, int side) {
   return frames;
 }
 
-}  // namespace
-
-bool may_decode(const QImageReader& reader, const QByteArray& bytes) {
-  const QByteArray format = reader.format();
-  if (format == "icns" && claims_too_many_frames(bytes)) return false;
-  return std::any_of(std::begin(harmless_formats), std::end(harmless_formats),
-                     [&](const char* harmless) { return format == harmless; });
-}
-
-QImage picture_in(const QByteArray& bytes, int side) {
-  QBuffer buffer;
-  buffer.setData(bytes);
-  QImageReader reader(&buffer);
-  reader.setDecideFormatFromContent(true);
-  if (!may_decode(reader, bytes)) return {};
+QImage square_picture(QImageReader& reader, int side) {
   for (const Frame& frame : best_first(reader, side)) {
     // Not every format can go to its first picture again, having just begun with it.
     if (reader.currentImageNumber() != frame.index) reader.jumpToImage(frame.index);
@@ -96,14 +112,51 @@ QImage picture_in(const QByteArray& bytes, int side) {
   return {};
 }
 
+/// Decoded no larger than it may be, however large it claims to be.
+QImage own_picture(QImageReader& reader, int side) {
+  reader.setAutoTransform(true);
+  const QSize size = reader.size();
+  const bool too_large = size.width() > side || size.height() > side;
+  if (too_large) reader.setScaledSize(size.scaled(side, side, Qt::KeepAspectRatio));
+  QImage picture = reader.read().convertToFormat(QImage::Format_ARGB32_Premultiplied);
+  const bool fits = picture.width() <= side && picture.height() <= side;
+  return fits ? picture : picture.scaled(side, side, Qt::KeepAspectRatio);
+}
+
+}  // namespace
+
+void load_decoders(const PictureFormats& formats) {
+  for (const QByteArray& format : formats) {
+    QBuffer nothing;
+    QImageReader reader(&nothing, format);
+    reader.setAutoDetectImageFormat(false);
+    (void)reader.canRead();
+  }
+}
+
+QImage decode_picture(const QByteArray& bytes, const PictureRequest& request, const PictureFormats& formats) {
+  const QByteArray format = format_of(bytes, formats);
+  if (format.isEmpty() || (format == "icns" && claims_too_many_frames(bytes))) return {};
+  QBuffer buffer;
+  buffer.setData(bytes);
+  QImageReader reader(&buffer, format);
+  reader.setAutoDetectImageFormat(false);
+  const int side = static_cast<int>(request.side);
+  return request.shape == PictureRequest::Shape::square ? square_picture(reader, side) : own_picture(reader, side);
+}
+
 QImage squared(const QImage& picture, int side) {
   QImage square(side, side, QImage::Format_ARGB32_Premultiplied);
   square.fill(Qt::transparent);
   // Scaling a picture of two colours would make them black and white.
   const QImage colored = picture.convertToFormat(square.format());
   const QImage fitted = colored.scaled(square.size(), Qt::KeepAspectRatio, Qt::SmoothTransformation);
-  QPainter painter(&square);
-  painter.drawImage((side - fitted.width()) / 2, (side - fitted.height()) / 2, fitted);
+  const int left = (side - fitted.width()) / 2;
+  const int top = (side - fitted.height()) / 2;
+  for (int row = 0; row < fitted.height(); ++row) {
+    std::copy_n(reinterpret_cast<const QRgb*>(fitted.constScanLine(row)), fitted.width(),
+                reinterpret_cast<QRgb*>(square.scanLine(top + row)) + left);
+  }
   return square;
 }
 
