@@ -108,9 +108,13 @@ class Bases {
       : bundle_(bundle), home_(platform.bookmarks.resolve_and_access(Grant::home)) {
     const Url disk = platform.bookmarks.resolve_and_access(Grant::disk);
     if (platform.app_settings.integer("AllowAny") == 1) disk_ = disk;
+    if (platform.files.link_text(disk_.appending("var")) == "private/var") above_var_ = "private";
   }
 
-  Url place_of(const RelatedLocation& location) const { return base(location.base).appending(location.folder); }
+  Url place_of(const RelatedLocation& location) const {
+    const bool in_var = location.base == Base::disk && location.folder.starts_with("var/");
+    return (in_var ? disk_.appending(above_var_) : base(location.base)).appending(location.folder);
+  }
 
  private:
   Url base(Base base) const {
@@ -132,6 +136,8 @@ class Bases {
   const Url bundle_;
   const Url home_;
   Url disk_;
+  /// The folder of the disk that really holds "var": a Mac has a link there, and links are not followed.
+  std::string_view above_var_;
 };
 
 void add_login_items(const FileManager& files, const Url& folder, KeyTexts& keys) {

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <climits>
 #include <iterator>
 #include <mutex>
 
@@ -258,6 +259,15 @@ Readability FileManager::readability(const Url& file) const {
   const Descriptor handle = open_file_at(folder.get(), name.c_str());
   char first = 0;
   return handle && ::read(handle.get(), &first, 1) >= 0 ? Readability::readable : Readability::unreadable;
+}
+
+std::string FileManager::link_text(const Url& link) const {
+  const Descriptor parent = granted_.open_parent(link);
+  const std::string name(link.last_path_component());
+  std::string text(PATH_MAX, '\0');
+  const ssize_t length = parent ? ::readlinkat(parent.get(), name.c_str(), text.data(), text.size()) : -1;
+  text.resize(length < 0 ? 0 : static_cast<std::size_t>(length));
+  return text;
 }
 
 std::optional<std::string> FileManager::read(const Url& file, std::size_t most) const {

@@ -131,6 +131,9 @@ class FileManager {
   std::string display_name(const Entry& entry) const;
   std::string display_name(const Url& url) const;
 
+  /// What a link says, as it says it, whether or not something is there; empty when there is no link.
+  std::string link_text(const Url& link) const;
+
   /// The whole content of a plain file; none when it is anything else, cannot be read, or is larger than `most` bytes.
   std::optional<std::string> read(const Url& file, std::size_t most) const;
 

@@ -65,9 +65,11 @@ const std::vector<ProtectedRow>& protected_rows() {
         "Spelling",
         "Spotlight",
         "WebKit"}},
-      {Grant::disk, "", {"Applications", "Library", "System", "Users", "var"}},
+      {Grant::disk, "", {"Applications", "Library", "System", "Users", "private", "var"}},
       {Grant::disk, "Users", {"Shared"}},
       {Grant::disk, "var", {"db", "folders", "run"}},
+      {Grant::disk, "private", {"var"}},  // where var is a link to it
+      {Grant::disk, "private/var", {"db", "folders", "run"}},
       {Grant::disk,
        "Library",
        {"Application Support", "Caches", "LaunchAgents", "LaunchDaemons", "Logs", "Preferences",

@@ -64,5 +64,30 @@ TEST(RelatedFiles, are_the_bundle_alone_without_grants_and_need_not_be_there_any
   EXPECT_TRUE(ada.tree.exists(library + "Caches/companyname")) << "and a record of nothing is nothing's";
 }
 
+TEST(RelatedFiles, are_found_at_the_real_path_where_a_disk_has_a_link_to_its_var) {
+  for (const bool right : {true, false}) {
+    TestPlatform ada;
+    ada.application("Applications/Database.app", "com.example.db");
+    ada.tree.link("disk/var", right ? "private/var" : ada.tree.path("disk/private/var"));
+    const std::vector<std::string> found = {"disk/private/var/folders/a1/T/com.example.db",
+                                            "disk/private/var/run/com.example.db.pid",
+                                            "disk/private/var/db/com.example.db"};
+    for (const std::string& path : found) ada.tree.file(path);
+    ada.tree.file("disk/private/var/db/other");
+    ASSERT_TRUE(ada.platform.bookmarks.store(Grant::disk, ada.url("disk")));
+    ada.platform.app_settings.set_integer("AllowAny", 1);
+    const auto item = Application(ada.platform).application(ada.url("Applications/Database.app"));
+    item->getfiles(ada.platform, [] {});
+    auto shown = ada.relative(item->listed_files());
+    shown.erase(shown.begin());  // the application
+    EXPECT_EQ(shown.empty(), !right) << "no other link is followed";
+    if (!right) continue;
+    EXPECT_EQ(shown, found);
+    EXPECT_THAT(item->remove_files(ada.platform), testing::Each(testing::Field(&Removal::error, std::error_code())));
+    for (const std::string& path : found) EXPECT_FALSE(ada.tree.exists(path)) << path;
+    EXPECT_TRUE(ada.tree.exists("disk/private/var/db/other"));
+  }
+}
+
 }  // namespace
 }  // namespace tarnby

@@ -116,11 +116,13 @@ const Protected protected_folders[] = {
      "Keychains,LaunchAgents,Logs,Mail,Messages,Metadata,Mobile Documents,Photos,PreferencePanes,Preferences,Printers,"
      "QuickLook,Reminders,Safari,Saved Application State,Screen Savers,Scripts,Services,Shortcuts,Sounds,Spelling,"
      "Spotlight,WebKit"},
-    {Grant::disk, "", "Applications,Library,System,Users,var"},
+    {Grant::disk, "", "Applications,Library,System,Users,private,var"},
     {Grant::disk, "Library/",
      "Application Support,Caches,LaunchAgents,LaunchDaemons,Logs,Preferences,PrivilegedHelperTools"},
     {Grant::disk, "Users/", "Shared"},
     {Grant::disk, "var/", "db,folders,run"},
+    {Grant::disk, "private/", "var"},
+    {Grant::disk, "private/var/", "db,folders,run"},
 };
 
 TEST(Removal, never_takes_whole_what_a_home_or_a_disk_cannot_do_without) {
