@@ -133,6 +133,7 @@ std::vector<Remainders::Orphan> Remainders::orphans(const std::unordered_set<std
     listings.push_back(std::move(listing));
   }
   std::vector<FoldedText> identifiers;
+  identifiers.reserve(found.size());
   for (const Orphan& orphan : found) identifiers.emplace_back(orphan.identifier);
   const FoldedIndex index(std::move(identifiers));
   // An identifier holds no "/", so it occurs in a path when it occurs in the folder's path or in the entry's name.
