@@ -122,6 +122,7 @@ QString LargeFilesModel::note_of(std::size_t group, std::size_t entry) const {
 
 void LargeFilesModel::find_equal_names() {
   equal_names_.clear();
+  equal_names_.reserve(rows_.size());
   const Url& home = context_.sharedCleaner().url_home;
   for (const auto& row : rows_) {
     equal_names_.push_back(equal_names(

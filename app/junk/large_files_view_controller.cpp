@@ -230,6 +230,7 @@ void LargeFilesViewController::look_again() {
   context_.errands.async(
       [&cleaner = context_.sharedCleaner(), &platform = context_.platform, details, looked, files = founded_files] {
         std::vector<Url> urls;
+        urls.reserve(files.size());
         for (const auto& file : files) urls.push_back(file->url_file);
         const std::vector<Status> statuses = platform.files.statuses(urls);
         for (std::size_t at = 0; at < files.size(); ++at) {
