@@ -148,8 +148,8 @@ void cleaned_all(Stage& stage) {
 
 void leave_some(Stage& stage) {
   const Url logs = stage.home().appending("Library/Logs");
-  stage.context().removal.left = {{logs.appending("DiagnosticReports"), "permission denied"},
-                                  {logs.appending("Sketchbook"), "it is in use"}};
+  stage.context().removal.left = {{logs.appending("DiagnosticReports"), LeftReason::no_permission},
+                                  {logs.appending("Sketchbook"), LeftReason::in_use}};
 }
 
 void cleaned_left(Stage& stage) {
