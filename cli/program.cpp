@@ -5,6 +5,7 @@
 
 #include <csignal>
 #include <iostream>
+#include <new>
 
 #include "cli/command_table.h"
 #include "cli/confinement.h"
@@ -41,7 +42,12 @@ ExitStatus run_command(const Invocation& asked) {
                   rewrites_lines(),
                   isatty(STDIN_FILENO) != 0};
   confine_to_command(asked, context.platform.session);
-  return asked.command->run(context);
+  try {
+    return asked.command->run(context);
+  } catch (const std::bad_alloc&) {
+    if (asked.command->effect != Effect::looks) throw;
+    throw CommandError(cut_short, "there was not enough memory to look at everything; free some and try again");
+  }
 }
 
 ExitStatus run_or_explain(const Invocation& asked) {

@@ -1,5 +1,6 @@
 #include "cli/smart_scan_run.h"
 
+#include <exception>
 #include <string_view>
 
 #include "cli/progress.h"
@@ -35,10 +36,21 @@ std::vector<std::string> run_smart_scan(Context& context, Cleaner& cleaner) {
     }));
     finished = &category;
   }
-  BackgroundQueue background;
-  background.async([&] { cleaner.smart_clean_with_complete_handler([&] { context.main_queue.quit(); }); });
-  context.main_queue.run();
+  std::exception_ptr failure;
+  {
+    BackgroundQueue background;
+    background.async([&] {
+      try {
+        cleaner.smart_clean_with_complete_handler([] {});
+      } catch (...) {  // no memory; told on the main thread, as of every command
+        failure = std::current_exception();
+      }
+      context.main_queue.quit();
+    });
+    context.main_queue.run();
+  }
   for (const auto token : tokens) center.remove_observer(token);
+  if (failure) std::rethrow_exception(failure);
   return posted;
 }
 

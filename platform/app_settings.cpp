@@ -25,12 +25,12 @@ constexpr SettingRow rows[] = {
     {"Applications", data, {}},
     {"PrivacyAccess", boolean, {}},
     {"PrivacyFullDisk", boolean, {}},
-    {"appLaunchCount", integer, {}},
-    {"UOLaunchCount", integer, {}},
+    {"appLaunchCount", integer, {}, true},
+    {"UOLaunchCount", integer, {}, true},
     {"Uninstaller Orvane", boolean, {}},
     {"UOAppearence", integer, {}},  // the key as users' files have it
     {"RateOnStore", boolean, {}},
-    {"TotallyCleaned", integer, {}},
+    {"TotallyCleaned", integer, {}, true},
     {"Scheduler", boolean, {}},
     {"EnableScheduler", boolean, {}},
     {"SkipWarning", boolean, {}},
@@ -70,7 +70,9 @@ bool AppSettings::boolean(std::string_view key) const {
 }
 
 std::int64_t AppSettings::integer(std::string_view key) const {
-  return number_of(store_.value(key)).value_or(0);
+  const std::int64_t number = number_of(store_.value(key)).value_or(0);
+  const SettingRow* row = setting_row(key);
+  return row != nullptr && row->is_sum ? std::max<std::int64_t>(0, number) : number;
 }
 
 Url AppSettings::location(std::string_view key) const {

@@ -76,7 +76,8 @@ class PropertyList {
 /// list. None when the bytes are not a whole, sound list: a broken node anywhere makes all of it unreadable, and so do
 /// containers nested deeper than 64, more than 100,000 nodes or 64 MB, a text or key above 256 KB (UTF-8), more than
 /// 100 attributes and markup above 256 KB, since lists come from strangers. What a binary list refers to several times
-/// counts each time, and all texts and data may come to 64 MB. An old-style ASCII list is unreadable too. The last one
+/// counts each time, and all texts and data may come to 64 MB. An old-style ASCII list is unreadable too, but no
+/// number is too large: an integer that is becomes a real one. The last one
 /// of several equal keys counts. Never throws on input; any thread may call.
 std::optional<PropertyList> parse_property_list(std::string_view bytes);
 

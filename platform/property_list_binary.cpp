@@ -47,6 +47,13 @@ std::optional<std::int64_t> integer_number(std::string_view digits) {
   return value;
 }
 
+/// A number of 16 bytes that is too large for an integer; what else the list says must not be lost over it.
+double large_number(std::string_view digits) {
+  constexpr double half = 18446744073709551616.0;  // 2 to the 64th
+  const auto high = static_cast<std::int64_t>(big_endian(digits.substr(0, 8)));
+  return static_cast<double>(high) * half + static_cast<double>(big_endian(digits.substr(8)));
+}
+
 std::optional<double> real_number(std::string_view digits) {
   if (digits.size() == 4) return std::bit_cast<float>(static_cast<std::uint32_t>(big_endian(digits)));
   if (digits.size() == 8) return std::bit_cast<double>(big_endian(digits));
@@ -176,9 +183,9 @@ class Reader {
 
   std::optional<PropertyList> integer(unsigned low, Cursor& rest) {
     const auto digits = low <= 4 ? rest.take(1ULL << low) : std::nullopt;
-    const auto value = digits ? integer_number(*digits) : std::nullopt;
-    if (!value) return std::nullopt;
-    return PropertyList(*value);
+    if (!digits) return std::nullopt;
+    const auto value = integer_number(*digits);
+    return value ? PropertyList(*value) : PropertyList(large_number(*digits));
   }
 
   std::optional<PropertyList> real(unsigned low, Cursor& rest) {

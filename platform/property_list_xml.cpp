@@ -88,16 +88,29 @@ std::optional<std::int64_t> with_sign(std::uint64_t size, bool negative) {
   return static_cast<std::int64_t>(negative ? 0U - size : size);
 }
 
+/// A number too large for an integer. It is one all the same: what else the list says must not be lost over it.
+std::optional<PropertyList> large_number(std::string_view digits, int base, bool negative) {
+  constexpr std::string_view known = "0123456789abcdef0123456789ABCDEF";
+  double value = 0;
+  for (const char digit : digits) {
+    const auto place = known.find(digit) % 16;
+    if (known.find(digit) == std::string_view::npos || static_cast<int>(place) >= base) return std::nullopt;
+    value = value * base + static_cast<double>(place);
+  }
+  if (digits.empty()) return std::nullopt;
+  return PropertyList(negative ? -value : value);
+}
+
 std::optional<PropertyList> integer_from(std::string&& text) {
   std::string_view digits = trimmed(text);
   const bool negative = digits.starts_with('-');
   if (negative || digits.starts_with('+')) digits.remove_prefix(1);
   const bool hexadecimal = digits.starts_with("0x") || digits.starts_with("0X");
   if (hexadecimal) digits.remove_prefix(2);
-  const auto size = whole_number(digits, hexadecimal ? 16 : 10);
+  const int base = hexadecimal ? 16 : 10;
+  const auto size = whole_number(digits, base);
   const auto value = size ? with_sign(*size, negative) : std::nullopt;
-  if (!value) return std::nullopt;
-  return PropertyList(*value);
+  return value ? PropertyList(*value) : large_number(digits, base, negative);
 }
 
 std::optional<PropertyList> real_from(std::string&& text) {
@@ -108,10 +121,8 @@ std::optional<PropertyList> real_from(std::string&& text) {
   const std::string terminated(digits);
   const PlainNumbers plain;
   char* stop = nullptr;
-  errno = 0;
-  const double value = std::strtod(terminated.c_str(), &stop);
-  const bool does_not_fit = errno == ERANGE && (value == 0 || std::isinf(value));
-  if (does_not_fit || stop != terminated.c_str() + terminated.size()) return std::nullopt;
+  const double value = std::strtod(terminated.c_str(), &stop);  // one that does not fit is infinite, or 0
+  if (stop != terminated.c_str() + terminated.size()) return std::nullopt;
   return PropertyList(value);
 }
 

@@ -7,7 +7,7 @@ namespace tarnby {
 PropertyList sum_of(const PropertyList* held, std::int64_t amount) {
   using Limits = std::numeric_limits<std::int64_t>;
   const auto* number = held == nullptr ? nullptr : held->as<std::int64_t>();
-  if (number == nullptr) return amount;
+  if (number == nullptr || *number < 0) return amount;  // what is added up is never less than nothing
   if (amount > 0 && *number > Limits::max() - amount) return Limits::max();
   if (amount < 0 && *number < Limits::min() - amount) return Limits::min();
   return *number + amount;

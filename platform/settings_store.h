@@ -41,7 +41,7 @@ class SettingsStore {
   virtual bool is_readable() const { return true; }
 };
 
-/// What `add` makes of the value that a key holds, if any.
+/// What `add` makes of the value that a key holds, if any. Less than nothing counts as nothing, and sums saturate.
 PropertyList sum_of(const PropertyList* held, std::int64_t amount);
 
 /// A store kept in one XML property-list file.

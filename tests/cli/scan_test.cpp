@@ -20,6 +20,37 @@ std::int64_t sum_of_sizes(const Json& list) {
 
 }  // namespace
 
+TEST(Scan, tells_what_it_could_not_see_and_ends_with_4_when_the_system_failed) {
+  CliHome home;
+  home.use_sample();
+  const auto with_handles = [&](int handles, const ProgramRun& run) {
+    return run_program(after_shell("ulimit -n " + std::to_string(handles) + ";", run));
+  };
+  if (with_handles(8, home.bare({"--version"})).status != 0) GTEST_SKIP() << "this build needs handles of its own";
+  const std::pair<const char*, const char*> lists[] = {{"scan", "groups"}, {"junk", "categories"}};
+  for (const auto& [command, list] : lists) {
+    bool was_cut_short = false;
+    for (int handles = 4; handles <= 9; ++handles) {
+      SCOPED_TRACE(std::to_string(handles) + " handles for " + command);
+      const ProgramResult result = with_handles(handles, home.command({command, "--json"}));
+      if (result.status == 3) continue;  // not even the home could be opened
+      std::size_t problems = 0;
+      for (const Json& group : Json::parse(result.out)[list]) {
+        if (group["problem"].is_null()) continue;
+        EXPECT_THAT(group["problem"].get<std::string>(), HasSubstr(" could not be read"));
+        ++problems;
+      }
+      EXPECT_EQ(result.status, problems > 0 ? 4 : 0);
+      EXPECT_EQ(result.err, "");
+      was_cut_short = was_cut_short || problems > 0;
+      if (problems == 0) continue;
+      EXPECT_THAT(with_handles(handles, home.command({command})).out, HasSubstr(" could not be read"));
+    }
+    EXPECT_TRUE(was_cut_short);
+  }
+  for (const Json& group : home.json({"scan"})["groups"]) EXPECT_TRUE(group["problem"].is_null()) << group["type"];
+}
+
 TEST(Scan, tells_everything_in_a_fixed_form_and_changes_nothing) {
   CliHome home;
   home.use_sample();

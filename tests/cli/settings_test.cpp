@@ -33,6 +33,17 @@ TEST(Settings, are_kept_by_their_kind_and_refuse_what_they_cannot_hold) {
   EXPECT_EQ(home.tree().read("config/tarnby-cleaner/settings.plist"), before) << "a setting for one run is not stored";
 }
 
+TEST(Settings, keep_all_their_values_when_one_makes_no_sense) {
+  CliHome home;
+  home.tree().content("config/tarnby-cleaner/settings.plist",
+                      "<plist><dict><key>AllowAny</key><integer>99999999999999999999</integer><key>Logs</key><false/>"
+                      "<key>helper_url</key><real>1e999</real></dict></plist>");
+  home.bare_json({"settings", "Browsers", "true"});
+  EXPECT_EQ(home.bare_json({"settings"})["Logs"], false);
+  EXPECT_EQ(home.bare_json({"settings"})["Browsers"], true);
+  EXPECT_FALSE(home.tree().exists("config/tarnby-cleaner/settings.plist.damaged"));
+}
+
 TEST(Settings, that_cannot_be_saved_are_told_and_lose_nothing) {
 #ifdef __SANITIZE_THREAD__
   GTEST_SKIP() << "under a file size limit the thread sanitizer itself cannot start";

@@ -18,6 +18,10 @@ TEST(LifetimeTotal, adds_to_what_is_on_the_disk_by_then_and_is_there_at_once) {
   EXPECT_EQ(add_to_lifetime_total(ada.platform.app_settings, most), most) << "no more than can be counted";
   Platform next(ada.platform.session, nullptr, queue);
   EXPECT_EQ(next.app_settings.integer("TotallyCleaned"), most);
+
+  ada.platform.app_settings.set_integer("TotallyCleaned", -7);
+  EXPECT_EQ(ada.platform.app_settings.integer("TotallyCleaned"), 0) << "nobody cleans less than nothing";
+  EXPECT_EQ(add_to_lifetime_total(ada.platform.app_settings, 5), 5);
 }
 
 }  // namespace tarnby

@@ -127,6 +127,8 @@ TEST(Application, leaves_out_the_systems_own_applications_unless_asked_for_them)
       {"org.com.apple.tool", false},
       {"com.apple.iTunesHelper", true},
       {"com.apple.itunes", false},
+      {"com.apple.iWork.Pages", true},
+      {"com.apple.dt.Xcode", true},
       // No test before lets the companion come to its own, unless it says that it is a developer tool.
       {"com.Ildren.Corvash.Uninstaller-orvane", true},
       {"com.apple.dt.com.Ildren.Corvash.Uninstaller-orvane", false},

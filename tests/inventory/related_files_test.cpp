@@ -89,5 +89,56 @@ TEST(RelatedFiles, are_found_at_the_real_path_where_a_disk_has_a_link_to_its_var
   }
 }
 
+/// What is shown of an application, and what a removal of it takes.
+struct ShownAndRemoved {
+  std::vector<std::string> shown;
+  std::vector<std::string> removed;
+};
+
+ShownAndRemoved files_of(TestPlatform& ada, const std::string& bundle) {
+  const auto item = Application(ada.platform).application(ada.url(bundle));
+  item->getfiles(ada.platform, [] {});
+  ShownAndRemoved files = {ada.relative(item->listed_files()), {}};
+  item->find_removable_files(ada.platform);
+  files.removed = ada.relative(item->listed_files());
+  return files;
+}
+
+TEST(RelatedFiles, that_others_may_need_are_shown_and_never_removed) {
+  const std::string outlook = library + "Group Containers/UBF8T346G9.Office/Outlook";
+  const std::string profile = library + "Group Containers/UBF8T346G9.Office/OutlookProfile.plist";
+  const std::string team = library + "Group Containers/UBF8T346G9.Office";
+  const std::string suite = library + "Containers/com.microsoft.Office365";
+  struct Case {
+    const char* why;
+    std::string bundle;
+    const char* identifier;
+    std::string shared;
+    bool is_shown = true;
+    const char* beside = nullptr;
+  };
+  const Case cases[] = {
+      {"mail", "Applications/Microsoft Outlook.app", "com.microsoft.Outlook", outlook},
+      {"its profile, beside others", "Applications/Microsoft Outlook.app", "com.microsoft.Outlook", profile, true,
+       "Applications/Microsoft Word.app"},
+      {"the suite's", "Applications/Microsoft Word.app", "com.microsoft.Word", suite},
+      {"the team's, with its last application", "Applications/Microsoft Word.app", "com.microsoft.Word", team},
+      {"the team's, with one of several", "Applications/Microsoft Word.app", "com.microsoft.Word", team, false,
+       "Applications/Microsoft Excel.app"},
+      {"the folder around it", "Applications/Photo 1/Photo.app", "com.adobe.Photo", "Applications/Photo 1"},
+      {"the same of others", "Applications/Photo 1/Photo.app", "com.example.Photo", "Applications/Photo 1", false},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.why);
+    TestPlatform ada;
+    ada.application(c.bundle, c.identifier).tree.file(outlook + "/mail", 1).file(profile, 1).file(suite + "/x", 1);
+    if (c.beside) ada.application(c.beside, "com.microsoft.other");
+    const ShownAndRemoved files = files_of(ada, c.bundle);
+    EXPECT_EQ(testing::Matches(testing::Contains(c.shared))(files.shown), c.is_shown);
+    EXPECT_THAT(files.removed, testing::Not(testing::Contains(c.shared)));
+    EXPECT_THAT(files.removed, testing::Contains(c.bundle));
+  }
+}
+
 }  // namespace
 }  // namespace tarnby

@@ -96,6 +96,13 @@ TEST(PropertyList, reads_sound_xml_and_nothing_else) {
   const Case cases[] = {
       {"one text of all parts", xml("<string> a&lt;<![CDATA[&]]><!-- c -->&#x3b1;\n</string>"), " a<&α\n"},
       {"hexadecimal with a sign", xml("<integer>\n -0xfF </integer>"), -255},
+      {"an integer as large as there is", xml("<integer>-9223372036854775808</integer>"),
+       std::numeric_limits<std::int64_t>::min()},
+      {"one larger than any", xml("<array><integer>9223372036854775808</integer><true/></array>"),
+       Array{9223372036854775808.0, true}},
+      {"a larger one, hexadecimal", xml("<integer>-0x1Ffffffffffffffff</integer>"), -36893488147419103231.0},
+      {"a larger one that is none", xml("<integer>99999999999999999999z</integer>"), {}},
+      {"a real larger than any", xml("<real>1e999</real>"), std::numeric_limits<double>::infinity()},
       {"a real", xml("<real>+1.5e3</real>"), 1500.0},
       {"a real with a comma", xml("<real>1,5</real>"), {}},
       {"a leap day", xml("<date>2024-02-29T01:01:01Z</date>"), date},
