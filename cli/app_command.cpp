@@ -1,5 +1,6 @@
 #include "cli/commands.h"
 #include "cli/json.h"
+#include "cli/look_problems.h"
 #include "cli/progress.h"
 #include "cli/related_files.h"
 #include "cli/table.h"
@@ -36,16 +37,18 @@ void find_files(Context& context, ApplicationItem& item) {
 ExitStatus run_app(Context& context) {
   const Url url = application_at(context, context.asked.arguments.front());
   need_folders(context);
+  const LookWatch watch;
   const auto item = Application::sharedApplication().application(url);
   item->calculate_application_size_with_complete_handler(context.platform, [] {});
   // Told before the search, which rewrites the record.
   const Json application = json_application(*item);
   if (!context.asked.json) print_description(context, *item);
   find_files(context, *item);
+  const ExitStatus status = tell_missed(context, watch.missed());
   if (!context.asked.json) {
     context.out << '\n';
     print_related_files(context, *item);
-    return done;
+    return status;
   }
   const Json result = {{"application", application},
                        {"app_size_in_bytes", item->app_size_in_bytes},
@@ -54,7 +57,7 @@ ExitStatus run_app(Context& context) {
                        {"optional_developer_id", json_optional(item->optional_developer_id)},
                        {"groups", json_related_files(*item)}};
   context.out << json_line(result);
-  return done;
+  return status;
 }
 
 }  // namespace tarnby::cli

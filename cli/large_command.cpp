@@ -2,6 +2,7 @@
 #include "cli/commands.h"
 #include "cli/json.h"
 #include "cli/labels.h"
+#include "cli/look_problems.h"
 #include "cli/progress.h"
 #include "cli/table.h"
 #include "engine/cleaner.h"
@@ -42,10 +43,13 @@ Json json_files(const LargeFileList& files) {
   return list;
 }
 
-void print_json(Context& context, const LargeFileSelection& found) {
+void print_json(Context& context, const Cleaner& cleaner, const LargeFileSelection& found) {
   Json groups = Json::array();
   for (const auto& row : found.rows) groups.push_back({{"label", row->label}, {"items", json_files(row->items)}});
-  const Json result = {{"total", found.total}, {"groups", std::move(groups)}, {"files", json_files(found.files)}};
+  const Json result = {{"total", found.total},
+                       {"groups", std::move(groups)},
+                       {"files", json_files(found.files)},
+                       {"problem", json_problem(cleaner.problem_of("LargeFiles"))}};
   context.out << json_line(result);
 }
 
@@ -65,6 +69,7 @@ void print_table(Context& context, const Cleaner& cleaner, const LargeFileSelect
     if (shown < row->items.size()) table.line({"    " + more_rows_text(row->items.size() - shown)});
   }
   if (!found.rows.empty()) table.blank();
+  if (const auto problem = cleaner.problem_of("LargeFiles")) table.line({problem_text(*problem)});
   table.heading({found.rows.empty() ? "No large files were found" : "Found in all", text.byte_count(found.total)});
   table.print(context.out);
 }
@@ -77,11 +82,11 @@ ExitStatus run_large(Context& context) {
   Cleaner& cleaner = Cleaner::sharedCleaner();
   const LargeFileSelection found = found_files(context, cleaner, least);
   if (context.asked.json) {
-    print_json(context, found);
+    print_json(context, cleaner, found);
   } else {
     print_table(context, cleaner, found);
   }
-  return done;
+  return status_of_look(cleaner.problem_of("LargeFiles"));
 }
 
 }  // namespace tarnby::cli

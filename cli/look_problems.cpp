@@ -40,8 +40,11 @@ void tell_problems(Context& context, const Cleaner& cleaner, std::span<const std
   }
 }
 
-void tell_problem(Context& context, const std::optional<LookProblem>& problem) {
+ExitStatus tell_missed(Context& context, const Missed& missed) {
+  const Url home = context.platform.bookmarks.resolve(Grant::home);
+  const auto problem = problem_of_look(missed, home);
   if (problem) context.err << "tarnby-cleaner-cli: " << problem_text(*problem) << '\n';
+  return status_of_look(problem);
 }
 
 }  // namespace tarnby::cli

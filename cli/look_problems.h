@@ -25,6 +25,7 @@ ExitStatus status_after_looks(ExitStatus removal, const Cleaner& cleaner, std::s
 
 /// Tells on standard error what a command that removes has not seen, one line a group, unless it shows its groups.
 void tell_problems(Context& context, const Cleaner& cleaner, std::span<const std::string_view> groups);
-void tell_problem(Context& context, const std::optional<LookProblem>& problem);
+/// The same for a command that shows one list, of what was missed on this thread; tells how it ends.
+ExitStatus tell_missed(Context& context, const Missed& missed);
 
 }  // namespace tarnby::cli

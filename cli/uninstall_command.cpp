@@ -2,6 +2,7 @@
 
 #include "cli/commands.h"
 #include "cli/json.h"
+#include "cli/look_problems.h"
 #include "cli/progress.h"
 #include "cli/related_files.h"
 #include "cli/removal_report.h"
@@ -46,15 +47,17 @@ ExitStatus run_uninstall(Context& context) {
   need_folders(context);
   need_access_to(context, url);
   need_somebody_to_ask(context);
+  const LookWatch watch;
   const auto item = Application::sharedApplication().application(url);
   find_files(context, *item);
+  const ExitStatus looked = tell_missed(context, watch.missed());
   const std::vector<Url> listed = item->listed_files();
   const RemovalPreview preview = preview_removal(context, listed);
   const std::int64_t counted = bytes_of(*item, preview.would_remove);
   const std::int64_t bytes = std::max<std::int64_t>(0, counted - bytes_staying(context, preview, false));
   if (context.asked.dry_run) {
     print_preview(context, preview, {counted, bytes});
-    return done;
+    return looked;
   }
   if (!removal_is_agreed(context, preview, bytes, [&] { print_related_files(context, *item); })) {
     if (context.asked.json) show_result(context, declined_removal(context, preview));
@@ -66,7 +69,8 @@ ExitStatus run_uninstall(Context& context) {
     return item->remove_found_files(context.platform, options);
   });
   show_result(context, report);
-  return status_of_removal(report);
+  const ExitStatus removal = status_of_removal(report);
+  return removal == done ? looked : removal;
 }
 
 }  // namespace tarnby::cli

@@ -1,5 +1,6 @@
 #include "cli/commands.h"
 #include "cli/json.h"
+#include "cli/look_problems.h"
 #include "cli/progress.h"
 #include "cli/table.h"
 #include "inventory/application.h"
@@ -40,11 +41,13 @@ void print_unused(Context& context, const ApplicationItems& items) {
 ExitStatus run_unused(Context& context) {
   need_folders(context);
   Application& inventory = Application::sharedApplication();
+  const LookWatch watch;
   {
     Progress progress(context);
     progress.show("Looking for unused applications");
     inventory.unusedApplications([](bool) {});
   }
+  const ExitStatus status = tell_missed(context, watch.missed());
   if (context.asked.json) {
     Json list = Json::array();
     for (const auto& item : inventory.unused_apps) list.push_back(json_unused(*item));
@@ -52,7 +55,7 @@ ExitStatus run_unused(Context& context) {
   } else {
     print_unused(context, inventory.unused_apps);
   }
-  return done;
+  return status;
 }
 
 }  // namespace tarnby::cli

@@ -90,14 +90,11 @@ std::optional<std::int64_t> with_sign(std::uint64_t size, bool negative) {
 
 /// A number too large for an integer. It is one all the same: what else the list says must not be lost over it.
 std::optional<PropertyList> large_number(std::string_view digits, int base, bool negative) {
-  constexpr std::string_view known = "0123456789abcdef0123456789ABCDEF";
-  double value = 0;
-  for (const char digit : digits) {
-    const auto place = known.find(digit) % 16;
-    if (known.find(digit) == std::string_view::npos || static_cast<int>(place) >= base) return std::nullopt;
-    value = value * base + static_cast<double>(place);
-  }
-  if (digits.empty()) return std::nullopt;
+  const std::string_view known = base == 16 ? "0123456789abcdefABCDEF" : "0123456789";
+  if (digits.empty() || digits.find_first_not_of(known) != std::string_view::npos) return std::nullopt;
+  const std::string terminated = (base == 16 ? "0x" : "") + std::string(digits);
+  const PlainNumbers plain;
+  const double value = std::strtod(terminated.c_str(), nullptr);
   return PropertyList(negative ? -value : value);
 }
 
