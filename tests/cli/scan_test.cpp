@@ -35,7 +35,8 @@ TEST(Scan, tells_what_it_could_not_see_and_ends_with_4_when_the_system_failed) {
       const ProgramResult result = with_handles(handles, home.command({command, "--json"}));
       if (result.status == 3) continue;  // not even the home could be opened
       std::size_t problems = 0;
-      for (const Json& group : Json::parse(result.out)[list]) {
+      const Json told = Json::parse(result.out);
+      for (const Json& group : told[list]) {
         if (group["problem"].is_null()) continue;
         EXPECT_THAT(group["problem"].get<std::string>(), HasSubstr(" could not be read"));
         ++problems;
@@ -48,7 +49,8 @@ TEST(Scan, tells_what_it_could_not_see_and_ends_with_4_when_the_system_failed) {
     }
     EXPECT_TRUE(was_cut_short);
   }
-  for (const Json& group : home.json({"scan"})["groups"]) EXPECT_TRUE(group["problem"].is_null()) << group["type"];
+  const Json all = home.json({"scan"});
+  for (const Json& group : all["groups"]) EXPECT_TRUE(group["problem"].is_null()) << group["type"];
 }
 
 TEST(Scan, tells_everything_in_a_fixed_form_and_changes_nothing) {
