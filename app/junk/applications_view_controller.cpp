@@ -3,8 +3,8 @@
 namespace tarnby {
 
 ApplicationsViewController::ApplicationsViewController(AppContext& context)
-    : CategoryPage(context, {english("Applications junk"), english("Media junk"), applications_rows(),
-                             "ApplicationsPageController", ButtonKind::accent, english("Media junk")}) {
+    : CategoryPage(context, {english("Applications junk"), applications_rows(), "ApplicationsPageController",
+                             ButtonKind::accent, english("Media junk")}) {
   for (const JunkRow& row : applications_rows()) {
     Category& shown = category(row.type);
     show_item(shown);

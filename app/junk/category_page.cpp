@@ -17,8 +17,7 @@ CategoryPage::CategoryPage(AppContext& context, const Plan& plan)
     : Screen(context),
       appDelegate(context.appDelegate),
       app_settings(context.platform.app_settings),
-      sharedCleaner(context.sharedCleaner()),
-      other_title_(plan.other_title) {
+      sharedCleaner(context.sharedCleaner()) {
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
@@ -51,7 +50,7 @@ CategoryPage::CategoryPage(AppContext& context, const Plan& plan)
 QWidget* CategoryPage::list_panel(const Plan& plan) {
   auto* panel = new Panel(this);
   auto* layout = new QVBoxLayout(panel);
-  layout->setContentsMargins(2 * theme::grid, 2 * theme::grid, 2 * theme::grid, 2 * theme::grid);
+  layout->setContentsMargins(theme::grid, 2 * theme::grid, theme::grid, 2 * theme::grid);
   layout->setSpacing(theme::grid);
   for (const JunkRow& row : plan.rows) layout->addWidget(row_line(row, panel));
   layout->addStretch();
@@ -154,9 +153,7 @@ void CategoryPage::update_ui() {
     const bool here = std::ranges::any_of(categories_, [&](const auto& own) { return own->row->type == line.type; });
     if (!here) others += line.size;
   }
-  other_page_->setText(others == 0 ? QString()
-                                   : context_.text("Also ticked, in \"%@\": %@",
-                                                   {context_.text(other_title_), context_.byte_count(others)}));
+  other_page_->setText(others == 0 ? QString() : context_.text("On the other page: %@", {context_.byte_count(others)}));
 }
 
 }  // namespace tarnby

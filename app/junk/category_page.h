@@ -54,7 +54,6 @@ class CategoryPage : public Screen {
   /// How a page differs from the other one.
   struct Plan {
     const char* title;
-    const char* other_title;
     std::span<const JunkRow> rows;
     const char* inner_pages;
     ButtonKind next_kind;
@@ -85,7 +84,6 @@ class CategoryPage : public Screen {
   QWidget* bottom_bar(const Plan& plan);
   void mark_current(const Category& current);
 
-  const char* other_title_;
   QLabel* other_page_ = nullptr;
   RemovalQuestion choice_;
   std::vector<std::unique_ptr<Category>> categories_;

@@ -86,11 +86,12 @@ void DeleteViewController::start_removal() {
   context_.background.async([&context = context_, &cleaner = sharedCleaner, report = report_, complete] {
     const std::vector<Url> files = cleaner.cleanup_files();
     cleaner.cleanup_with_complete_handler([&] {}, report.get());
-    context.platform.main_queue.async([&context, left = left_of(context.platform.files, files, report->removals), complete]() mutable {
-      context.removal = {.running = false, .left = std::move(left)};
-      context.platform.notifications.post(RemovalRun::removal_changed);
-      complete();
-    });
+    context.platform.main_queue.async(
+        [&context, left = left_of(context.platform.files, files, report->removals), complete]() mutable {
+          context.removal = {.running = false, .left = std::move(left)};
+          context.platform.notifications.post(RemovalRun::removal_changed);
+          complete();
+        });
   });
 }
 

@@ -13,8 +13,8 @@ constexpr std::string_view large_files = "large-files";
 }  // namespace
 
 MediaViewController::MediaViewController(AppContext& context)
-    : CategoryPage(context, {english("Media junk"), english("Applications junk"), media_rows(), "MediaPageController",
-                             ButtonKind::destructive, english("Clean")}) {
+    : CategoryPage(context, {english("Media junk"), media_rows(), "MediaPageController", ButtonKind::destructive,
+                             english("Clean")}) {
   for (const JunkRow& row : media_rows()) {
     Category& shown = category(row.type);
     show_item(shown);
