@@ -54,6 +54,7 @@ void AppContext::ask_consent(std::function<void()> work) {
 
 void AppContext::end() {
   ending = true;
+  removal.stop();
   platform.files.stop_looking();
 }
 

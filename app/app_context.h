@@ -40,7 +40,7 @@ struct AppContext {
   bool scanned_home_is_empty = false;
   /// A search for large files of this launch has found some, and nothing writes them any more. Main thread.
   bool large_files_are_known = false;
-  /// Set when the program is to end: a removal finishes the entry in hand and leaves the rest. Any thread.
+  /// Set when the program is to end: nothing new begins. Any thread.
   std::atomic<bool> ending{false};
 
   /// Asked when the window is to close, which ends the program. False keeps it open; who says so has asked the person.
@@ -54,7 +54,7 @@ struct AppContext {
   /// Runs work there. Main thread.
   void ask_consent(std::function<void()> work);
 
-  /// The program is to end: what looks stops, and a removal as above.
+  /// The program is to end: what looks stops, and a removal, too.
   void end();
   /// Whether a scan may be asked for: none is under way, and no removal.
   bool is_free() const { return turn.is_free() && !removal.running; }

@@ -1,15 +1,17 @@
 #pragma once
 
-#include <QListWidget>
-#include <functional>
+#include <QListView>
+#include <vector>
 
 #include "app/app_context.h"
+#include "ui/push_button.h"
 
 namespace tarnby {
 
-/// A list of entries that are still there: their paths as a person would write them, the whole path as a tool tip. Of
-/// very many the first are shown and the rest is counted. Main thread.
-class LeftList : public QListWidget {
+/// A list of entries that are still there, a row each: its icon, its name, where it lies and why it is still there. The
+/// row under the pointer, or else the one the keyboard is on, has the buttons that show it and copy its path; Ctrl and
+/// C copies, too. Main thread.
+class LeftList : public QListView {
   Q_OBJECT
  public:
   struct Line {
@@ -20,12 +22,37 @@ class LeftList : public QListWidget {
 
   /// @param parent its window title says what the list is.
   LeftList(AppContext& context, const QSize& size, QWidget* parent);
+  ~LeftList() override;
 
-  /// @param line gives the line at a place below `count`; asked only for those that are shown.
-  void show_lines(std::size_t count, const std::function<Line(std::size_t)>& line);
+  void show_lines(std::vector<Line> lines);
+
+  PushButton* show_button;
+  PushButton* copy_button;
+
+  void show_entry();
+  void copy_path();
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+  void contextMenuEvent(QContextMenuEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  bool viewportEvent(QEvent* event) override;
+  void scrollContentsBy(int dx, int dy) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
 
  private:
+  class Model;
+  class Rows;
+
+  /// The row that has the buttons.
+  QModelIndex handled() const;
+  void place_tools();
+
   AppContext& context_;
+  Model* model_;
+  QWidget* tools_;
+  QPersistentModelIndex pointed_;
 };
 
 }  // namespace tarnby

@@ -138,8 +138,9 @@ int run_window(QApplication& application, const CommandLine& line) {
   const int status = QApplication::exec();
   delegate.applicationWillTerminate();
   context.end();
-  background.finish();  // a removal finishes the entry in hand
-  errands.finish();     // and the settings reach the disk
+  background.finish();
+  count_unseen_removal(context);
+  errands.finish();  // and the settings reach the disk
   // Its thread may never come back; nothing is left to do here that it could miss.
   if (context.consents_asked > 0) std::_Exit(status);
   return status;

@@ -6,11 +6,12 @@
 #include "ui/push_button.h"
 
 class QLabel;
+class QVBoxLayout;
 
 namespace tarnby {
 
-/// Tells how much was cleaned, and what was left and why. It is what adds a cleaning to the lifetime total, once each
-/// time it is shown, and at some launches it asks for a rating or tells of the companion application.
+/// Tells how much was cleaned, what the disk gained, and what was left and why. It is what adds a cleaning to the
+/// lifetime total, once, and at some launches it asks for a rating or tells of the companion application.
 class CleanedViewController : public Screen {
   Q_OBJECT
  public:
@@ -24,7 +25,11 @@ class CleanedViewController : public Screen {
   PushButton* search_button;
   PushButton* done_button;
   /// What was left; hidden when nothing was.
+  QLabel* left_label;
+  QLabel* left_size;
   PushButton* left_button;
+  /// The lifetime total.
+  QLabel* cleaned_so_far;
 
   void done();
   void find_now();
@@ -32,9 +37,12 @@ class CleanedViewController : public Screen {
 
  private:
   void cleaned_open_anim();
+  void add_space(QVBoxLayout* layout);
+  void add_left(QVBoxLayout* layout);
   void update_left();
 
-  Cleaner& cleaner_;
+  const std::int64_t cleaned_;
+  QWidget* left_card_ = nullptr;
   std::unique_ptr<Entrance> entrance_;
 };
 

@@ -3,26 +3,32 @@
 #include <QVBoxLayout>
 
 #include "app/layouts.h"
-#include "app/left_list.h"
 #include "ui/push_button.h"
+#include "ui/text_label.h"
 
 namespace tarnby {
 
 namespace {
 
-constexpr QSize list_size(560, 260);
+constexpr QSize list_size(640, 300);
 
 }  // namespace
 
 LeftPanel::LeftPanel(AppContext& context) : Screen(context) {
-  setWindowTitle(context.text("These are still there"));
+  const RemovalOutcome& outcome = context.removal.outcome;
+  const auto count = static_cast<std::int64_t>(outcome.left.size());
+  setWindowTitle(context.plural(count, "One entry was left", "%@ entries were left"));
   QVBoxLayout* layout = wide_sheet_column(this);
-  auto* list = new LeftList(context, list_size, this);
-  const auto& left = context.removal.left;
-  list->show_lines(left.size(), [&](std::size_t at) -> LeftList::Line {
-    return {left[at].url, context.text(left_reason_text(left[at].reason))};
-  });
+  layout->addWidget(
+      text_label(context.text("%@ still there. Nothing else was touched.", {context.byte_count(outcome.left_bytes)}),
+                 theme::Type::body, theme::readable(theme::secondary, theme::sheet), this));
+  layout->addSpacing(theme::grid);
+  list = new LeftList(context, list_size, this);
+  std::vector<LeftList::Line> lines;
+  for (const LeftEntry& left : outcome.left) lines.push_back({left.url, context.text(left_reason_text(left.reason))});
+  list->show_lines(std::move(lines));
   layout->addWidget(list);
+  layout->addSpacing(theme::grid);
   auto* close = new PushButton(context.text("Close"), ButtonKind::accent, this);
   connect(close, &QAbstractButton::clicked, this, &Screen::dismissed);
   layout->addWidget(close, 0, Qt::AlignHCenter);

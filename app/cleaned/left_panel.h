@@ -1,6 +1,9 @@
 #pragma once
 
+#include "app/left_list.h"
 #include "app/screen.h"
+
+class QLabel;
 
 namespace tarnby {
 
@@ -9,6 +12,8 @@ class LeftPanel : public Screen {
   Q_OBJECT
  public:
   explicit LeftPanel(AppContext& context);
+
+  LeftList* list;
 };
 
 }  // namespace tarnby

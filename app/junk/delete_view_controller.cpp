@@ -1,6 +1,7 @@
 #include "app/junk/delete_view_controller.h"
 
 #include <QVBoxLayout>
+#include <utility>
 
 #include "app/junk/download_helper.h"
 #include "app/layouts.h"
@@ -35,33 +36,22 @@ constexpr milliseconds complete_delay{3300};
 }  // namespace
 
 DeleteViewController::DeleteViewController(AppContext& context)
-    : Screen(context),
+    : RemovalScreen(context, ring_time),
       appDelegate(context.appDelegate),
       app_settings(context.platform.app_settings),
       sharedCleaner(context.sharedCleaner()),
+      deleteView(ring_),
+      clean_label(line_),
       hand_off(context.platform, sharedCleaner, [&context](const Url& helper) { context.workspace.launch(helper); }) {
-  deleteView = new DeleteView(context.clock, this);
-  deleteView->setAccessibleName(context.text("Removal"));
-  deleteView->show_number(context.byte_count(sharedCleaner.beCleaned()));
-  clean_label = new FadingLabel(context.clock, this);
   skip_button = new PushButton(context.text("Go on without it"), ButtonKind::shaded, this);
   keep_place_when_hidden(skip_button);
   skip_button->setVisible(false);
   connect(skip_button, &QAbstractButton::clicked, this, &DeleteViewController::cleanup);
+  below_->addWidget(skip_button, 0, Qt::AlignHCenter);
 
-  QVBoxLayout* layout = screen_column(this);
-  layout->addStretch(10);
-  layout->addWidget(deleteView, 0, Qt::AlignHCenter);
-  layout->addSpacing(4 * theme::grid);
-  layout->addWidget(clean_label);
-  layout->addSpacing(2 * theme::grid);
-  layout->addWidget(skip_button, 0, Qt::AlignHCenter);
-  layout->addStretch(7);
-
-  deleteView->animate_stroke_end(1, static_cast<int>(ring_time.count()));
-  after(ring_time + after_ring, [this] { ring_is_full(); });
   schedule_texts();
-  start_removal();
+  start(job());
+  after(ring_time + after_ring, [this] { ring_is_full(); });
   observe("cleanup_with_file_exist", [this] { cleanup(); });
 }
 
@@ -73,26 +63,29 @@ void DeleteViewController::schedule_texts() {
                                                         : context_.text("Clean up..."));
   for (const TextRow& row : text_rows) {
     after(row.delay, [this, &row, in_category] {
-      if (app_settings.boolean(row.setting)) clean_label->show_text(in_category(row.category));
+      const bool goes_on = app_settings.boolean(row.setting) && !context_.removal.stopped;
+      if (goes_on) clean_label->show_text(in_category(row.category));
     });
   }
-  after(complete_delay, [this] { clean_label->show_text(context_.text("Cleanup complete...")); });
+  when_over(complete_delay, [this] { clean_label->show_text(context_.text("Cleanup complete...")); });
 }
 
-void DeleteViewController::start_removal() {
-  context_.removal = {.running = true, .left = {}};
-  report_->options.stop = &context_.ending;
-  const auto complete = while_here([this] { cleanup_complete = true; });
-  context_.background.async([&context = context_, &cleaner = sharedCleaner, report = report_, complete] {
-    const std::vector<Url> files = cleaner.cleanup_files();
-    cleaner.cleanup_with_complete_handler([&] {}, report.get());
-    context.platform.main_queue.async(
-        [&context, left = left_of(context.platform.files, files, report->removals), complete]() mutable {
-          context.removal = {.running = false, .left = std::move(left)};
-          context.platform.notifications.post(RemovalRun::removal_changed);
-          complete();
-        });
-  });
+RemovalJob DeleteViewController::job() {
+  return {sharedCleaner.cleanup_files(), sharedCleaner.cleanup_amount(),
+          [&cleaner = sharedCleaner, report = report_](const RemovalOptions& options) {
+            report->options = options;
+            cleaner.cleanup_with_complete_handler([] {}, report.get());
+            return report->removals;
+          }};
+}
+
+/// What it took is not offered again, and a list of large files that some are missing from is looked for anew.
+void DeleteViewController::removal_is_over() {
+  cleanup_complete = true;
+  if (std::exchange(sharedCleaner.large_files_item, nullptr) == nullptr) return;
+  sharedCleaner.totalLargeFilesSize = 0;
+  sharedCleaner.largeFiles.clear();
+  sharedCleaner.outlineItems.clear();
 }
 
 void DeleteViewController::ring_is_full() {
@@ -107,6 +100,7 @@ void DeleteViewController::ring_is_full() {
 void DeleteViewController::finish() {
   if (report_->left.empty()) return cleanup();
   sharedCleaner.remainder_urls = report_->left;
+  context_.removal.left_unsure = true;
   if (hand_off.delete_files_with_helper()) return wait_for_helper();
   present_sheet(std::make_unique<DownloadHelper>(context_, hand_off));
 }

@@ -2,16 +2,14 @@
 
 #include <memory>
 
-#include "app/screen.h"
+#include "app/removal_screen.h"
 #include "engine/hand_off.h"
-#include "ui/push_button.h"
-#include "ui/scan_views.h"
 
 namespace tarnby {
 
-/// Runs the removal of the ticked categories and shows it as a timed show. It ends when both are over; before that,
-/// what was left goes to the outside helper where there is one, or is listed.
-class DeleteViewController : public Screen {
+/// Runs the removal of the ticked categories. It ends when that and its own time are over; before that, what was left
+/// goes to the outside helper where there is one, or is listed.
+class DeleteViewController : public RemovalScreen {
   Q_OBJECT
  public:
   explicit DeleteViewController(AppContext& context);
@@ -30,7 +28,8 @@ class DeleteViewController : public Screen {
   void cleanup() { post("cleaned_view_controller"); }
 
  private:
-  void start_removal();
+  void removal_is_over() override;
+  RemovalJob job();
   void schedule_texts();
   void ring_is_full();
   void finish();

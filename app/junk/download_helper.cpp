@@ -11,7 +11,7 @@ namespace tarnby {
 
 namespace {
 
-constexpr QSize list_size(520, 180);
+constexpr QSize list_size(560, 220);
 
 }  // namespace
 
@@ -26,8 +26,9 @@ DownloadHelper::DownloadHelper(AppContext& context, HandOff& hand_off) : Screen(
                               theme::Type::body, theme::readable(theme::secondary, theme::sheet), list_size.width(),
                               this));
   auto* list = new LeftList(context, list_size, this);
-  const std::vector<Url>& left = context.sharedCleaner().remainder_urls;
-  list->show_lines(left.size(), [&](std::size_t at) -> LeftList::Line { return {left[at], {}}; });
+  std::vector<LeftList::Line> lines;
+  for (const Url& url : context.sharedCleaner().remainder_urls) lines.push_back({url, {}});
+  list->show_lines(std::move(lines));
   layout->addWidget(list);
   cancel_button = new PushButton(context.text("Go on"), ButtonKind::plain, this);
   show_button = new PushButton(context.text("Show in file viewer"), ButtonKind::plain, this);

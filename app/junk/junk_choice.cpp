@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "app/junk/junk_rows.h"
-#include "platform/bytes.h"
 
 namespace tarnby {
 
@@ -16,14 +15,13 @@ const CleanupCategory& category_of(const JunkRow& row) {
 }  // namespace
 
 RemovalQuestion junk_choice(const Cleaner& cleaner) {
-  RemovalQuestion question;
+  RemovalQuestion question{{}, cleaner.cleanup_amount()};
   for (const auto rows : {applications_rows(), media_rows()}) {
     for (const JunkRow& row : rows) {
       const CleanupCategory& category = category_of(row);
       if (!category.is_removed || !cleaner.is_switched_on(category)) continue;
       const CleanerItem& item = *(cleaner.*row.item);
       question.lines.push_back({row.type, row.label, item.files.size(), item.size});
-      question.bytes = add_bytes(question.bytes, item.size);
     }
   }
   return question;

@@ -1,13 +1,12 @@
 #pragma once
 
-#include "app/screen.h"
-#include "ui/scan_views.h"
+#include "app/removal_screen.h"
 
 namespace tarnby {
 
-/// Removes what the engine's `files` hold, and moves on after a fixed time: it does not wait for the end of the
-/// removal.
-class SmartCleanupViewController : public Screen {
+/// Removes what the engine's `files` hold. It takes its time even where the removal needs none, and moves on when that
+/// is over.
+class SmartCleanupViewController : public RemovalScreen {
   Q_OBJECT
  public:
   explicit SmartCleanupViewController(AppContext& context);
@@ -15,9 +14,9 @@ class SmartCleanupViewController : public Screen {
   DeleteView* progressView;
   FadingLabel* smart_item;
   NumberLabel* smart_size;
-};
 
-/// Starts the removal of the engine's `files` in the background; `context.removal` tells how it goes.
-void start_removal(AppContext& context, Cleaner& cleaner);
+ private:
+  void show_done();
+};
 
 }  // namespace tarnby

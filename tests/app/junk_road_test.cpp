@@ -2,8 +2,10 @@
 
 #include <QLabel>
 #include <QSlider>
+#include <filesystem>
 #include <set>
 
+#include "app/cleaned/cleaned_view_controller.h"
 #include "app/home/home_view_controller.h"
 #include "app/junk/applications_view_controller.h"
 #include "app/junk/delete_view_controller.h"
@@ -398,26 +400,45 @@ TEST(DeleteViewController, tells_each_step_and_waits_for_ring_and_removal) {
        {Step{790, "Cleanup in \"Applications caches\""}, Step{800, "Cleanup in \"Applications logs\""},
         Step{1500, "Cleanup in \"Applications remainders\""}, Step{1800, "Cleanup in \"Downloads\""},
         Step{2690, "Cleanup in \"Downloads\""}, Step{2700, "Cleanup in \"Mail attachments\""},
-        Step{3290, "Cleanup in \"Mail attachments\""}, Step{3300, "Cleanup complete..."}}) {
+        Step{3290, "Cleanup in \"Mail attachments\""}, Step{6000, "Cleanup in \"Mail attachments\""}}) {
     pages.at.pass(step.until - std::exchange(now, step.until));
     EXPECT_EQ(screen->clean_label->text().toStdString(), step.text) << step.until;
   }
-  pages.at.pass(6000 - now);
-  EXPECT_NE(pages.at.screen<DeleteViewController>(), nullptr) << "the removal still runs";
+  EXPECT_EQ(screen->deleteView->stroke_end(), 0) << "the removal still runs";
   removal.release();
   pages.at.settle();
+  EXPECT_EQ(screen->clean_label->text(), "Cleanup complete...");
   pages.at.pass(200);
   EXPECT_EQ(pages.at.screen<DeleteViewController>(), nullptr);
   EXPECT_FALSE(pages.ada.tree.exists("ada/Library/Logs/a.log"));
   EXPECT_TRUE(pages.ada.tree.exists("ada/.Trash/t")) << "switched off";
-  EXPECT_EQ(pages.cleaner.wasCleaned, 3'000'000);
+  EXPECT_EQ(pages.at.screen<CleanedViewController>()->was_cleaned_size->text(), "3 MB");
+  EXPECT_EQ(pages.cleaner.wasCleaned, 0);
+}
 
+TEST(DeleteViewController, takes_its_time_where_the_removal_needs_none) {
+  Pages pages;
+  pages.cleaner.search_large_files_with_complete_handler([](auto&&...) {});
+  pages.cleaner.large_files_item = std::make_shared<CleanerItem>();
+  pages.cleaner.large_files_item->files = {pages.ada.url("ada/Movies/short.mov")};
+  pages.cleaner.large_files_item->size = 60'000'000;
+  for (const char* on : {"Caches", "Logs", "Trash"}) pages.ada.platform.app_settings.set_boolean(on, false);
+  pages.ada.platform.app_settings.set_boolean("LargeFiles", true);
   pages.at.post("delete_view_controller");
+  const auto* screen = pages.at.screen<DeleteViewController>();
+  EXPECT_EQ(screen->clean_label->text(), "Clean up...") << "where there are no caches to begin with";
   pages.at.settle();
-  pages.at.pass(5890);
-  EXPECT_NE(pages.at.screen<DeleteViewController>(), nullptr) << "the show takes its time";
+  EXPECT_EQ(pages.cleaner.large_files_item, nullptr) << "what is gone is not chosen any more";
+  EXPECT_EQ(pages.cleaner.totalLargeFilesSize, 0) << "nor listed";
+  pages.at.pass(2700);
+  EXPECT_DOUBLE_EQ(screen->deleteView->stroke_end(), 0.5) << "of 5.4 s";
+  pages.at.pass(600);
+  EXPECT_EQ(screen->clean_label->text(), "Cleanup complete...");
+  pages.at.pass(2590);
+  EXPECT_EQ(pages.at.screen(), screen);
   pages.at.pass(10);
-  EXPECT_EQ(pages.at.screen<DeleteViewController>(), nullptr);
+  ASSERT_NE(pages.at.screen<CleanedViewController>(), nullptr);
+  EXPECT_EQ(pages.at.screen<CleanedViewController>()->was_cleaned_size->text(), "60 MB");
 }
 
 TEST(DeleteViewController, gives_what_is_left_to_the_helper_or_lists_it) {
@@ -453,8 +474,15 @@ TEST(DeleteViewController, gives_what_is_left_to_the_helper_or_lists_it) {
   EXPECT_NE(pages.at.screen<DeleteViewController>(), nullptr) << "half an answer is none";
   answers("Cancel");
   EXPECT_EQ(pages.at.workspace.asked.size(), 2) << "and all over again";
+  EXPECT_EQ(pages.at.context.removal.outcome.left.size(), 1);
+  std::filesystem::remove_all(pages.ada.tree.path("outside/kept"));
   answers("Complete");
-  EXPECT_EQ(pages.at.screen<DeleteViewController>(), nullptr);
+  const auto* cleaned = pages.at.screen<CleanedViewController>();
+  ASSERT_NE(cleaned, nullptr);
+  EXPECT_FALSE(cleaned->left_button->isVisible()) << "nobody knows yet what the helper has taken";
+  pages.at.settle();
+  EXPECT_FALSE(cleaned->left_button->isVisible()) << "it has taken all";
+  EXPECT_TRUE(pages.at.context.removal.outcome.left.empty());
 }
 
 }  // namespace

@@ -90,7 +90,7 @@ TEST(Screen, bears_a_home_that_vanishes_while_it_is_scanned_and_removed_from) {
   at.settle();
   at.pass(3500);
   EXPECT_FALSE(at.context.removal.running);
-  EXPECT_TRUE(at.context.removal.left.empty()) << "nothing is left of what is gone";
+  EXPECT_TRUE(at.context.removal.outcome.left.empty()) << "nothing is left of what is gone";
 }
 
 TEST(Screen, leaves_its_removal_going_when_the_window_goes) {
@@ -113,12 +113,12 @@ TEST(Screen, leaves_its_removal_going_when_the_window_goes) {
 
   ada.tree.file("ada/.Trash/d");
   cleaner.files = {ada.url("ada/.Trash/d")};
-  at.context.ending = true;
+  at.context.end();
   at.open();
   at.post("smart_cleanup_view_controller");
   at.settle();
-  ASSERT_EQ(at.context.removal.left.size(), 1U);
-  EXPECT_EQ(at.context.removal.left[0].reason, LeftReason::not_attempted);
+  ASSERT_EQ(at.context.removal.outcome.left.size(), 1U);
+  EXPECT_EQ(at.context.removal.outcome.left[0].reason, LeftReason::not_attempted);
 }
 
 }  // namespace

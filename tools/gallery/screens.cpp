@@ -129,16 +129,28 @@ SmartCleanupViewController* removal(Stage& stage) {
 }
 
 void removal_runs(Stage& stage) {
-  removal(stage)->progressView->set_stroke_end(0.4);
+  SmartCleanupViewController* screen = removal(stage);
+  screen->progressView->set_stroke_end(0.4);
+  screen->smart_size->setText(stage.context().byte_count(2'470'000'000));
 }
 
 void removal_done(Stage& stage) {
   removal(stage);
+  stage.finish_background();
+  stage.run_main_queue();
   stage.run_delayed();
+}
+
+void removal_question(Stage& stage) {
+  removal_runs(stage);
+  stage.context().may_close(*stage.window());
 }
 
 CleanedViewController* cleaned(Stage& stage) {
   stage.cleaner().wasCleaned = 6'180'000'000;
+  RemovalOutcome& outcome = stage.context().removal.outcome;
+  outcome.space_before = DiskSpace{128'000'000'000, 512'000'000'000};
+  outcome.space_after = DiskSpace{134'180'000'000, 512'000'000'000};
   return stage.show<CleanedViewController>(main_screens(), "Cleaned", &BackgroundView::animation_for_cleaned_view);
 }
 
@@ -148,8 +160,10 @@ void cleaned_all(Stage& stage) {
 
 void leave_some(Stage& stage) {
   const Url logs = stage.home().appending("Library/Logs");
-  stage.context().removal.left = {{logs.appending("DiagnosticReports"), LeftReason::no_permission},
-                                  {logs.appending("Sketchbook"), LeftReason::in_use}};
+  RemovalOutcome& outcome = stage.context().removal.outcome;
+  outcome.left = {{logs.appending("DiagnosticReports"), LeftReason::no_permission},
+                  {logs.appending("Sketchbook"), LeftReason::in_use}};
+  outcome.left_bytes = 2'100'000;
 }
 
 void cleaned_left(Stage& stage) {
@@ -359,6 +373,7 @@ constexpr std::array stages = {
     StageRow{"screen_smart_clean_warning", clean_warning},
     StageRow{"screen_smart_cleanup", removal_runs},
     StageRow{"screen_smart_cleanup_done", removal_done},
+    StageRow{"screen_smart_cleanup_question", removal_question},
     StageRow{"screen_junk_scan", junk_scan},
     StageRow{"screen_junk_scan_ends", junk_scan_ends},
     StageRow{"screen_categories_applications", pages_applications},

@@ -1,0 +1,54 @@
+"""A removal that takes its time: what it shows meanwhile, and how it is stopped."""
+
+import os
+
+import window
+from window import PROGRAM, byte_count, tree_of
+
+FOLDERS, FILES, BYTES = 1000, 60, 1000
+
+
+class Road(window.Window):
+    def test_a_removal_is_stopped_and_tells_what_went_and_what_stayed(self):
+        caches = self.home / "Library" / "Caches"
+        content = b"x" * BYTES
+        for folder in range(FOLDERS):
+            place = caches / f"many {folder}"
+            place.mkdir(parents=True)
+            for file in range(FILES):
+                handle = os.open(place / str(file), os.O_CREAT | os.O_WRONLY, 0o600)
+                os.write(handle, content)
+                os.close(handle)
+        self.grant_both()
+        someone = self.person
+        someone.starts([PROGRAM])
+        someone.presses("Scan")
+        someone.presses("Remove")
+        before = bytes_of(tree_of(self.home))
+        self.agree()
+        someone.sees("push button", "Stop")
+        someone.strikes("alt+F4")
+        someone.sees("dialog", "Stop removing?")
+        someone.presses("Keep going")
+        someone.waits_for("the question to go", lambda: not someone.find("dialog", "Stop removing?"))
+        someone.reads("removed of ")
+        someone.strikes("Escape")
+        someone.reads("Stopped. ")
+        gone = before - bytes_of(tree_of(self.home))
+        self.assertTrue(0 < gone < before)
+        someone.sees("label", byte_count(gone))
+        someone.sees("label", f"Cleaned so far: {byte_count(gone)}")
+        someone.presses("Show list")
+        someone.reads("~/Library/Caches/many ")
+        someone.presses("Close")
+        self.close_window()
+        self.assertEqual(self.settings()["TotallyCleaned"], gone)
+
+
+def bytes_of(tree):
+    """Of the files and links of a tree."""
+    return sum(state[2] for state in tree.values() if len(state) > 2)
+
+
+if __name__ == "__main__":
+    window.main(__file__)
