@@ -21,10 +21,9 @@ namespace tarnby {
 
 namespace {
 
-constexpr int usual_row_height = 48;
+constexpr int usual_row_height = 52;
 constexpr int edge = 12;
 constexpr int icon_side = 24;
-constexpr int tool_height = 28;
 
 enum Role { folder_role = Qt::UserRole, reason_role, image_role };
 
@@ -158,10 +157,7 @@ LeftList::LeftList(AppContext& context, const QSize& size, QWidget* parent)
   row->setSpacing(theme::grid);
   show_button = new PushButton(context.text("Show"), ButtonKind::plain, tools_);
   copy_button = new PushButton(context.text("Copy path"), ButtonKind::plain, tools_);
-  for (PushButton* button : {show_button, copy_button}) {
-    button->setFixedHeight(scaled(tool_height));
-    row->addWidget(button);
-  }
+  for (PushButton* button : {show_button, copy_button}) row->addWidget(button);
   connect(show_button, &QAbstractButton::clicked, this, &LeftList::show_entry);
   connect(copy_button, &QAbstractButton::clicked, this, &LeftList::copy_path);
   tools_->hide();
@@ -171,6 +167,8 @@ LeftList::~LeftList() = default;
 
 void LeftList::show_lines(std::vector<Line> lines) {
   model_->set_lines(std::move(lines));
+  constexpr int least_rows = 3;
+  setFixedHeight(std::min(height(), std::max(least_rows, model_->rowCount()) * scaled(usual_row_height)));
   if (model_->rowCount() > 0) setCurrentIndex(model_->index(0));
   place_tools();
 }

@@ -24,6 +24,7 @@ class LeftList : public QListView {
   LeftList(AppContext& context, const QSize& size, QWidget* parent);
   ~LeftList() override;
 
+  /// To be called once; a short list takes less than its size.
   void show_lines(std::vector<Line> lines);
 
   PushButton* show_button;

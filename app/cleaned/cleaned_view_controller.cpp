@@ -108,16 +108,16 @@ void CleanedViewController::add_space(QVBoxLayout* layout) {
 
 void CleanedViewController::add_left(QVBoxLayout* layout) {
   left_card_ = new Panel(this);
-  left_card_->setFixedWidth(scaled(card_width));
+  left_card_->setMinimumWidth(scaled(card_width));
   auto* row = new QHBoxLayout(left_card_);
-  row->setContentsMargins(20, theme::grid, theme::grid, theme::grid);
+  row->setContentsMargins(2 * theme::grid, theme::grid, 2 * theme::grid, theme::grid);
+  row->setSpacing(2 * theme::grid);
   auto* words = new QVBoxLayout;
   words->setSpacing(0);
   left_label = text_label({}, theme::Type::body, theme::text, left_card_, theme::Weight::strong);
   left_size = text_label({}, theme::Type::detail, theme::text, left_card_);
   for (QLabel* line : {left_label, left_size}) {
     align_at_beginning(line);
-    line->setWordWrap(true);
     words->addWidget(line);
   }
   row->addLayout(words, 1);

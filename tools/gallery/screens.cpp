@@ -124,6 +124,9 @@ void clean_warning(Stage& stage) {
 
 SmartCleanupViewController* removal(Stage& stage) {
   stage.cleaner().wasCleaned = 6'180'000'000;
+  for (int entry = 0; entry < 38; ++entry) {
+    stage.cleaner().files.push_back(stage.home().appending("Library/Caches/" + std::to_string(entry)));
+  }
   return stage.show<SmartCleanupViewController>(smart_screens(), "SmartCleanup",
                                                 &BackgroundView::animation_for_delete_view);
 }
@@ -132,6 +135,7 @@ void removal_runs(Stage& stage) {
   SmartCleanupViewController* screen = removal(stage);
   screen->progressView->set_stroke_end(0.4);
   screen->smart_size->setText(stage.context().byte_count(2'470'000'000));
+  screen->entries_label->setText(stage.context().plural(38, "%@ of one entry", "%@ of %@ entries", {"15"}));
 }
 
 void removal_done(Stage& stage) {
