@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "engine/why_left.h"
-#include "platform/disk_space.h"
 #include "platform/file_manager.h"
+#include "platform/free_space.h"
 
 namespace tarnby {
 

@@ -10,6 +10,7 @@ FOLDERS, FILES, BYTES = 1000, 60, 1000
 
 class Road(window.Window):
     def test_a_removal_is_stopped_and_tells_what_went_and_what_stayed(self):
+        import person  # only within a desktop
         caches = self.home / "Library" / "Caches"
         content = b"x" * BYTES
         for folder in range(FOLDERS):
@@ -20,6 +21,7 @@ class Road(window.Window):
                 os.write(handle, content)
                 os.close(handle)
         self.grant_both()
+        self.person = person.Person()  # whose patience begins now
         someone = self.person
         someone.starts([PROGRAM])
         someone.presses("Scan")
