@@ -83,6 +83,7 @@ RemovalJob DeleteViewController::job() {
 void DeleteViewController::removal_is_over() {
   cleanup_complete = true;
   if (std::exchange(sharedCleaner.large_files_item, nullptr) == nullptr) return;
+  context_.large_files_are_known = false;
   sharedCleaner.totalLargeFilesSize = 0;
   sharedCleaner.largeFiles.clear();
   sharedCleaner.outlineItems.clear();
