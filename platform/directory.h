@@ -47,11 +47,12 @@ class DirectoryReader {
   DirectoryReader& operator=(const DirectoryReader&) = delete;
 
   /// The next entries of the folder, in the order in which the file system gives them. Empty at the end, and when it
-  /// cannot be read (getdents64(2)), see `error`. Their kinds are all told; an entry whose kind nobody tells is missing.
+  /// cannot be read (getdents64(2)), see `error`. Their kinds are all told; an entry whose kind nobody tells is
+  /// missing.
   std::span<const RawEntry> read(int folder);
 
-  /// Why something is missing in what the last call gave (errno(3)), else 0. EIO when it could not read on, whatever the
-  /// system said: an open folder may be read.
+  /// Why something is missing in what the last call gave (errno(3)), else 0. EIO when it could not read on, whatever
+  /// the system said: an open folder may be read.
   int error() const { return error_; }
 
   /// True when the last batch filled the buffer well enough that another one is likely to follow.

@@ -28,8 +28,7 @@ Url stored(TestPlatform& ada, Grant grant) {
 
 /// The access screen of a window, and somebody who picks folders on it.
 struct Asked {
-  explicit Asked(TestWindow& window)
-      : at(window), screen(*window.screen<SandboxViewController>(Layer::overlay)) {}
+  explicit Asked(TestWindow& window) : at(window), screen(*window.screen<SandboxViewController>(Layer::overlay)) {}
 
   void pick(Grant grant, std::string_view folder) {
     button(grant)->click();
