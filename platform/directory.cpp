@@ -115,4 +115,15 @@ std::size_t handle_limit() {
   return limit.rlim_cur;
 }
 
+std::size_t spare_handles() {
+  constexpr std::size_t plenty = 256;
+  const std::size_t limit = handle_limit();
+  if (limit >= plenty) return limit;
+  std::size_t spare = 0;
+  for (int handle = 0; handle < static_cast<int>(limit); ++handle) {
+    if (fcntl(handle, F_GETFD) < 0) ++spare;
+  }
+  return spare;
+}
+
 }  // namespace tarnby

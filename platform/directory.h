@@ -128,4 +128,7 @@ void raise_handle_limit();
 /// How many handles this process may hold open.
 std::size_t handle_limit();
 
+/// How many more it may open now. Counted only where the limit is low enough to matter.
+std::size_t spare_handles();
+
 }  // namespace tarnby

@@ -22,6 +22,10 @@ unsigned cores() {
   return std::max(2U, std::thread::hardware_concurrency());
 }
 
+unsigned at_most(unsigned most, unsigned workers) {
+  return most > 0 ? std::min(most, workers) : workers;
+}
+
 /// Longer than a folder of so many entries takes on any machine that finds all of it in its caches.
 Clock::duration without_a_disk(std::size_t entries) {
   return std::chrono::microseconds(50 + 4 * entries);
@@ -62,10 +66,21 @@ Descriptor TraversalJob::open_below(int parent, const TraversedFolder& folder) {
   return open_folder_at(parent, folder.name().c_str());
 }
 
-Traversal::Traversal(unsigned workers, std::size_t handles)
-    : most_workers_(workers > 0 ? workers : std::max(workers_for_a_disk, cores())),
-      wanted_workers_(workers > 0 ? workers : cores()),
-      most_handles_(handles > 0 ? handles : handle_limit() / 3) {}
+Traversal::HandleShare Traversal::share_of_handles() {
+  // Granted folders that are yet to be opened, and who lists or reads beside the workers.
+  constexpr std::size_t others = 6;
+  // As many as one that goes on alone has open.
+  constexpr std::size_t each_worker = 4;
+  const std::size_t spare = spare_handles();
+  const std::size_t share = spare > others ? spare - others : 0;
+  const std::size_t kept = share / 3;
+  return {kept, static_cast<unsigned>(std::max<std::size_t>(1, (share - kept) / each_worker))};
+}
+
+Traversal::Traversal(unsigned workers, HandleShare share)
+    : most_workers_(at_most(share.workers, workers > 0 ? workers : std::max(workers_for_a_disk, cores()))),
+      wanted_workers_(at_most(share.workers, workers > 0 ? workers : cores())),
+      most_handles_(share.kept) {}
 
 Traversal::~Traversal() {
   std::unique_lock lock(mutex_);
@@ -79,20 +94,26 @@ Traversal::~Traversal() {
 
 void Traversal::start(TraversalJob& job, std::span<const TraversalStart> starts, Turn turn) {
   if (starts.empty()) return;
+  std::vector<std::unique_ptr<TraversedFolder>> folders;
+  std::vector<Task> tasks;
+  tasks.reserve(starts.size());
+  for (const TraversalStart& start : starts) {
+    folders.push_back(std::unique_ptr<TraversedFolder>(new TraversedFolder(job, nullptr, start.path, start.account)));
+    tasks.push_back({folders.back().get(), false});
+  }
   std::unique_lock lock(mutex_);
+  running_.reserve(running_.size() + 1);
+  if (turn == Turn::now) {
+    make_room(tasks.size());
+    stack_.insert(stack_.end(), tasks.begin(), tasks.end());
+  } else {
+    starts_.insert(starts_.end(), tasks.begin(), tasks.end());
+  }
+  // Owned by their users from here on; done_with deletes each when its last one goes.
+  for (auto& folder : folders) (void)folder.release();
   if (job.unfinished_ == 0) running_.push_back(&job);
   if (stopped_ && job.only_looks()) job.cancel();
   job.unfinished_ += starts.size();
-  for (const TraversalStart& start : starts) {
-    // Owned by its users from here on; done_with deletes it when the last one goes.
-    auto folder = std::unique_ptr<TraversedFolder>(new TraversedFolder(job, nullptr, start.path, start.account));
-    const Task task = {folder.release(), false};
-    if (turn == Turn::now) {
-      stack_.push_back(task);
-    } else {
-      starts_.push_back(task);
-    }
-  }
   add_workers(starts.size());
   if (!workers_.empty()) return;
   lock.unlock();
@@ -127,22 +148,27 @@ bool Traversal::stopped_looking() const {
   return stopped_;
 }
 
+/// Makes room on the stack, or throws before anything depends on it. Under the mutex.
+void Traversal::make_room(std::size_t more) {
+  if (stack_.capacity() - stack_.size() >= more) return;
+  stack_.reserve(std::max(2 * stack_.capacity(), stack_.size() + more));
+}
+
 /// Wakes idle workers, or makes new ones, for so many new tasks. Under the mutex.
 void Traversal::add_workers(std::size_t waiting) {
   for (std::size_t woken = std::min(waiting, idle_); woken > 0; --woken) work_waits_.notify_one();
   if (waiting <= idle_) return;
   for (std::size_t missing = waiting - idle_; missing > 0 && workers_.size() < wanted_workers_; --missing) {
     try {
-      workers_.emplace_back([this] { work(); });
-    } catch (const std::system_error&) {
-      return;  // with fewer it takes longer
+      workers_.emplace_back([this, tools = std::make_unique<Tools>()] { work(*tools); });
+    } catch (const std::exception&) {  // no thread, or no memory for one
+      return;                          // with fewer it takes longer
     }
   }
 }
 
-void Traversal::work() {
+void Traversal::work(Tools& tools) {
   if (confined_) (void)give_up_changing({});
-  Tools tools;
   Task task = {};
   ThreadWaits waits;
   long folders = 0;
@@ -174,17 +200,40 @@ bool Traversal::next(Task& task) {
   return true;
 }
 
+/// Null when there is no memory for them.
+std::unique_ptr<Traversal::Tools> Traversal::make_tools() {
+  try {
+    return std::make_unique<Tools>();
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+}
+
 /// What work() does, on a thread that has more to do than to wait for tasks.
 void Traversal::work_alone() {
-  Tools tools;
+  const std::unique_ptr<Tools> tools = make_tools();
   Task task = {};
   std::unique_lock lock(mutex_);
   while (!stack_.empty() || !starts_.empty()) {
     take_next(task);
     lock.unlock();
-    step(task, tools);
+    if (tools) {
+      step(task, *tools);
+    } else {
+      give_up(task);
+    }
     lock.lock();
   }
+}
+
+/// Leaves a folder for which there is no memory.
+void Traversal::give_up(const Task& task) {
+  TraversedFolder& folder = *task.folder;
+  folder.error_ = ENOMEM;
+  const bool holds_parent = !task.reading && folder.parent_ && !folder.job_.keeps_handles();
+  if (holds_parent) done_with_handle(*folder.parent_);
+  done_with_handle(folder);
+  done_with(&folder);
 }
 
 /// Under the mutex, and only when there is one.
@@ -214,15 +263,13 @@ std::size_t Traversal::step(const Task& task, Tools& tools) {
 
 bool Traversal::open(TraversedFolder& folder) {
   TraversalJob& job = folder.job_;
-  TraversedFolder* parent = folder.parent_;
+  const TraversedFolder* parent = folder.parent_;
   Descriptor handle;
   errno = ECANCELED;
-  if (!job.cancelled()) {
-    if (!parent) {
-      handle = job.open_start(folder);
-    } else {
-      handle = job.open_below(parent->handle_, folder);
-    }
+  try {
+    if (!job.cancelled()) handle = parent ? job.open_below(parent->handle_, folder) : job.open_start(folder);
+  } catch (const std::bad_alloc&) {
+    errno = ENOMEM;
   }
   if (!handle) folder.error_ = errno;
   if (!handle) return false;
@@ -231,23 +278,34 @@ bool Traversal::open(TraversedFolder& folder) {
   return true;
 }
 
+std::span<const RawEntry> Traversal::read_batch(TraversedFolder& folder, int handle, Tools& tools) {
+  const auto entries = tools.reader.read(handle);
+  if (tools.reader.error() != 0) folder.error_ = tools.reader.error();
+  return entries;
+}
+
+/// There was no memory for a batch. What its job has named may stand for nothing that the job has noted.
+void Traversal::run_short(TraversedFolder& folder, Tools& tools) {
+  folder.error_ = ENOMEM;
+  tools.enter.found_.clear();
+}
+
 /// Reads batch by batch; from a full batch on, the rest of the folder is a task of its own.
 std::size_t Traversal::read(TraversedFolder& folder, Tools& tools) {
-  TraversalJob& job = folder.job_;
-  tools.enter.parent_ = &folder;
   std::size_t visited = 0;
-  bool handed_on = false;
-  while (!handed_on && !job.cancelled()) {
-    const auto entries = tools.reader.read(folder.handle_);
-    if (entries.empty()) {
-      folder.error_ = tools.reader.error();
-      break;
+  try {
+    tools.enter.parent_ = &folder;
+    bool handed_on = false;
+    while (!handed_on && !folder.job_.cancelled()) {
+      const auto entries = read_batch(folder, folder.handle_, tools);
+      if (entries.empty()) break;
+      handed_on = tools.reader.likely_more() && hand_on_reading(folder);
+      folder.job_.visit(folder, folder.handle_, entries, tools.enter);
+      visited += entries.size();
+      enter(tools.enter);
     }
-    handed_on = tools.reader.likely_more();
-    if (handed_on) hand_on_reading(folder);
-    job.visit(folder, folder.handle_, entries, tools.enter);
-    visited += entries.size();
-    enter(tools.enter);
+  } catch (const std::bad_alloc&) {
+    run_short(folder, tools);
   }
   done_with_handle(folder);
   done_with(&folder);
@@ -291,9 +349,18 @@ class Traversal::LoneWalk {
     waiting.pop_back();
     Descriptor handle = open(*child);
     Folders below = handle ? read(*child, handle.get()) : Folders();
-    if (below.empty()) return leave(*child);
+    if (below.empty() || !has_room(*child)) return leave(*child);
     levels_.push_back({std::move(child), std::move(below), std::move(handle), {}});
     if (levels_.size() > 3) give_up_handle(levels_[levels_.size() - 3]);
+  }
+
+  /// For one more level; else what is below the folder is left alone.
+  bool has_room(TraversedFolder& folder) try {
+    if (levels_.size() == levels_.capacity()) levels_.reserve(2 * levels_.size());
+    return true;
+  } catch (const std::bad_alloc&) {
+    folder.error_ = ENOMEM;
+    return false;
   }
 
   void go_up() {
@@ -320,23 +387,27 @@ class Traversal::LoneWalk {
   Descriptor open(TraversedFolder& child) {
     Descriptor opened;
     errno = job_.cancelled() ? ECANCELED : ENOENT;
-    if (!job_.cancelled() && handle() >= 0) opened = job_.open_below(handle(), child);
+    try {
+      if (!job_.cancelled() && handle() >= 0) opened = job_.open_below(handle(), child);
+    } catch (const std::bad_alloc&) {
+      errno = ENOMEM;
+    }
     if (!opened) child.error_ = errno;
     return opened;
   }
 
-  Folders read(TraversedFolder& folder, int opened) {
+  Folders read(TraversedFolder& folder, int opened) try {
     tools_.enter.parent_ = &folder;
     while (!job_.cancelled()) {
-      const auto entries = tools_.reader.read(opened);
-      if (entries.empty()) {
-        folder.error_ = tools_.reader.error();
-        break;
-      }
+      const auto entries = read_batch(folder, opened, tools_);
+      if (entries.empty()) break;
       job_.visit(folder, opened, entries, tools_.enter);
       visited_ += entries.size();
     }
     return std::exchange(tools_.enter.found_, {});
+  } catch (const std::bad_alloc&) {
+    run_short(folder, tools_);
+    return {};
   }
 
   void leave(const TraversedFolder& folder) { job_.leave(folder, job_.keeps_handles() ? handle() : -1); }
@@ -349,26 +420,37 @@ class Traversal::LoneWalk {
 };
 
 std::size_t Traversal::go_on_alone(TraversedFolder& folder, Tools& tools) {
-  const std::size_t visited = LoneWalk(folder, tools).run();
+  std::size_t visited = 0;
+  try {
+    visited = LoneWalk(folder, tools).run();
+  } catch (const std::bad_alloc&) {  // before it has begun: later it needs none that it does not wait for
+    run_short(folder, tools);
+  }
   done_with_handle(folder);
   done_with(&folder);
   return visited;
 }
 
-void Traversal::hand_on_reading(TraversedFolder& folder) {
+/// False when there is no memory to note it: whoever reads goes on alone.
+bool Traversal::hand_on_reading(TraversedFolder& folder) try {
+  const std::lock_guard lock(mutex_);
+  make_room(1);
   folder.users_.fetch_add(1, std::memory_order_relaxed);
   folder.handle_users_.fetch_add(1, std::memory_order_relaxed);
-  const std::lock_guard lock(mutex_);
   stack_.push_back({&folder, true});
   add_workers(1);
+  return true;
+} catch (const std::bad_alloc&) {
+  return false;
 }
 
 void Traversal::enter(FoldersToEnter& folders) {
   if (folders.found_.empty()) return;
   const auto count = static_cast<std::uint32_t>(folders.found_.size());
+  const std::lock_guard lock(mutex_);
+  make_room(count);
   folders.parent_->users_.fetch_add(count, std::memory_order_relaxed);
   folders.parent_->handle_users_.fetch_add(count, std::memory_order_relaxed);
-  const std::lock_guard lock(mutex_);
   // Owned by their users from here on; done_with deletes each when its last one goes.
   for (std::unique_ptr<TraversedFolder>& child : folders.found_) stack_.push_back({child.release(), false});
   folders.found_.clear();

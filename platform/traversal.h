@@ -50,7 +50,7 @@ class TraversedFolder {
   /// What the job keeps book on for this folder: a number of the job's own choosing.
   std::size_t account() const { return account_; }
   /// Why it could not be opened, or not be read to its end (errno(3)); 0 when it was.
-  int error() const { return error_; }
+  int error() const { return error_.load(std::memory_order_relaxed); }
 
  private:
   friend class Traversal;
@@ -63,7 +63,7 @@ class TraversedFolder {
   std::string name_;
   std::size_t account_;
   int handle_ = -1;
-  int error_ = 0;
+  std::atomic<int> error_{0};
   /// Whoever is at work in this folder, and its children that have not been left.
   std::atomic<std::uint32_t> users_{1};
   /// The same, counting children only until they no longer need this folder's handle: until they are open, or, where
@@ -85,7 +85,9 @@ class FoldersToEnter {
   std::vector<std::unique_ptr<TraversedFolder>> found_;
 };
 
-/// What is done along one traversal. The functions are called by several workers at once, also for one folder.
+/// What is done along one traversal. The functions are called by several workers at once, also for one folder. Where
+/// `visit` or an opening runs out of memory, the folder's error is ENOMEM, and none of the folders are entered that
+/// this batch has named; `leave` must do without.
 class TraversalJob {
  public:
   virtual ~TraversalJob() = default;
@@ -132,10 +134,11 @@ struct TraversalStart {
 class Traversal {
  public:
   /// @param workers how many folders are read at once, from the start; 0 chooses for this machine and its disk.
-  /// @param handles how many handles it may keep open; 0 takes a third of what this process is allowed. Past that
-  /// number
-  ///   each worker goes on alone through all that is below the folder it is in, with at most three more, see LoneWalk.
-  explicit Traversal(unsigned workers = 0, std::size_t handles = 0);
+  /// @param handles how many handles it may keep open; 0 takes a third of what this process may still open, and no more
+  ///   workers than the rest is enough for. Past that number each worker goes on alone through all that is below the
+  ///   folder it is in, with at most three more, see LoneWalk.
+  explicit Traversal(unsigned workers = 0, std::size_t handles = 0)
+      : Traversal(workers, handles > 0 ? HandleShare{handles, workers} : share_of_handles()) {}
   /// Cancels what is running and waits for it to end.
   ~Traversal();
   Traversal(const Traversal&) = delete;
@@ -163,6 +166,14 @@ class Traversal {
   bool stopped_looking() const;
 
  private:
+  /// How many handles are kept open, and for how many workers there are enough beside them; 0: for any number.
+  struct HandleShare {
+    std::size_t kept;
+    unsigned workers;
+  };
+  static HandleShare share_of_handles();
+  Traversal(unsigned workers, HandleShare share);
+
   struct Task {
     TraversedFolder* folder;
     bool reading;  // opened before, go on reading
@@ -174,17 +185,22 @@ class Traversal {
   };
   class LoneWalk;
 
-  void work();
+  static std::unique_ptr<Tools> make_tools();
+  void work(Tools& tools);
   bool next(Task& task);
   void work_alone();
   void take_next(Task& task);
+  void make_room(std::size_t more);
   void add_workers(std::size_t waiting);
   void want_another_worker();
   std::size_t step(const Task& task, Tools& tools);
   bool open(TraversedFolder& folder);
+  void give_up(const Task& task);
+  static std::span<const RawEntry> read_batch(TraversedFolder& folder, int handle, Tools& tools);
+  static void run_short(TraversedFolder& folder, Tools& tools);
   std::size_t read(TraversedFolder& folder, Tools& tools);
   std::size_t go_on_alone(TraversedFolder& folder, Tools& tools);
-  void hand_on_reading(TraversedFolder& folder);
+  bool hand_on_reading(TraversedFolder& folder);
   void enter(FoldersToEnter& folders);
   void done_with(TraversedFolder* folder);
   void done_with_handle(TraversedFolder& folder);

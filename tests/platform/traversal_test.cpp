@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -12,9 +13,11 @@
 #include <functional>
 #include <latch>
 #include <map>
+#include <new>
 #include <set>
 #include <thread>
 
+#include "platform/measurer.h"
 #include "tests/support/deep_chain.h"
 #include "tests/support/random_tree.h"
 #include "tests/support/seed.h"
@@ -181,6 +184,60 @@ TEST(Traversal, its_end_cancels_what_is_running_and_leaves_what_was_entered) {
     EXPECT_LT(diary.left.size(), 101U) << "not everything was visited";
     EXPECT_TRUE(diary.left.contains(tree.path("top")));
     for (const auto& [path, error] : diary.left) EXPECT_TRUE(error == 0 || error == ECANCELED) << path;
+  }
+}
+
+TEST(Traversal, without_memory_for_a_folder_tells_so_and_goes_on_with_the_others) {
+  TempTree tree;
+  for (const char* path : {"top/a/x/y", "top/short/x/y", "top/b/short/x", "top/c/x"}) tree.folder(path);
+  struct Short final : Diary {
+    using Diary::Diary;
+    void visit(const TraversedFolder& folder, int handle, std::span<const RawEntry> entries,
+               FoldersToEnter& enter) override {
+      if (folder.name() != "short") return Diary::visit(folder, handle, entries, enter);
+      enter.add(entries.front().name, 0);
+      throw std::bad_alloc();
+    }
+    Descriptor open_below(int parent, const TraversedFolder& folder) override {
+      if (folder.name() == "c") throw std::bad_alloc();
+      return Diary::open_below(parent, folder);
+    }
+  };
+  for (const bool keeps_handles : {false, true}) {
+    for (const Team& team : teams) {
+      SCOPED_TRACE(team.why());
+      Short diary(keeps_handles);
+      traverse(team, diary, tree.path("top"));
+      std::map<std::string, int> left;
+      for (const auto& [path, error] : diary.left) left[path.substr(tree.path().size() + 1)] = error;
+      EXPECT_THAT(left, testing::UnorderedElementsAre(
+                            std::pair("top", 0), std::pair("top/a", 0), std::pair("top/a/x", 0),
+                            std::pair("top/a/x/y", 0), std::pair("top/b", 0), std::pair("top/c", ENOMEM),
+                            std::pair("top/short", ENOMEM), std::pair("top/b/short", ENOMEM)));
+    }
+  }
+}
+
+TEST(Traversal, few_handles_are_shared_so_that_all_is_measured_and_removed) {
+  for (const rlim_t handles : {12U, 14U, 16U, 20U}) {
+    SCOPED_TRACE(std::to_string(handles) + " handles in all");
+    TempTree tree;
+    for (int i = 0; i < 200; ++i) {
+      const std::string number = std::to_string(i);
+      tree.file("home/" + std::to_string(i % 7) + "/" + number + "/a/b/c/" + number, 1);
+    }
+    test::as_plain_user(tree, [&] {
+      ASSERT_EQ(close_range(3, ~0U, 0), 0);
+      const rlimit limit = {handles, handles};
+      ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &limit), 0);
+      FileManager files(8);
+      for (const char* grant : {"home", ""}) ASSERT_TRUE(files.granted().add(Grant::disk, tree.url(grant)));
+      std::vector<Url> all = files.list_urls(tree.url("home"));
+      const LookWatch watch;
+      EXPECT_EQ(Measurer(files).overall_size_of_files(all), 200);
+      EXPECT_FALSE(watch.missed().anything());
+      for (const Removal& removal : files.remove(all)) EXPECT_FALSE(removal.error) << removal.error.message();
+    });
   }
 }
 

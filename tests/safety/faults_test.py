@@ -149,6 +149,9 @@ class Bearing:
                 before = home.snapshot()
                 run = home.run(*self.command, b"--yes", under=["prlimit", f"--nofile={handles}:{handles}"])
                 self.check(home, before, run)
+                if handles >= 12:
+                    self.assertEqual((run.status, run.err), (0, ""), "so many are enough")
+                    self.assertEqual(len(run.told["removed"]), len(self.listed))
 
     def test_each_call_of_the_first_thread(self):
         runs = []
