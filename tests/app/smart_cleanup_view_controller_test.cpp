@@ -45,7 +45,6 @@ TEST(SmartCleanupViewController, takes_its_time_where_the_removal_needs_none) {
     EXPECT_EQ(screen->smart_size->text(), number);
     EXPECT_EQ(screen->smart_item->text(), line);
   };
-  shows("Zero KB", "Removing what you chose...");
   at.settle();
   shows("5 MB", "Removing what you chose...");
   EXPECT_TRUE(screen->stop_button->isHidden()) << "there is nothing to stop any more";
