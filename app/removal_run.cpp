@@ -19,6 +19,7 @@ bool stands_before(const Url& one, const Url& other) {
 /// Bytes of what was left; what lies inside something else that was left is counted with that.
 std::int64_t bytes_of(Measurer& measurer, const std::vector<LeftEntry>& left) {
   std::vector<Url> urls;
+  urls.reserve(left.size());
   for (const LeftEntry& entry : left) urls.push_back(entry.url);
   std::ranges::sort(urls, stands_before);
   std::vector<Url> outermost;
