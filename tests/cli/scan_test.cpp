@@ -7,6 +7,7 @@
 
 namespace tarnby::test {
 
+using testing::AnyOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
@@ -34,6 +35,7 @@ TEST(Scan, tells_what_it_could_not_see_and_ends_with_4_when_the_system_failed) {
       SCOPED_TRACE(std::to_string(handles) + " handles for " + command);
       const ProgramResult result = with_handles(handles, home.command({command, "--json"}));
       if (result.status == 3) continue;  // not even the home could be opened
+      ASSERT_THAT(result.status, AnyOf(0, 4)) << result.err;
       std::size_t problems = 0;
       const Json told = Json::parse(result.out);
       for (const Json& group : told[list]) {
@@ -44,8 +46,11 @@ TEST(Scan, tells_what_it_could_not_see_and_ends_with_4_when_the_system_failed) {
       EXPECT_EQ(result.status, problems > 0 ? 4 : 0);
       EXPECT_EQ(result.err, "");
       was_cut_short = was_cut_short || problems > 0;
-      if (problems == 0) continue;
-      EXPECT_THAT(with_handles(handles, home.command({command})).out, HasSubstr(" could not be read"));
+      // Which of its threads gets a handle is chance, so another run may see more or less.
+      const ProgramResult table = with_handles(handles, home.command({command}));
+      const bool says_so = table.out.find(" could not be read") != std::string::npos;
+      if (table.status == 3) continue;
+      EXPECT_EQ(table.status, says_so ? 4 : 0);
     }
     EXPECT_TRUE(was_cut_short);
   }

@@ -102,6 +102,7 @@ std::vector<QModelIndex> groups_of(const QTreeView& outline) {
 /// A group's name is told whole; the note beside it only where there is room.
 void expect_room_in_rows(Stage& stage) {
   for (const auto* outline : stage.window()->findChildren<OutlineView*>()) {
+    if (!outline->isVisibleTo(stage.window())) continue;
     for (const QModelIndex& group : groups_of(*outline)) {
       SCOPED_TRACE(group.data().toString().toStdString());
       const OutlineRow row(group, QRect(0, 0, outline->viewport()->width(), 100), Qt::LeftToRight);
@@ -130,6 +131,12 @@ std::vector<QString> words_of(Stage& stage) {
     }
   }
   return words;
+}
+
+/// The text without the paths in it, which no table has.
+QString without_paths(QString words) {
+  static const QRegularExpression path(QStringLiteral("(/\u2060?[^\\s/]+)+"));
+  return words.remove(path);
 }
 
 /// What stands outside the brackets that every text of the pseudo language has, without names.
@@ -193,7 +200,8 @@ TEST_P(Layout, texts_half_as_long_again_have_room_and_none_stays_english) {
   stage.pass(100);
   expect_room(shown_in(stage));
   expect_room_in_rows(stage);
-  for (const QString& words : words_of(stage)) {
+  for (const QString& said : words_of(stage)) {
+    const QString words = without_paths(said);
     EXPECT_EQ(not_localized(words).toStdString(), "");
     EXPECT_FALSE(says_in_english(words, pseudo)) << words.toStdString();
   }

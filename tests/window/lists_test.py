@@ -35,7 +35,7 @@ class Road(window.Window):
         someone = self.person
         name = pwd.getpwuid(os.getuid()).pw_name
         for number, (places, title) in enumerate((
-                (["Library/Logs", "Library/Caches", ".Trash"], "There is nothing to remove"),
+                (["Library/Logs", "Library/Caches", ".Trash", "Downloads"], "There is nothing to remove"),
                 (["Music"], "There was nothing to look at"),
                 ([], "There is nothing here yet"))):
             self.home = self.folder / f"home {number}" / name

@@ -17,6 +17,7 @@ REVEAL, PREVIEW, INFORMATION = 1, 2, 3  # how far down in the menu of a row
 # A name that is no UTF-8 and full of what means something in an address, of a picture in one colour.
 PICTURE = b"caf\xe9 #1%41?&;'\"\xc3\xa9~.ppm"
 MAGENTA = b"\xff\x00\xff"
+PANEL = b"\x50\x45\x42"  # what lies behind a list; no screen before has it
 
 # Who answers in the name of the file manager is told to the bus in files; these come before the installed ones.
 SERVICE = pathlib.Path(os.environ.get("XDG_RUNTIME_DIR", "/nowhere"), "dbus-1", "services", f"{FILE_MANAGER}.service")
@@ -161,7 +162,10 @@ class Road(window.Window):
         main = someone.waits_for("the window", someone.window)
         someone.waits_for("the window in front", lambda: someone.has_in_front(main))
 
-        def reveals():  # at first the last of these begins a scan, during which keys do nothing
+        someone.strikes("Return")
+        someone.waits_for("what was found", lambda: desktop.Screen().shows(PANEL, 200, 200))
+
+        def reveals():
             someone.strikes("End", "Right", "End", "Menu", "Down", "Return")
             return (self.folder / "opened").read_text().splitlines()
         self.assertEqual(set(someone.waits_for("the folder opened", reveals)), {address(self.trash)})
