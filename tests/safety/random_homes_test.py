@@ -29,7 +29,7 @@ CATEGORIES = [b"Caches", b"Logs", b"Remainders", b"Browsers", b"Mails", b"Trash"
 
 def without_unreadable(err):
     """What was told beside that a place may not be read, which these homes have."""
-    return re.sub(r"tarnby-cleaner-cli: \w+: [^\n]* may not be read\n", "", err)
+    return re.sub(r"tarnby-cleaner-cli: [^\n]* may not be read\n", "", err)
 
 
 def size_of(told):
