@@ -27,11 +27,13 @@ TEST(Scan, tells_what_it_could_not_see_and_ends_with_4_when_the_system_failed) {
   const auto with_handles = [&](int handles, const ProgramRun& run) {
     return run_program(after_shell("ulimit -n " + std::to_string(handles) + ";", run));
   };
-  if (with_handles(8, home.bare({"--version"})).status != 0) GTEST_SKIP() << "this build needs handles of its own";
+  const auto starts_with = [&](int handles) { return with_handles(handles, home.bare({"--version"})).status == 0; };
+  if (!starts_with(8)) GTEST_SKIP() << "this build needs handles of its own";
   const std::pair<const char*, const char*> lists[] = {{"scan", "groups"}, {"junk", "categories"}};
   for (const auto& [command, list] : lists) {
     bool was_cut_short = false;
     for (int handles = 4; handles <= 9; ++handles) {
+      if (!starts_with(handles)) continue;  // whoever runs the tests may have left it some more, open
       SCOPED_TRACE(std::to_string(handles) + " handles for " + command);
       const ProgramResult result = with_handles(handles, home.command({command, "--json"}));
       if (result.status == 3) continue;  // not even the home could be opened
