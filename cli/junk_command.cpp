@@ -108,6 +108,7 @@ ExitStatus run_cleanup(Context& context) {
   run_junk_scan(context, cleaner);
   const std::vector<CleanupCategory> categories = switched_on(context);
   std::vector<std::string_view> names;
+  names.reserve(categories.size());
   for (const CleanupCategory& category : categories) names.push_back(category.setting);
   tell_problems(context, cleaner, names);
   Cleaning cleaning;

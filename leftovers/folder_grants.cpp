@@ -51,7 +51,7 @@ Access FolderGrants::access() const {
 GrantState FolderGrants::take(Grant grant, const Url& picked) {
   const GrantState before = check_whole(grant);
   (void)store(grant, picked);  // what the disk does not take now goes with the next write
-  const GrantState taken = check_whole(grant);
+  GrantState taken = check_whole(grant);
   if (taken.is_valid) platform_.bookmarks.resolve_and_access(grant);
   if (!taken.is_valid && before.is_valid) (void)store(grant, before.folder);
   return taken;

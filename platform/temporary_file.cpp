@@ -29,7 +29,7 @@ bool is_made_up(std::string_view characters) {
 }
 
 bool is_older_than_a_day(const struct stat& status) {
-  constexpr time_t day = 24 * 60 * 60;
+  constexpr time_t day = time_t{24} * 60 * 60;
   return status.st_mtime < ::time(nullptr) - day;
 }
 

@@ -112,7 +112,7 @@ QString LargeFilesModel::note_of(std::size_t group, std::size_t entry) const {
   const std::string place = equal == equal_names_[group].end()
                                 ? short_path(file.url_file.parent(), context_.sharedCleaner().url_home)
                                 : equal->second;
-  const QString folder = path_in_words(one_line(place));
+  QString folder = path_in_words(one_line(place));
   const auto also = also_listed_.find(&file);
   if (also == also_listed_.end()) return folder;
   QStringList categories;

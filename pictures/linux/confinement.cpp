@@ -53,14 +53,18 @@ constexpr int deadly_calls[] = {SCMP_SYS(clone), SCMP_SYS(clone3), SCMP_SYS(fork
 using Filter = std::unique_ptr<void, decltype(&seccomp_release)>;
 
 bool allow_memory_without_code(scmp_filter_ctx filter) {
-  const auto no_code = SCMP_A2(SCMP_CMP_MASKED_EQ, PROT_EXEC, 0);
+  const scmp_arg_cmp no_code = {.arg = 2, .op = SCMP_CMP_MASKED_EQ, .datum_a = PROT_EXEC, .datum_b = 0};
   return seccomp_rule_add(filter, SCMP_ACT_ALLOW, SCMP_SYS(mmap), 1, no_code) == 0 &&
          seccomp_rule_add(filter, SCMP_ACT_ALLOW, SCMP_SYS(mprotect), 1, no_code) == 0;
 }
 
+scmp_arg_cmp first_is(int handle) {
+  return {.arg = 0, .op = SCMP_CMP_EQ, .datum_a = static_cast<scmp_datum_t>(handle), .datum_b = 0};
+}
+
 bool allow_pipes(scmp_filter_ctx filter) {
-  return seccomp_rule_add(filter, SCMP_ACT_ALLOW, SCMP_SYS(read), 1, SCMP_A0(SCMP_CMP_EQ, STDIN_FILENO)) == 0 &&
-         seccomp_rule_add(filter, SCMP_ACT_ALLOW, SCMP_SYS(write), 1, SCMP_A0(SCMP_CMP_EQ, STDOUT_FILENO)) == 0;
+  return seccomp_rule_add(filter, SCMP_ACT_ALLOW, SCMP_SYS(read), 1, first_is(STDIN_FILENO)) == 0 &&
+         seccomp_rule_add(filter, SCMP_ACT_ALLOW, SCMP_SYS(write), 1, first_is(STDOUT_FILENO)) == 0;
 }
 
 /// Sees to it as well that no program started from here could have rights that this one has not.

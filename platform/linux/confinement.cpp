@@ -65,7 +65,7 @@ bool give_up_network() {
   const std::unique_ptr<void, decltype(&seccomp_release)> filter(seccomp_init(SCMP_ACT_ALLOW), &seccomp_release);
   if (!filter) return false;
   const auto refuse = [&](int call, int error, unsigned arguments) {
-    const scmp_arg_cmp not_local = SCMP_A0(SCMP_CMP_NE, AF_UNIX);
+    const scmp_arg_cmp not_local = {.arg = 0, .op = SCMP_CMP_NE, .datum_a = AF_UNIX, .datum_b = 0};
     return seccomp_rule_add_array(filter.get(), SCMP_ACT_ERRNO(static_cast<std::uint32_t>(error)), call, arguments,
                                   &not_local) == 0;
   };
