@@ -110,7 +110,7 @@ QString SmartOutlineModel::problem_of(std::size_t group) const {
 
 /// A group of which something was not seen is never called clean.
 QString SmartOutlineModel::note_of_group(std::size_t group) const {
-  const QString problem = problem_of(group);
+  QString problem = problem_of(group);
   if (!problem.isEmpty()) return problem;
   return lists_.entries(group).empty() ? context_.text("everything is clean") : QString();
 }
