@@ -87,8 +87,8 @@ TEST(SmartScanViewController, that_is_stopped_leads_home_and_the_next_one_finds_
     EXPECT_EQ(at.screen(Layer::overlay), nullptr);
     EXPECT_NE(at.screen<HomeViewController>(), nullptr);
     scan.release();
-    ada.main_queue.when_handed_over = nullptr;
     at.settle();
+    ada.main_queue.when_handed_over = nullptr;  // now that no other thread hands anything over
     at.pass(3000);
     EXPECT_NE(at.screen<HomeViewController>(), nullptr) << "what it found is nobody's";
   }

@@ -1,5 +1,7 @@
 #include "tests/app/test_window.h"
 
+#include <atomic>
+
 namespace tarnby::test {
 
 TestWindow::TestWindow(TestPlatform& user)
@@ -71,8 +73,8 @@ Hold::Hold(BackgroundQueue& queue) {
 }
 
 Hold::Hold(HandMainQueue& queue) {
-  queue.when_handed_over = [place = place_, handed = 0]() mutable {
-    if (++handed == 2) place->stop_here();
+  queue.when_handed_over = [place = place_, handed = std::make_shared<std::atomic<int>>(0)] {
+    if (++*handed == 2) place->stop_here();
   };
 }
 

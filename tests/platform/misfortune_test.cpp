@@ -64,7 +64,7 @@ Removal removed(FileManager& files, const Url& url, const RemovalOptions& option
 
 class Misfortune : public testing::Test {
  protected:
-  ~Misfortune() override {
+  void TearDown() override {
     untold_folder.clear();
     before_unlink = nullptr;
   }

@@ -187,7 +187,7 @@ TEST(SettingsFile, clears_what_a_kill_left_beside_it_once_it_is_a_day_old) {
   for (const std::string& file : kept) tree.file(file);
   tree.file(old);
   for (const std::string& file : tree.listing()) {
-    const timespec two_days_ago = {time(nullptr) - 2 * 24 * 60 * 60, 0};
+    const timespec two_days_ago = {time(nullptr) - time_t{2} * 24 * 60 * 60, 0};
     const timespec times[] = {two_days_ago, two_days_ago};
     const bool is_recent = file.ends_with("recent");
     EXPECT_TRUE(is_recent || utimensat(AT_FDCWD, tree.path(file).c_str(), times, 0) == 0);
