@@ -8,11 +8,11 @@
 
 using namespace tarnby;
 
-// Files may claim to hold gigabytes. The process has a limit, at which its decoders give up; here it is the
+// Files may claim to hold gigabytes. The process has a limit, at which its decoders give up; here a lower one is the
 // sanitizer's.
 extern "C" const char* __asan_default_options();   // NOLINT(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
 extern "C" const char* __asan_default_options() {  // NOLINT(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
-  return "max_allocation_size_mb=900:allocator_may_return_null=1";
+  return "max_allocation_size_mb=256:allocator_may_return_null=1";
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
