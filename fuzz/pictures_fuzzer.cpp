@@ -2,6 +2,7 @@
 // bytes are the request, the others the file.
 
 #include <QImageReader>
+#include <new>
 
 #include "fuzz/fuzzer.h"
 #include "pictures/decoder.h"
@@ -25,7 +26,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   QImageReader::setAllocationLimit(64);  // megabytes; larger pictures take long and tell nothing more
   const auto bytes =
       QByteArray::fromRawData(reinterpret_cast<const char*>(data) + head, static_cast<qsizetype>(size - head));
-  const QImage picture = decode_picture(bytes, request, {"icns", "png", "jpeg"});
+  QImage picture;
+  try {
+    picture = decode_picture(bytes, request, {"icns", "png", "jpeg"});
+  } catch (const std::bad_alloc&) {
+    return 0;  // of which the process may die: that is what it is for
+  }
   if (picture.isNull()) return 0;
   const PictureAnswer answer = {static_cast<std::uint32_t>(picture.width()),
                                 static_cast<std::uint32_t>(picture.height())};
