@@ -33,7 +33,7 @@ TEST(Scan, tells_what_it_could_not_see_and_ends_with_4_when_the_system_failed) {
   for (const auto& [command, list] : lists) {
     bool was_cut_short = false;
     for (int handles = 4; handles <= 9; ++handles) {
-      if (!starts_with(handles)) continue;  // whoever runs the tests may have left it some more, open
+      if (!starts_with(handles)) continue;
       SCOPED_TRACE(std::to_string(handles) + " handles for " + command);
       const ProgramResult result = with_handles(handles, home.command({command, "--json"}));
       if (result.status == 3) continue;  // not even the home could be opened
