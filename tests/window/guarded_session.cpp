@@ -1,3 +1,6 @@
+// The rest of the program asks for this session instead.
+#undef current_session
+
 #include "platform/session.h"
 
 namespace tarnby {

@@ -1,16 +1,16 @@
 """A removal that takes its time: what it shows meanwhile, and how it is stopped."""
 
+import fcntl
 import os
 
 import window
-from window import PROGRAM, byte_count, tree_of
+from window import BUILD, byte_count, tree_of
 
-FOLDERS, FILES, BYTES = 1000, 60, 1000
+FOLDERS, FILES, BYTES = 100, 60, 1000
 
 
 class Road(window.Window):
     def test_a_removal_is_stopped_and_tells_what_went_and_what_stayed(self):
-        import person  # only within a desktop
         caches = self.home / "Library" / "Caches"
         content = b"x" * BYTES
         for folder in range(FOLDERS):
@@ -21,9 +21,10 @@ class Road(window.Window):
                 os.write(handle, content)
                 os.close(handle)
         self.grant_both()
-        self.person = person.Person()  # whose patience begins now
         someone = self.person
-        someone.starts([PROGRAM])
+        hold = open(self.folder / "hold", "w")
+        fcntl.flock(hold, fcntl.LOCK_EX)
+        someone.starts([str(BUILD / "tests" / "held-window")], {**os.environ, "TARNBY_TEST_HOLD": hold.name})
         someone.presses("Scan")
         someone.presses("Remove")
         before = bytes_of(tree_of(self.home))
@@ -35,6 +36,7 @@ class Road(window.Window):
         someone.waits_for("the question to go", lambda: not someone.find("dialog", "Stop removing?"))
         someone.reads("removed of ")
         someone.strikes("Escape")
+        hold.close()
         someone.reads("Stopped. ")
         gone = before - bytes_of(tree_of(self.home))
         self.assertTrue(0 < gone < before)
