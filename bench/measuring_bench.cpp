@@ -3,8 +3,8 @@
 #include <filesystem>
 
 #include "bench/home.h"
-#include "platform/file_manager.h"
-#include "platform/measurer.h"
+#include "files/file_manager.h"
+#include "files/measurer.h"
 
 namespace {
 

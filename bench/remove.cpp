@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "files/file_manager.h"
 #include "platform/bookmarks.h"
-#include "platform/file_manager.h"
 
 int main(int argc, char** argv) {
   using namespace tarnby;

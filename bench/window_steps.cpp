@@ -23,9 +23,9 @@
 #include <string_view>
 #include <vector>
 
-#include "app/app_context.h"
-#include "app/cleaner_window_controller.h"
-#include "app/qt_main_queue.h"
+#include "app/parts/app_context.h"
+#include "app/shell/cleaner_window_controller.h"
+#include "app/shell/qt_main_queue.h"
 #include "app/smart/smart_clean_view_controller.h"
 #include "app/smart/smart_scan_view_controller.h"
 #include "bench/grants.h"

@@ -8,7 +8,7 @@
 #include "cli/json.h"
 #include "cli/setting_values.h"
 #include "engine/lifetime_total.h"
-#include "platform/bytes.h"
+#include "files/bytes.h"
 
 namespace tarnby::cli {
 

@@ -6,8 +6,8 @@
 #include <utility>
 
 #include "cli/command_table.h"
-#include "platform/confinement.h"
-#include "platform/directory.h"
+#include "files/confinement.h"
+#include "files/directory.h"
 #include "platform/system_services.h"
 
 namespace tarnby::cli {

@@ -2,7 +2,7 @@
 
 #include <atomic>
 
-#include "platform/file_manager.h"
+#include "files/file_manager.h"
 
 namespace tarnby::cli {
 

@@ -4,7 +4,7 @@
 
 #include "cli/characters.h"
 #include "engine/smart_selection.h"
-#include "platform/text.h"
+#include "text/text.h"
 
 namespace tarnby::cli {
 

@@ -8,7 +8,7 @@
 
 #include "engine/cleaner.h"
 #include "inventory/application_item.h"
-#include "platform/property_list.h"
+#include "text/property_list.h"
 
 namespace tarnby::cli {
 

@@ -7,7 +7,7 @@
 #include "cli/junk_scan_table.h"
 #include "cli/look_problems.h"
 #include "cli/progress.h"
-#include "platform/bytes.h"
+#include "files/bytes.h"
 
 namespace tarnby::cli {
 

@@ -7,7 +7,7 @@
 #include "cli/table.h"
 #include "engine/cleaner.h"
 #include "engine/entry_text.h"
-#include "platform/bytes.h"
+#include "files/bytes.h"
 
 namespace tarnby::cli {
 

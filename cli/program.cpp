@@ -13,7 +13,7 @@
 #include "cli/help.h"
 #include "cli/interrupt.h"
 #include "cli/terminal.h"
-#include "platform/directory.h"
+#include "files/directory.h"
 
 namespace tarnby::cli {
 

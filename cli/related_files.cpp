@@ -4,7 +4,7 @@
 #include <unordered_map>
 
 #include "cli/table.h"
-#include "platform/bytes.h"
+#include "files/bytes.h"
 
 namespace tarnby::cli {
 

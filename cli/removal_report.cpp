@@ -8,8 +8,8 @@
 #include <utility>
 
 #include "cli/progress.h"
-#include "platform/bytes.h"
-#include "platform/free_space.h"
+#include "files/bytes.h"
+#include "files/free_space.h"
 
 namespace tarnby::cli {
 

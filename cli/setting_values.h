@@ -4,8 +4,8 @@
 #include <string_view>
 
 #include "platform/app_settings.h"
-#include "platform/property_list.h"
 #include "platform/session.h"
+#include "text/property_list.h"
 
 namespace tarnby::cli {
 

@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "cli/progress.h"
-#include "platform/bytes.h"
+#include "files/bytes.h"
 
 namespace tarnby::cli {
 

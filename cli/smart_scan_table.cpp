@@ -8,7 +8,7 @@
 #include "cli/table.h"
 #include "engine/entry_text.h"
 #include "engine/smart_selection.h"
-#include "platform/bytes.h"
+#include "files/bytes.h"
 
 namespace tarnby::cli {
 

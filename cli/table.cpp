@@ -6,7 +6,7 @@
 #include <algorithm>
 
 #include "cli/terminal.h"
-#include "platform/text.h"
+#include "text/text.h"
 
 namespace tarnby::cli {
 

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "engine/smart_selection.h"
-#include "platform/bytes.h"
+#include "files/bytes.h"
 
 namespace tarnby {
 

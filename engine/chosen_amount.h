@@ -10,7 +10,7 @@
 
 #include "engine/cleaner_item.h"
 #include "engine/why_left.h"
-#include "platform/measurer.h"
+#include "files/measurer.h"
 
 namespace tarnby {
 

@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "engine/large_file.h"
+#include "files/url.h"
 #include "leftovers/cache_item.h"
 #include "leftovers/remainder_item.h"
-#include "platform/url.h"
 
 namespace tarnby {
 

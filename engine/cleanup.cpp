@@ -3,7 +3,7 @@
 #include <iterator>
 
 #include "engine/cleaner.h"
-#include "platform/bytes.h"
+#include "files/bytes.h"
 
 namespace tarnby {
 

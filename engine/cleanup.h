@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "engine/cleaner_item.h"
-#include "platform/file_manager.h"
-#include "platform/url.h"
+#include "files/file_manager.h"
+#include "files/url.h"
 
 namespace tarnby {
 

@@ -1,5 +1,5 @@
 #include "engine/cleaner.h"
-#include "platform/bytes.h"
+#include "files/bytes.h"
 
 namespace tarnby {
 

@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "engine/cleaner_item.h"
-#include "platform/url.h"
+#include "files/url.h"
 
 namespace tarnby {
 

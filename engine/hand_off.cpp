@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "platform/property_list.h"
+#include "text/property_list.h"
 
 namespace tarnby {
 

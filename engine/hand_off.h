@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "engine/cleaner.h"
+#include "files/url.h"
 #include "platform/platform.h"
-#include "platform/url.h"
 
 namespace tarnby {
 

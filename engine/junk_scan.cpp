@@ -1,7 +1,7 @@
 #include <algorithm>
 
 #include "engine/cleaner.h"
-#include "platform/bytes.h"
+#include "files/bytes.h"
 
 namespace tarnby {
 

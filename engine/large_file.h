@@ -4,7 +4,7 @@
 #include <memory>
 #include <string>
 
-#include "platform/url.h"
+#include "files/url.h"
 
 namespace tarnby {
 

@@ -4,9 +4,9 @@
 #include <iterator>
 #include <mutex>
 
-#include "platform/bytes.h"
-#include "platform/text.h"
-#include "platform/traversal.h"
+#include "files/bytes.h"
+#include "files/traversal.h"
+#include "text/text.h"
 
 namespace tarnby {
 

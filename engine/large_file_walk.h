@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/file_manager.h"
-#include "platform/url.h"
+#include "files/file_manager.h"
+#include "files/url.h"
 
 namespace tarnby {
 

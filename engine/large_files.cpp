@@ -2,7 +2,7 @@
 
 #include "engine/cleaner.h"
 #include "engine/large_file_walk.h"
-#include "platform/bytes.h"
+#include "files/bytes.h"
 
 namespace tarnby {
 

@@ -1,7 +1,7 @@
 #include "engine/look_problem.h"
 
 #include "engine/entry_text.h"
-#include "platform/localization.h"
+#include "text/localization.h"
 
 namespace tarnby {
 

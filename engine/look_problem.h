@@ -6,9 +6,9 @@
 #include <string>
 #include <string_view>
 
+#include "files/missed.h"
+#include "files/url.h"
 #include "leftovers/known_applications.h"
-#include "platform/missed.h"
-#include "platform/url.h"
 
 namespace tarnby {
 

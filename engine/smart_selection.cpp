@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "platform/bytes.h"
+#include "files/bytes.h"
 
 namespace tarnby {
 

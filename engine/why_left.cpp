@@ -7,8 +7,8 @@
 #include <unordered_map>
 #include <unordered_set>
 
-#include "platform/localization.h"
-#include "platform/mount_points.h"
+#include "files/mount_points.h"
+#include "text/localization.h"
 
 namespace tarnby {
 

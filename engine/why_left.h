@@ -3,8 +3,8 @@
 #include <span>
 #include <vector>
 
-#include "platform/file_manager.h"
-#include "platform/url.h"
+#include "files/file_manager.h"
+#include "files/url.h"
 
 namespace tarnby {
 

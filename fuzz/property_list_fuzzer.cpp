@@ -1,7 +1,7 @@
 // Lists from strangers, in every form: what is read can be written, and is then read as the same.
 
 #include "fuzz/fuzzer.h"
-#include "platform/property_list.h"
+#include "text/property_list.h"
 
 using namespace tarnby;
 

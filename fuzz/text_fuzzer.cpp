@@ -8,7 +8,7 @@
 #include <algorithm>
 
 #include "fuzz/fuzzer.h"
-#include "platform/text.h"
+#include "text/text.h"
 
 using namespace tarnby;
 

@@ -10,9 +10,9 @@
 #include <variant>
 #include <vector>
 
+#include "files/url.h"
 #include "platform/file_metadata.h"
 #include "platform/image.h"
-#include "platform/url.h"
 
 namespace tarnby {
 

@@ -2,8 +2,8 @@
 
 #include <vector>
 
-#include "platform/file_manager.h"
-#include "platform/url.h"
+#include "files/file_manager.h"
+#include "files/url.h"
 
 namespace tarnby {
 

@@ -5,7 +5,7 @@
 #include <mutex>
 #include <string>
 
-#include "platform/traversal.h"
+#include "files/traversal.h"
 
 namespace tarnby {
 

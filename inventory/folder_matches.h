@@ -4,8 +4,8 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/file_manager.h"
-#include "platform/text.h"
+#include "files/file_manager.h"
+#include "text/text.h"
 
 namespace tarnby {
 

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
+#include "files/file_manager.h"
 #include "inventory/application_item.h"
-#include "platform/file_manager.h"
-#include "platform/text.h"
+#include "text/text.h"
 
 namespace tarnby {
 

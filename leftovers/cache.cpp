@@ -1,7 +1,7 @@
 #include "leftovers/cache.h"
 
+#include "files/bytes.h"
 #include "inventory/application_search.h"
-#include "platform/bytes.h"
 
 namespace tarnby {
 

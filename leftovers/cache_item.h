@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
+#include "files/url.h"
 #include "inventory/application_item.h"
 #include "platform/image.h"
-#include "platform/url.h"
 
 namespace tarnby {
 

@@ -2,9 +2,9 @@
 
 #include <string>
 
+#include "files/url.h"
 #include "platform/bookmarks.h"
 #include "platform/platform.h"
-#include "platform/url.h"
 
 namespace tarnby {
 

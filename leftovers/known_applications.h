@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/missed.h"
+#include "files/missed.h"
 
 namespace tarnby {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/url.h"
+#include "files/url.h"
 
 namespace tarnby {
 

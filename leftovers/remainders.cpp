@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <unordered_set>
 
+#include "files/bytes.h"
 #include "inventory/application_search.h"
 #include "inventory/unused_applications.h"
-#include "platform/bytes.h"
-#include "platform/folded_index.h"
+#include "text/folded_index.h"
 
 namespace tarnby {
 

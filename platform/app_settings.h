@@ -5,8 +5,8 @@
 #include <span>
 #include <string_view>
 
+#include "files/url.h"
 #include "platform/settings_store.h"
-#include "platform/url.h"
 
 namespace tarnby {
 

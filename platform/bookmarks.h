@@ -2,9 +2,9 @@
 
 #include <string_view>
 
-#include "platform/granted_folders.h"
+#include "files/granted_folders.h"
+#include "files/url.h"
 #include "platform/settings_store.h"
-#include "platform/url.h"
 
 namespace tarnby {
 

@@ -4,9 +4,9 @@
 #include <string>
 #include <string_view>
 
-#include "platform/file_manager.h"
-#include "platform/property_list.h"
-#include "platform/url.h"
+#include "files/file_manager.h"
+#include "files/url.h"
+#include "text/property_list.h"
 
 namespace tarnby {
 

@@ -3,8 +3,8 @@
 #include <chrono>
 #include <optional>
 
-#include "platform/file_manager.h"
-#include "platform/url.h"
+#include "files/file_manager.h"
+#include "files/url.h"
 
 namespace tarnby {
 

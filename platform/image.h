@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "platform/url.h"
+#include "files/url.h"
 
 namespace tarnby {
 

@@ -4,18 +4,18 @@
 #include <functional>
 #include <memory>
 
+#include "files/file_manager.h"
+#include "files/measurer.h"
 #include "platform/app_settings.h"
 #include "platform/bookmarks.h"
-#include "platform/file_manager.h"
 #include "platform/file_metadata.h"
-#include "platform/localization.h"
 #include "platform/login_items.h"
-#include "platform/measurer.h"
 #include "platform/notification_center.h"
 #include "platform/queues.h"
 #include "platform/session.h"
 #include "platform/settings_store.h"
-#include "platform/text.h"
+#include "text/localization.h"
+#include "text/text.h"
 
 namespace tarnby {
 

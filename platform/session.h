@@ -6,7 +6,7 @@
 #include <tuple>
 #include <vector>
 
-#include "platform/url.h"
+#include "files/url.h"
 
 namespace tarnby {
 

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "platform/url.h"
+#include "files/url.h"
 
 // What the sessions of every system share. Nobody outside platform/ needs it.
 

@@ -21,10 +21,10 @@
 #include <utility>
 #include <variant>
 
-#include "platform/descriptor.h"
-#include "platform/directory.h"
+#include "files/descriptor.h"
+#include "files/directory.h"
+#include "files/temporary_file.h"
 #include "platform/settings_store.h"
-#include "platform/temporary_file.h"
 
 namespace tarnby {
 

@@ -9,8 +9,8 @@
 #include <string>
 #include <string_view>
 
-#include "platform/property_list.h"
-#include "platform/url.h"
+#include "files/url.h"
+#include "text/property_list.h"
 
 namespace tarnby {
 

@@ -3,7 +3,7 @@
 #include <span>
 #include <string_view>
 
-#include "platform/url.h"
+#include "files/url.h"
 
 namespace tarnby {
 

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-#include "platform/property_list.h"
+#include "text/property_list.h"
 
 namespace tarnby {
 

@@ -18,9 +18,9 @@
 #include <system_error>
 #include <utility>
 
-#include "platform/descriptor.h"
+#include "files/descriptor.h"
 #include "platform/session.h"
-#include "platform/text.h"
+#include "text/text.h"
 #include "tools/bundle_files.h"
 
 namespace tarnby {

@@ -5,8 +5,8 @@
 #include <QVBoxLayout>
 
 #include "app/access/folder_card.h"
-#include "app/layouts.h"
-#include "app/links.h"
+#include "app/parts/layouts.h"
+#include "app/parts/links.h"
 #include "ui/text_label.h"
 
 namespace tarnby {

@@ -2,7 +2,7 @@
 
 #include <optional>
 
-#include "app/screen.h"
+#include "app/parts/screen.h"
 #include "leftovers/folder_grants.h"
 #include "ui/entrance.h"
 #include "ui/push_button.h"

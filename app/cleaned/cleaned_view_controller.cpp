@@ -6,8 +6,8 @@
 #include <cmath>
 
 #include "app/cleaned/left_panel.h"
-#include "app/layouts.h"
-#include "app/screen_catalogue.h"
+#include "app/parts/layouts.h"
+#include "app/parts/screen_catalogue.h"
 #include "ui/freed_view.h"
 #include "ui/panel.h"
 #include "ui/shadow_label.h"

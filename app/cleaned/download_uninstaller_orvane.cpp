@@ -1,7 +1,7 @@
 #include "app/cleaned/download_uninstaller_orvane.h"
 
-#include "app/links.h"
-#include "app/question.h"
+#include "app/parts/links.h"
+#include "app/parts/question.h"
 
 namespace tarnby {
 

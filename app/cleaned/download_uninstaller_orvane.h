@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/screen.h"
+#include "app/parts/screen.h"
 #include "ui/push_button.h"
 
 namespace tarnby {

@@ -2,7 +2,7 @@
 
 #include <QVBoxLayout>
 
-#include "app/layouts.h"
+#include "app/parts/layouts.h"
 #include "ui/push_button.h"
 #include "ui/text_label.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "app/left_list.h"
-#include "app/screen.h"
+#include "app/parts/left_list.h"
+#include "app/parts/screen.h"
 
 class QLabel;
 

@@ -2,8 +2,8 @@
 
 #include <QLabel>
 
-#include "app/links.h"
-#include "app/question.h"
+#include "app/parts/links.h"
+#include "app/parts/question.h"
 
 namespace tarnby {
 

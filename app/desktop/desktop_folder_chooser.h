@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/folder_chooser.h"
+#include "app/desktop/folder_chooser.h"
 
 namespace tarnby {
 

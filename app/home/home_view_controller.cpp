@@ -2,10 +2,10 @@
 
 #include <QVBoxLayout>
 
-#include "app/layouts.h"
+#include "app/parts/layouts.h"
+#include "app/parts/screen_catalogue.h"
 #include "app/privacy/privacy_disk_access_view_controller.h"
 #include "app/scheduler/scheduler.h"
-#include "app/screen_catalogue.h"
 #include "leftovers/full_disk_access.h"
 #include "ui/shadow_label.h"
 #include "ui/text_label.h"

@@ -2,7 +2,7 @@
 
 #include <QPointer>
 
-#include "app/screen.h"
+#include "app/parts/screen.h"
 #include "ui/entrance.h"
 #include "ui/home_view.h"
 #include "ui/push_button.h"

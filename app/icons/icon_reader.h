@@ -5,7 +5,7 @@
 
 #include "app/icons/icon_theme.h"
 #include "app/icons/picture_process.h"
-#include "platform/file_manager.h"
+#include "files/file_manager.h"
 #include "platform/image.h"
 #include "ui/entry_picture.h"
 

@@ -8,8 +8,8 @@
 #include <chrono>
 #include <optional>
 
+#include "files/descriptor.h"
 #include "pictures/exchange.h"
-#include "platform/descriptor.h"
 
 namespace tarnby {
 

@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "engine/smart_selection.h"
-#include "platform/localization.h"
+#include "text/localization.h"
 
 namespace tarnby {
 

@@ -3,10 +3,10 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
-#include "app/category_look.h"
 #include "app/junk/junk_rows.h"
-#include "app/overlay.h"
-#include "app/screen_catalogue.h"
+#include "app/parts/category_look.h"
+#include "app/parts/overlay.h"
+#include "app/parts/screen_catalogue.h"
 #include "ui/color_tag.h"
 #include "ui/text_label.h"
 

@@ -4,9 +4,9 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
-#include "app/category_look.h"
-#include "app/layouts.h"
-#include "app/screen_catalogue.h"
+#include "app/parts/category_look.h"
+#include "app/parts/layouts.h"
+#include "app/parts/screen_catalogue.h"
 #include "ui/color_tag.h"
 #include "ui/panel.h"
 #include "ui/text_label.h"

@@ -8,7 +8,7 @@
 #include "app/junk/category_row.h"
 #include "app/junk/junk_choice.h"
 #include "app/junk/junk_rows.h"
-#include "app/screen.h"
+#include "app/parts/screen.h"
 #include "ui/changing_label.h"
 #include "ui/check_button.h"
 #include "ui/info_button.h"

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "app/junk/download_helper.h"
-#include "app/layouts.h"
+#include "app/parts/layouts.h"
 #include "ui/theme.h"
 
 namespace tarnby {

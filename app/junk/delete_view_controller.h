@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "app/removal_screen.h"
+#include "app/parts/removal_screen.h"
 #include "engine/hand_off.h"
 
 namespace tarnby {

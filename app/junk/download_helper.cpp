@@ -2,9 +2,9 @@
 
 #include <QVBoxLayout>
 
-#include "app/layouts.h"
-#include "app/left_list.h"
-#include "app/links.h"
+#include "app/parts/layouts.h"
+#include "app/parts/left_list.h"
+#include "app/parts/links.h"
 #include "ui/text_label.h"
 
 namespace tarnby {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/screen.h"
+#include "app/parts/screen.h"
 #include "engine/hand_off.h"
 #include "ui/push_button.h"
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "platform/localization.h"
+#include "text/localization.h"
 
 namespace tarnby {
 

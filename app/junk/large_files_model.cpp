@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "engine/entry_text.h"
-#include "platform/bytes.h"
+#include "files/bytes.h"
 #include "ui/text_label.h"
 
 namespace tarnby {

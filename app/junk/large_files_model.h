@@ -2,10 +2,10 @@
 
 #include <unordered_set>
 
-#include "app/app_context.h"
-#include "app/distinct_places.h"
 #include "app/junk/also_listed.h"
-#include "app/outline_model.h"
+#include "app/parts/app_context.h"
+#include "app/parts/distinct_places.h"
+#include "app/parts/outline_model.h"
 #include "engine/large_files.h"
 
 namespace tarnby {

@@ -6,8 +6,8 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
-#include "app/entry_menu.h"
-#include "app/layouts.h"
+#include "app/parts/entry_menu.h"
+#include "app/parts/layouts.h"
 #include "ui/panel.h"
 #include "ui/text_label.h"
 

@@ -4,8 +4,8 @@
 #include <memory>
 
 #include "app/junk/large_files_model.h"
-#include "app/outline_view.h"
-#include "app/screen.h"
+#include "app/parts/outline_view.h"
+#include "app/parts/screen.h"
 #include "ui/pulse_view.h"
 #include "ui/push_button.h"
 #include "ui/step_slider.h"

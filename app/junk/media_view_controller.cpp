@@ -1,7 +1,7 @@
 #include "app/junk/media_view_controller.h"
 
 #include "app/junk/category_about.h"
-#include "app/screen_catalogue.h"
+#include "app/parts/screen_catalogue.h"
 
 namespace tarnby {
 

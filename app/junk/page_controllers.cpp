@@ -2,7 +2,7 @@
 
 #include <QVBoxLayout>
 
-#include "app/screen_catalogue.h"
+#include "app/parts/screen_catalogue.h"
 
 namespace tarnby {
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/junk/junk_rows.h"
-#include "app/screen.h"
+#include "app/parts/screen.h"
 #include "ui/page_turner.h"
 
 namespace tarnby {

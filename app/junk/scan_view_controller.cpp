@@ -3,9 +3,9 @@
 #include <QVBoxLayout>
 #include <cmath>
 
-#include "app/layouts.h"
+#include "app/parts/layouts.h"
+#include "files/bytes.h"
 #include "leftovers/remainders.h"
-#include "platform/bytes.h"
 #include "ui/text_label.h"
 
 namespace tarnby {

@@ -5,7 +5,7 @@
 #include <map>
 #include <vector>
 
-#include "app/scan_screen.h"
+#include "app/parts/scan_screen.h"
 #include "ui/scan_views.h"
 
 namespace tarnby {

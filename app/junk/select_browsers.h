@@ -3,7 +3,7 @@
 #include <memory>
 #include <vector>
 
-#include "app/screen.h"
+#include "app/parts/screen.h"
 #include "ui/check_button.h"
 #include "ui/push_button.h"
 

@@ -6,7 +6,7 @@
 #include <QVBoxLayout>
 #include <array>
 
-#include "app/screen_catalogue.h"
+#include "app/parts/screen_catalogue.h"
 #include "ui/drawing.h"
 #include "ui/paths.h"
 #include "ui/text_label.h"

@@ -6,9 +6,9 @@
 #include <cmath>
 #include <numbers>
 
-#include "app/layouts.h"
-#include "app/links.h"
-#include "app/screen_catalogue.h"
+#include "app/parts/layouts.h"
+#include "app/parts/links.h"
+#include "app/parts/screen_catalogue.h"
 #include "leftovers/full_disk_access.h"
 #include "ui/text_label.h"
 

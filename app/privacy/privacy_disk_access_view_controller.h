@@ -2,8 +2,8 @@
 
 #include <QDialog>
 
+#include "app/parts/screen.h"
 #include "app/privacy/guide_pages.h"
-#include "app/screen.h"
 #include "ui/animation.h"
 
 class QLabel;

@@ -1,6 +1,6 @@
 #include "app/scheduler/enable_scheduler_view_controller.h"
 
-#include "app/question.h"
+#include "app/parts/question.h"
 #include "app/scheduler/scheduler.h"
 
 namespace tarnby {

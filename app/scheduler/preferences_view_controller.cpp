@@ -3,7 +3,7 @@
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
-#include "app/layouts.h"
+#include "app/parts/layouts.h"
 #include "app/scheduler/scheduler.h"
 #include "ui/text_label.h"
 

@@ -3,7 +3,7 @@
 #include <QPointer>
 #include <QWidget>
 
-#include "app/notice.h"
+#include "app/parts/notice.h"
 
 namespace tarnby {
 

@@ -4,7 +4,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
-#include "app/category_look.h"
+#include "app/parts/category_look.h"
 #include "ui/paths.h"
 #include "ui/text_label.h"
 

@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "app/screen.h"
+#include "app/parts/screen.h"
 
 namespace tarnby {
 

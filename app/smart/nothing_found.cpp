@@ -3,8 +3,8 @@
 #include <QPainter>
 #include <QVBoxLayout>
 
-#include "app/category_look.h"
-#include "app/layouts.h"
+#include "app/parts/category_look.h"
+#include "app/parts/layouts.h"
 #include "ui/drawing.h"
 #include "ui/info_button.h"
 #include "ui/paths.h"

@@ -2,7 +2,7 @@
 
 #include <QLabel>
 
-#include "app/app_context.h"
+#include "app/parts/app_context.h"
 #include "ui/push_button.h"
 
 namespace tarnby {

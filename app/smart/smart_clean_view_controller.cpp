@@ -6,10 +6,10 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
-#include "app/category_look.h"
-#include "app/entry_menu.h"
-#include "app/overlay.h"
-#include "app/screen_catalogue.h"
+#include "app/parts/category_look.h"
+#include "app/parts/entry_menu.h"
+#include "app/parts/overlay.h"
+#include "app/parts/screen_catalogue.h"
 #include "ui/panel.h"
 #include "ui/text_label.h"
 

@@ -3,8 +3,8 @@
 #include <QPointer>
 #include <optional>
 
-#include "app/outline_view.h"
-#include "app/screen.h"
+#include "app/parts/outline_view.h"
+#include "app/parts/screen.h"
 #include "app/smart/nothing_found.h"
 #include "app/smart/smart_clean_lists.h"
 #include "app/smart/smart_outline_model.h"

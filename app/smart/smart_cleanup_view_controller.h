@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/removal_screen.h"
+#include "app/parts/removal_screen.h"
 
 namespace tarnby {
 

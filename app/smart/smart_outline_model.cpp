@@ -2,7 +2,7 @@
 
 #include <QAccessible>
 
-#include "app/category_look.h"
+#include "app/parts/category_look.h"
 #include "engine/entry_text.h"
 #include "ui/text_label.h"
 

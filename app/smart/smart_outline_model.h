@@ -3,9 +3,9 @@
 #include <optional>
 #include <vector>
 
-#include "app/app_context.h"
-#include "app/distinct_places.h"
-#include "app/outline_model.h"
+#include "app/parts/app_context.h"
+#include "app/parts/distinct_places.h"
+#include "app/parts/outline_model.h"
 #include "app/smart/smart_clean_lists.h"
 
 namespace tarnby {

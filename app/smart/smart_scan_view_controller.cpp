@@ -2,8 +2,8 @@
 
 #include <QVBoxLayout>
 
-#include "app/category_look.h"
-#include "app/layouts.h"
+#include "app/parts/category_look.h"
+#include "app/parts/layouts.h"
 #include "ui/text_label.h"
 
 namespace tarnby {

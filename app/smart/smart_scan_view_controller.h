@@ -3,7 +3,7 @@
 #include <deque>
 #include <vector>
 
-#include "app/scan_screen.h"
+#include "app/parts/scan_screen.h"
 #include "ui/dash_view.h"
 #include "ui/scan_views.h"
 

@@ -6,9 +6,9 @@
 #include <algorithm>
 #include <numeric>
 
-#include "app/category_look.h"
-#include "app/overlay.h"
-#include "app/screen_catalogue.h"
+#include "app/parts/category_look.h"
+#include "app/parts/overlay.h"
+#include "app/parts/screen_catalogue.h"
 #include "ui/color_tag.h"
 #include "ui/paths.h"
 #include "ui/text_label.h"

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "app/screen.h"
+#include "app/parts/screen.h"
 #include "ui/check_button.h"
 #include "ui/push_button.h"
 

@@ -7,7 +7,7 @@
 #include <cerrno>
 #include <string>
 
-#include "platform/temporary_file.h"
+#include "files/temporary_file.h"
 
 namespace tarnby {
 

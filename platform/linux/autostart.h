@@ -3,8 +3,8 @@
 #include <memory>
 #include <vector>
 
+#include "files/url.h"
 #include "platform/login_items.h"
-#include "platform/url.h"
 
 namespace tarnby {
 

@@ -2,7 +2,7 @@
 
 #include <sys/param.h>
 
-#include "platform/macos/core_foundation.h"
+#include "text/macos/core_foundation.h"
 
 namespace tarnby {
 

@@ -8,7 +8,7 @@
 #include <cstdint>
 #include <string>
 
-#include "platform/macos/core_foundation.h"
+#include "text/macos/core_foundation.h"
 
 namespace tarnby {
 

@@ -5,7 +5,7 @@
 #include <cmath>
 
 #include "platform/file_times.h"
-#include "platform/macos/core_foundation.h"
+#include "text/macos/core_foundation.h"
 
 namespace tarnby {
 

@@ -4,8 +4,8 @@
 
 #include <cstdio>
 
-#include "platform/macos/core_foundation.h"
 #include "platform/session_parts.h"
+#include "text/macos/core_foundation.h"
 
 namespace tarnby {
 

@@ -1,6 +1,6 @@
 #include "platform/macos/user_defaults.h"
 
-#include "platform/macos/core_foundation.h"
+#include "text/macos/core_foundation.h"
 
 namespace tarnby {
 

@@ -1,4 +1,4 @@
-#include "app/engine_turn.h"
+#include "app/parts/engine_turn.h"
 
 #include "app/home/home_view_controller.h"
 #include "app/junk/scan_view_controller.h"

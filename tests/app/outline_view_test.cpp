@@ -1,4 +1,4 @@
-#include "app/outline_view.h"
+#include "app/parts/outline_view.h"
 
 #include <QMenu>
 #include <QScreen>

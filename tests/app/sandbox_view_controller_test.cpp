@@ -5,8 +5,8 @@
 #include <filesystem>
 
 #include "app/access/folder_card.h"
-#include "app/engine_objects.h"
 #include "app/home/home_view_controller.h"
+#include "app/shell/engine_objects.h"
 #include "platform/settings_store.h"
 #include "tests/app/test_window.h"
 

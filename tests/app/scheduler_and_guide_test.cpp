@@ -5,8 +5,8 @@
 #include <future>
 
 #include "app/home/home_view_controller.h"
-#include "app/notice.h"
-#include "app/overlay.h"
+#include "app/parts/notice.h"
+#include "app/parts/overlay.h"
 #include "app/privacy/privacy_disk_access_view_controller.h"
 #include "app/scheduler/enable_scheduler_view_controller.h"
 #include "app/scheduler/preferences_view_controller.h"

@@ -1,4 +1,4 @@
-#include "app/screen.h"
+#include "app/parts/screen.h"
 
 #include <filesystem>
 

@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 
-#include "app/distinct_places.h"
 #include "app/home/home_view_controller.h"
+#include "app/parts/distinct_places.h"
 #include "app/smart/nothing_found.h"
 #include "app/smart/smart_clean_view_controller.h"
 #include "tests/app/test_window.h"

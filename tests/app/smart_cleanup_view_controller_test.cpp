@@ -4,7 +4,7 @@
 
 #include "app/cleaned/cleaned_view_controller.h"
 #include "app/cleaned/left_panel.h"
-#include "app/stop_removal.h"
+#include "app/parts/stop_removal.h"
 #include "tests/app/test_window.h"
 #include "ui/freed_view.h"
 

@@ -11,8 +11,8 @@
 #include <string>
 #include <vector>
 
-#include "app/cleaner_window_controller.h"
-#include "app/overlay.h"
+#include "app/parts/overlay.h"
+#include "app/shell/cleaner_window_controller.h"
 #include "tests/engine/test_engine.h"
 #include "tests/support/hand_time.h"
 #include "ui/motion.h"

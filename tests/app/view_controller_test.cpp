@@ -1,4 +1,4 @@
-#include "app/view_controller.h"
+#include "app/shell/view_controller.h"
 
 #include <filesystem>
 #include <set>

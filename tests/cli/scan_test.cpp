@@ -1,8 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "platform/text.h"
 #include "tests/cli/cli_home.h"
+#include "text/text.h"
 #include "tools/bundle_files.h"
 
 namespace tarnby::test {

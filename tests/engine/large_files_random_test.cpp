@@ -5,9 +5,9 @@
 #include <iterator>
 #include <random>
 
-#include "platform/text.h"
 #include "tests/engine/test_engine.h"
 #include "tests/support/seed.h"
+#include "text/text.h"
 
 // The search looks at many folders at once and settles what depends on the order afterwards, over the few entries that
 // it kept. Here its rules are read once more, entry by entry and with nothing but std::filesystem, and both must tell

@@ -6,7 +6,7 @@
 
 #include <filesystem>
 
-#include "platform/directory.h"
+#include "files/directory.h"
 #include "tests/engine/test_engine.h"
 
 namespace tarnby {

@@ -8,8 +8,8 @@
 #include <QTextLayout>
 #include <cmath>
 
-#include "app/outline_view.h"
-#include "app/overlay.h"
+#include "app/parts/outline_view.h"
+#include "app/parts/overlay.h"
 #include "tools/gallery/languages.h"
 #include "tools/gallery/stage.h"
 #include "ui/changing_label.h"

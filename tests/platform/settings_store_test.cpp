@@ -13,8 +13,8 @@
 #include <limits>
 #include <thread>
 
+#include "files/descriptor.h"
 #include "platform/app_settings.h"
-#include "platform/descriptor.h"
 #include "tests/support/temp_tree.h"
 
 namespace tarnby {

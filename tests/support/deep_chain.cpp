@@ -7,8 +7,8 @@
 #include <cerrno>
 #include <system_error>
 
-#include "platform/descriptor.h"
-#include "platform/file_manager.h"
+#include "files/descriptor.h"
+#include "files/file_manager.h"
 
 namespace tarnby::test {
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <system_error>
 
-#include "platform/descriptor.h"
+#include "files/descriptor.h"
 
 namespace tarnby::test {
 

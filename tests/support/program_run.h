@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/descriptor.h"
+#include "files/descriptor.h"
 
 namespace tarnby::test {
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/url.h"
+#include "files/url.h"
 
 namespace tarnby::test {
 

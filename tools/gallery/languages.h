@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "platform/localization.h"
+#include "text/localization.h"
 
 namespace tarnby {
 

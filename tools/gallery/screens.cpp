@@ -3,7 +3,6 @@
 #include <QMenu>
 #include <array>
 
-#include "app/about_program.h"
 #include "app/access/sandbox_view_controller.h"
 #include "app/cleaned/cleaned_view_controller.h"
 #include "app/home/home_view_controller.h"
@@ -13,9 +12,10 @@
 #include "app/junk/large_files_view_controller.h"
 #include "app/junk/page_controllers.h"
 #include "app/junk/scan_view_controller.h"
-#include "app/notice.h"
-#include "app/overlay.h"
+#include "app/parts/notice.h"
+#include "app/parts/overlay.h"
 #include "app/privacy/privacy_disk_access_view_controller.h"
+#include "app/shell/about_program.h"
 #include "app/smart/smart_clean_view_controller.h"
 #include "app/smart/smart_cleanup_view_controller.h"
 #include "app/smart/smart_scan_view_controller.h"

@@ -6,8 +6,8 @@
 #include <span>
 #include <string_view>
 
-#include "app/app_context.h"
-#include "app/screen_catalogue.h"
+#include "app/parts/app_context.h"
+#include "app/parts/screen_catalogue.h"
 #include "tests/support/hand_animation_clock.h"
 #include "ui/background_view.h"
 

@@ -1,0 +1,188 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <system_error>
+#include <vector>
+
+#include "files/directory.h"
+#include "files/granted_folders.h"
+#include "files/missed.h"
+#include "files/traversal.h"
+#include "files/url.h"
+
+namespace tarnby {
+
+/// One entry that a listing or a walk found. Its kind is told without following links.
+struct Entry {
+  Url url;
+  EntryKind kind = EntryKind::none;
+
+  friend bool operator==(const Entry&, const Entry&) = default;
+};
+
+/// Whether a listing or a walk takes entries whose name begins with a dot; a walk that skips them does not enter them.
+enum class Hidden { skip, take };
+/// Whether a walk looks inside packages (bundles).
+enum class Packages { skip, enter };
+
+/// Called on worker threads for each entry a walk meets: true keeps it.
+using WantEntry = std::function<bool(std::string_view name, EntryKind kind)>;
+
+/// True when the name ends in ".app" and has more before it. Says nothing of what stands under the name.
+bool is_application_name(std::string_view name);
+
+/// True when a folder of this name is a package, by its extension, whatever its case.
+bool is_package_name(std::string_view name);
+
+/// Whether the content of a plain file may be read. What is no plain file is absent.
+enum class Readability { absent, unreadable, readable };
+
+/// True when an error (errno(3)) says nothing about what is there, unlike "there is none" and "you may not".
+bool is_failure(int error);
+
+/// What a removal has done so far. Its workers add to it while they go on; any thread may read it.
+struct RemovalProgress {
+  /// What this run itself has removed: files, links and folders, those inside listed entries included.
+  std::atomic<std::int64_t> entries{0};
+  /// Of the listed entries those that this run has taken whole.
+  std::atomic<std::int64_t> listed{0};
+  /// As Removal::bytes, over all listed entries.
+  std::atomic<std::int64_t> bytes{0};
+};
+
+/// How a removal is watched and ended. What is pointed to must live until the removal has returned; all may be null.
+struct RemovalOptions {
+  /// When it becomes true, the entries in hand are finished and the rest is not attempted.
+  const std::atomic<bool>* stop = nullptr;
+  /// When it becomes true, the removal ends between two system calls: of the entries in hand a part may stay, which
+  /// then fail with ECANCELED.
+  const std::atomic<bool>* stop_now = nullptr;
+  RemovalProgress* progress = nullptr;
+};
+
+/// What became of one entry that was to be removed.
+struct Removal {
+  /// False when the pass was stopped before it came to this entry.
+  bool attempted = false;
+  /// Empty when nothing of the entry is left, also when it was gone before.
+  std::error_code error;
+  /// Bytes of the files and links that this very run removed for it, also where a part of it stays: each name once,
+  /// with the logical length it had at that moment. What somebody else removed meanwhile counts for them.
+  std::int64_t bytes = 0;
+  /// True when this run itself removed the entry; false also when it was gone before.
+  bool taken = false;
+};
+
+/// Listing, walking, looking and removing. Links are never followed below the place where an operation starts, and that
+/// place is not followed either. No operation throws or reports a failure on the way: what cannot be read is empty, and
+/// a LookWatch hears of it. Any thread may call.
+class FileManager {
+ public:
+  /// @param workers how many folders are read or removed at once; 0 chooses for this machine and its disks.
+  /// @param handles how many folders may be kept open, see Traversal.
+  explicit FileManager(unsigned workers = 0, std::size_t handles = 0)
+      : workers_(workers), handles_(handles), traversal_(workers, handles) {}
+
+  /// The folders that the user opened; removal knows no others.
+  GrantedFolders& granted() { return granted_; }
+  const GrantedFolders& granted() const { return granted_; }
+
+  /// From now on the kernel, where it can, keeps the threads that this object makes from changing what they should not:
+  /// those that look from changing anything, those that remove from all but removing below the granted folders. A
+  /// removal then runs on a thread of its own. For a program whose other threads must be able to do more.
+  void confine_threads();
+
+  /// The workers, for jobs that no operation here does.
+  Traversal& traversal() { return traversal_; }
+
+  /// Ends every listing, walk and measurement that runs, and each one begun from now on, at once and with what it has,
+  /// until `look_again`; removals go on. For when nobody waits for the result any more.
+  void stop_looking() { traversal_.stop_looking(); }
+  void look_again() { traversal_.look_again(); }
+  /// True between the two: what looks at one thing after the other may as well end. What it has is not all there is, so
+  /// nothing may be concluded from what is missing in it.
+  bool stopped_looking() const { return traversal_.stopped_looking(); }
+
+  /// The immediate entries of a folder in byte order of their names; empty when it is no folder or cannot be read.
+  std::vector<Entry> list(const Url& folder, Hidden hidden = Hidden::skip) const;
+  /// The same, their locations only.
+  std::vector<Url> list_urls(const Url& folder, Hidden hidden = Hidden::skip) const;
+
+  /// The entries below a folder that `want` keeps, in pre-order, each folder's entries in byte order of their names.
+  /// Memory follows what is kept. The folder itself is not among them.
+  std::vector<Url> walk(const Url& folder, Hidden hidden, Packages packages, const WantEntry& want);
+
+  /// What stands at a location.
+  Status status(const Url& url) const;
+  /// The same for many; neighbours in one folder cost one look each.
+  std::vector<Status> statuses(std::span<const Url> urls) const;
+  bool exists(const Url& url) const { return status(url).kind != EntryKind::none; }
+  bool is_folder(const Url& url) const { return status(url).kind == EntryKind::folder; }
+
+  /// A folder with the extension "app".
+  bool is_application(const Url& url) const;
+  /// The name as the user sees it: the last component, without the extension when it is an application.
+  std::string display_name(const Entry& entry) const;
+  std::string display_name(const Url& url) const;
+
+  /// What a link says, as it says it, whether or not something is there; empty when there is no link.
+  std::string link_text(const Url& link) const;
+
+  /// The whole content of a plain file; none when it is anything else, cannot be read, or is larger than `most` bytes.
+  std::optional<std::string> read(const Url& file, std::size_t most) const;
+
+  /// Whether a plain file is there and its content may be read; asked without reading more than its first byte.
+  Readability readability(const Url& file) const;
+
+  /// Makes these bytes the content of a plain file, which is made when there is none; its folder must be there. It is
+  /// written in place, so that others who have it open keep it, and may see a part. False, and nothing written, when
+  /// anything but a plain file stands there; false, too, when not all bytes got there.
+  bool write(const Url& file, std::string_view bytes) const;
+  /// True when a folder is there afterwards; the one that is to hold it must be there before.
+  bool make_folder(const Url& folder) const;
+
+  /// Removes each entry and everything below it, for good; returns one result each. They are begun in order, and some
+  /// folders may be in hand at the same time.
+  ///
+  /// What stands under the name by then goes, with all that is below it by then; but what a listing found (see
+  /// Url::listed_as) and has become an entry of another kind since is not what anybody agreed to: it fails with ESTALE.
+  /// A link goes itself, never what it points to. Goes on after a failure and takes everything that can be taken. What
+  /// lies outside the granted folders fails and is not touched, and so does what is never removed whole. Another file
+  /// system or a bind mount inside an entry is not entered. Large trees are taken by several workers.
+  std::vector<Removal> remove(std::span<const Url> urls, const RemovalOptions& options = {});
+
+  /// For each entry, true when `remove` would refuse it: outside the granted folders, or never removed whole.
+  std::vector<bool> refuses_to_remove(std::span<const Url> urls) const;
+
+ private:
+  std::vector<Removal> remove_confined(std::span<const Url> urls, const RemovalOptions& options);
+
+  const unsigned workers_;
+  const std::size_t handles_;
+  std::atomic<bool> confines_threads_{false};
+  GrantedFolders granted_;
+  Traversal traversal_;
+};
+
+/// Looks up entries one after another and keeps the handle of the folder it was last in. For one thread.
+class PlaceCursor {
+ public:
+  explicit PlaceCursor(const GrantedFolders& granted) : granted_(granted) {}
+
+  /// An open handle of the folder that holds the entry, or -1; errno(3) tells why.
+  int parent_of(const Url& url);
+
+ private:
+  const GrantedFolders& granted_;
+  Url parent_;
+  Descriptor handle_;
+  int error_ = 0;
+};
+
+}  // namespace tarnby

@@ -1,0 +1,26 @@
+#include "files/free_space.h"
+
+#include <sys/statvfs.h>
+
+namespace tarnby {
+
+std::optional<DiskSpace> disk_space(const GrantedFolders& granted, const Url& folder) {
+  const Descriptor place = granted.open_place(folder);
+  struct statvfs disk = {};
+  if (!place || uninterrupted([&] { return fstatvfs(place.get(), &disk); }) != 0) return {};
+  const std::uint64_t unit = disk.f_frsize != 0 ? disk.f_frsize : disk.f_bsize;
+  DiskSpace space;
+  const auto told = [&](auto blocks, std::int64_t& bytes) {
+    return !__builtin_mul_overflow(static_cast<std::uint64_t>(blocks), unit, &bytes);
+  };
+  if (!told(disk.f_bavail, space.free) || !told(disk.f_blocks, space.whole)) return {};
+  return space;
+}
+
+std::optional<std::int64_t> free_bytes(const GrantedFolders& granted, const Url& folder) {
+  const auto space = disk_space(granted, folder);
+  if (!space) return {};
+  return space->free;
+}
+
+}  // namespace tarnby

@@ -1,0 +1,237 @@
+#include "files/granted_folders.h"
+
+#include <fcntl.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <mutex>
+#include <string_view>
+
+namespace tarnby {
+
+namespace {
+
+/// Folders whose loss would harm more than it frees, by the granted folder they are in and the folder that holds them.
+struct ProtectedRow {
+  Grant kind;
+  std::string_view parent;
+  std::vector<std::string> names;
+};
+
+const std::vector<ProtectedRow>& protected_rows() {
+  static const std::vector<ProtectedRow> rows = {
+      {Grant::home,
+       "",
+       {"Applications", "Desktop", "Documents", "Downloads", "Library", "Movies", "Music", "Pictures", "Public",
+        "Sites", ".Trash"}},
+      {Grant::home,
+       "Library",
+       {"Accounts",
+        "Address Book Plug-Ins",
+        "Application Scripts",
+        "Application Support",
+        "Assistants",
+        "Caches",
+        "Calendars",
+        "CloudStorage",
+        "ColorPickers",
+        "Containers",
+        "Cookies",
+        "Fonts",
+        "Group Containers",
+        "Input Methods",
+        "Internet Plug-Ins",
+        "Keyboard Layouts",
+        "Keychains",
+        "LaunchAgents",
+        "Logs",
+        "Mail",
+        "Messages",
+        "Metadata",
+        "Mobile Documents",
+        "Photos",
+        "PreferencePanes",
+        "Preferences",
+        "Printers",
+        "QuickLook",
+        "Reminders",
+        "Safari",
+        "Saved Application State",
+        "Screen Savers",
+        "Scripts",
+        "Services",
+        "Shortcuts",
+        "Sounds",
+        "Spelling",
+        "Spotlight",
+        "WebKit"}},
+      {Grant::disk, "", {"Applications", "Library", "System", "Users", "private", "var"}},
+      {Grant::disk, "Users", {"Shared"}},
+      {Grant::disk, "var", {"db", "folders", "run"}},
+      {Grant::disk, "private", {"var"}},  // where var is a link to it
+      {Grant::disk, "private/var", {"db", "folders", "run"}},
+      {Grant::disk,
+       "Library",
+       {"Application Support", "Caches", "LaunchAgents", "LaunchDaemons", "Logs", "Preferences",
+        "PrivilegedHelperTools"}},
+  };
+  return rows;
+}
+
+/// Opens one component after the other below `base`; empty components do not occur in a Url.
+template <typename OpenNext>
+Descriptor descend(Descriptor base, std::string_view relative, OpenNext open_next) {
+  while (!relative.empty() && base) {
+    const auto slash = relative.find('/');
+    const std::string component(relative.substr(0, slash));
+    relative = slash == std::string_view::npos ? std::string_view{} : relative.substr(slash + 1);
+    if (component == "..") {
+      errno = EINVAL;
+      return {};
+    }
+    base = open_next(base.get(), component.c_str(), relative.empty());
+  }
+  return base;
+}
+
+/// Opens what lies below a grant without a stop at every component. Where that fails, going component by component
+/// finds out why, also when only the path is too long or the system does not know how.
+/// @param relative the end of a path, thus followed by a NUL.
+Descriptor in_one_step(Descriptor (*open)(int, const char*), int grant, std::string_view relative) {
+  if (relative.empty()) return open(grant, ".");
+  if (relative.find("..") == std::string_view::npos) return open(grant, relative.data());
+  errno = EINVAL;  // may be a way out of the folder
+  return {};
+}
+
+std::string_view relative_path(const Url& url, const Url& folder) {
+  std::string_view rest = url.path();
+  rest.remove_prefix(folder.path() == "/" ? 0 : folder.path().size());
+  if (!rest.empty()) rest.remove_prefix(1);
+  return rest;
+}
+
+bool has_dot_dot(const Url& url) {
+  const std::string& path = url.path();
+  return path.find("/../") != std::string::npos || path.ends_with("/..");
+}
+
+}  // namespace
+
+bool GrantedFolders::add(Grant kind, const Url& folder) {
+  if (!folder.is_file_url() || has_dot_dot(folder)) return false;
+  // By its name and not from the handle of an earlier grant, since another folder may stand there by now.
+  const Descriptor above = open_parent(folder);
+  const std::string name(folder.path() == "/" ? "." : folder.last_path_component());
+  // A program that is confined to the folder may not open those above it, but knows the way through them.
+  Descriptor handle = above ? open_place_at(above.get(), name.c_str()) : open_place_at(AT_FDCWD, folder.path().c_str());
+  if (!handle) return false;
+  const Status itself = status_of(handle.get());
+  if (itself.error != 0) return false;  // it could not be told apart from what may be removed
+  std::vector<Identity> line = {itself.identity};
+  std::string up = "..";
+  for (Url url = folder; url.path() != "/"; up += "/..") {
+    url = url.parent();
+    // What really holds it, wherever its path leads by now; the path, where the folder may not be searched.
+    Status above_it = status_at(handle.get(), up.c_str());
+    if (above_it.error != 0) above_it = status_at(AT_FDCWD, url.path().c_str());
+    if (above_it.kind == EntryKind::folder) line.push_back(above_it.identity);
+  }
+  const std::unique_lock lock(mutex_);
+  const bool known = std::any_of(given_.begin(), given_.end(), [&](const Given& given) {
+    return given.kind == kind && given.url == folder && given.line == line;
+  });
+  if (!known) given_.push_back({kind, folder, std::move(handle), std::move(line)});
+  return true;
+}
+
+std::vector<Descriptor> GrantedFolders::handles() const {
+  const std::shared_lock lock(mutex_);
+  std::vector<Descriptor> handles;
+  for (const Given& given : given_) handles.emplace_back(fcntl(given.handle.get(), F_DUPFD_CLOEXEC, 0));
+  return handles;
+}
+
+bool GrantedFolders::holds(const Url& url) const {
+  if (has_dot_dot(url)) return false;
+  const std::shared_lock lock(mutex_);
+  return std::any_of(given_.begin(), given_.end(),
+                     [&](const Given& given) { return url != given.url && url.is_within(given.url); });
+}
+
+const GrantedFolders::Given* GrantedFolders::nearest(const Url& url) const {
+  const Given* best = nullptr;
+  for (const Given& given : given_) {
+    if (!url.is_within(given.url)) continue;
+    // Of two grants of one path the later one is what the user sees there.
+    if (!best || given.url.path().size() >= best->url.path().size()) best = &given;
+  }
+  return best;
+}
+
+Descriptor GrantedFolders::open_place_locked(const Url& folder, LastLink last_link) const {
+  if (!folder.is_file_url()) {
+    errno = ENOENT;
+    return {};
+  }
+  if (const Given* grant = nearest(folder)) {
+    Descriptor place = in_one_step(open_place_beneath, grant->handle.get(), relative_path(folder, grant->url));
+    if (place || errno == ENOENT) return place;
+    const auto below = [](int parent, const char* name, bool) { return open_place_at(parent, name); };
+    return descend(open_place_at(grant->handle.get(), "."), relative_path(folder, grant->url), below);
+  }
+  const auto elsewhere = [last_link](int parent, const char* name, bool last) {
+    return last && last_link == LastLink::refuse ? open_place_at(parent, name) : open_place_following(parent, name);
+  };
+  return descend(open_place_at(AT_FDCWD, "/"), relative_path(folder, Url::file("/")), elsewhere);
+}
+
+Descriptor GrantedFolders::open_place(const Url& folder) const {
+  const std::shared_lock lock(mutex_);
+  return open_place_locked(folder, LastLink::refuse);
+}
+
+Descriptor GrantedFolders::open_parent(const Url& entry) const {
+  const std::shared_lock lock(mutex_);
+  return open_place_locked(entry.parent(), LastLink::follow);
+}
+
+Descriptor GrantedFolders::open_folder(const Url& folder) const {
+  {
+    const std::shared_lock lock(mutex_);
+    if (const Given* grant = nearest(folder)) {
+      Descriptor handle = in_one_step(open_folder_beneath, grant->handle.get(), relative_path(folder, grant->url));
+      if (handle || errno == ENOENT) return handle;
+    }
+  }
+  const Descriptor place = open_place(folder);
+  return place ? open_folder_at(place.get(), ".") : Descriptor();
+}
+
+bool GrantedFolders::is_or_holds_grant(const Identity& identity) const {
+  const std::shared_lock lock(mutex_);
+  return std::any_of(given_.begin(), given_.end(), [&](const Given& given) {
+    return std::find(given.line.begin(), given.line.end(), identity) != given.line.end();
+  });
+}
+
+std::vector<ProtectedFolder> GrantedFolders::protected_folders() const {
+  const std::shared_lock lock(mutex_);
+  std::vector<ProtectedFolder> folders;
+  const auto protect = [&](const Url& folder, std::vector<std::string> names) {
+    const Descriptor place = open_place_locked(folder, LastLink::refuse);
+    const auto identity = place ? std::optional(status_of(place.get()).identity) : std::nullopt;
+    folders.push_back({folder, identity, std::move(names)});
+  };
+  for (const Given& given : given_) {
+    for (const ProtectedRow& row : protected_rows()) {
+      if (row.kind == given.kind) protect(given.url.appending(row.parent), row.names);
+    }
+    for (Url url = given.url; url.path() != "/"; url = url.parent()) {
+      protect(url.parent(), {std::string(url.last_path_component())});
+    }
+  }
+  return folders;
+}
+
+}  // namespace tarnby
