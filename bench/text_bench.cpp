@@ -3,7 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/text.h"
+#include "text/folded_index.h"
+#include "text/text.h"
 
 namespace tarnby {
 namespace {
@@ -51,6 +52,23 @@ void match_identifiers(benchmark::State& state) {
   }
 }
 BENCHMARK(match_identifiers)->Unit(benchmark::kMillisecond);
+
+/// Each of so many identifiers is looked for among all of them, and in names that almost hold many of them.
+void match_identifiers_by_index(benchmark::State& state) {
+  std::vector<FoldedText> identifiers;
+  for (std::int64_t at = 0; at < state.range(0); ++at) {
+    identifiers.emplace_back("com.gone.tool" + std::to_string(at));
+  }
+  const std::size_t names = identifiers.size();
+  for (std::size_t at = 0; at < 200; ++at) identifiers.emplace_back(std::string(at, 'a') + ".a.a");
+  const FoldedText repeating(std::string(255, 'a'));
+  for (auto _ : state) {
+    const FoldedIndex index(identifiers);
+    for (std::size_t at = 0; at < names; ++at) benchmark::DoNotOptimize(index.parts_in(identifiers[at]));
+    for (std::size_t at = 0; at < names / 50; ++at) benchmark::DoNotOptimize(index.parts_in(repeating));
+  }
+}
+BENCHMARK(match_identifiers_by_index)->Arg(10'000)->Arg(100'000)->Unit(benchmark::kMillisecond);
 
 /// What a command pays that shows one size and sorts nothing.
 void first_byte_count(benchmark::State& state, const char* locale) {
