@@ -48,6 +48,11 @@ std::shared_ptr<LargeFile> plain_record(const Url& url, std::int64_t size) {
   return LargeFile::init_with_file_url(url, std::string(url.last_path_component()), size, "");
 }
 
+/// Some clients keep their files in folders that are named by others, and may have none of them.
+bool has_location(const FileManager& files, const CleanerItem& client) {
+  return client.size > 0 || std::ranges::any_of(client.files, [&](const Url& url) { return files.exists(url); });
+}
+
 template <typename Records>
 std::vector<CleanerEntry> entries_of(const Records& records) {
   return {records.begin(), records.end()};
@@ -177,7 +182,7 @@ std::shared_ptr<CleanerItem> Cleaner::clients_category(std::span<const ClientRow
     const auto client = client_item(row);
     if (!client) continue;
     keep_client(row.type, client);
-    if (client->files.empty()) continue;  // a row that removes nothing would be no row
+    if (!has_location(platform_.files, *client)) continue;  // a row that removes nothing would be no row
     category->items.emplace_back(client);
     category->size = add_bytes(category->size, client->size);
   }
