@@ -160,7 +160,7 @@ void CleanedViewController::view_did_appear() {
   context_.flush_settings();
   if (due == CleanedSheet::none) return;
   const char* sheet = due == CleanedSheet::promotion ? "DownloadUninstallerOrvane" : "RateOnAppStore";
-  after(until_sheet, [this, sheet] { present_sheet(ScreenCatalogue::main().make(sheet, context_)); });
+  offer_sheet(until_sheet, [this, sheet] { return ScreenCatalogue::main().make(sheet, context_); });
 }
 
 void CleanedViewController::done() {

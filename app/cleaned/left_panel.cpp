@@ -10,7 +10,7 @@ namespace tarnby {
 
 namespace {
 
-constexpr QSize list_size(640, 300);
+constexpr QSize list_size(640, 312);  // whole rows
 
 }  // namespace
 

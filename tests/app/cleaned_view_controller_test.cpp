@@ -4,6 +4,7 @@
 #include <set>
 
 #include "app/cleaned/download_uninstaller_orvane.h"
+#include "app/cleaned/left_panel.h"
 #include "app/cleaned/rate_on_app_store.h"
 #include "app/home/home_view_controller.h"
 #include "app/smart/smart_scan_view_controller.h"
@@ -70,6 +71,11 @@ TEST(CleanedViewController, adds_up_once_a_showing_and_asks_for_a_rating_later) 
   EXPECT_EQ(at.context.sharedCleaner().wasCleaned, 0);
   at.context.sharedCleaner().wasCleaned = 250'000;
   at.post("cleaned_view_controller");  // the same launch, once more
+  at.screen<CleanedViewController>()->show_left();
+  at.pass(1500);
+  auto* list = at.card<LeftPanel>();
+  ASSERT_NE(list, nullptr) << "it comes over no sheet that was asked for";
+  list->escaped();
   at.pass(1500);
   rate = at.card<RateOnAppStore>();
   ASSERT_NE(rate, nullptr);
