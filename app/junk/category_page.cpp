@@ -53,12 +53,36 @@ QWidget* CategoryPage::list_panel(const Plan& plan) {
   layout->setContentsMargins(theme::grid, 2 * theme::grid, theme::grid, 2 * theme::grid);
   layout->setSpacing(theme::grid);
   for (const JunkRow& row : plan.rows) layout->addWidget(row_line(row, panel));
+  other_rows_ = plan.rows.data() == media_rows().data() ? applications_rows() : media_rows();
   layout->addStretch();
-  other_page_ = text_label({}, theme::Type::detail, theme::readable(theme::secondary, theme::panel_ground()), panel);
-  align_at_beginning(other_page_);
-  other_page_->setContentsMargins(theme::grid, 0, theme::grid, 0);
-  layout->addWidget(other_page_);
+  const QColor quiet = theme::readable(theme::secondary, theme::panel_ground());
+  problems = note_below(theme::readable(theme::amber, theme::panel_ground()), panel);
+  other_page = note_below(quiet, panel);
+  counted_once = note_below(quiet, panel);
+  problems->setText(problems_text());
+  problems->setVisible(!problems->text().isEmpty());
   return panel;
+}
+
+QLabel* CategoryPage::note_below(const QColor& color, QWidget* panel) {
+  QLabel* note = text_label({}, theme::Type::detail, color, panel);
+  note->setWordWrap(true);
+  align_at_beginning(note);
+  note->setContentsMargins(theme::grid, 0, theme::grid, 0);
+  panel->layout()->addWidget(note);
+  return note;
+}
+
+QString CategoryPage::problems_text() const {
+  QStringList told;
+  for (const auto& category : categories_) {
+    const auto problem = sharedCleaner.problem_of(category->row->setting);
+    if (!problem) continue;
+    const QString name = path_in_words(QString::fromStdString(problem->name).replace(u'\n', u' '));
+    told << context_.text("%@: %@",
+                          {context_.text(category->row->label), context_.text(look_problem_text(*problem), {name})});
+  }
+  return told.join(u'\n');
 }
 
 QWidget* CategoryPage::row_line(const JunkRow& row, QWidget* parent) {
@@ -148,12 +172,18 @@ void CategoryPage::add_to_line(const Category& category, QWidget* control) {
 void CategoryPage::update_ui() {
   choice_ = junk_choice(sharedCleaner);
   overall_be_cleaned_label->show_text(context_.byte_count(choice_.bytes));
-  std::int64_t others = 0;
+  const std::int64_t others = ticked_bytes(sharedCleaner, other_rows_);
+  std::int64_t again = others - choice_.bytes;
   for (const RemovalQuestion::Line& line : choice_.lines) {
     const bool here = std::ranges::any_of(categories_, [&](const auto& own) { return own->row->type == line.type; });
-    if (!here) others += line.size;
+    if (here) again += line.size;
   }
-  other_page_->setText(others == 0 ? QString() : context_.text("On the other page: %@", {context_.byte_count(others)}));
+  const auto show = [](QLabel* note, const QString& words) {
+    note->setText(words);
+    note->setVisible(!words.isEmpty());
+  };
+  show(other_page, others == 0 ? QString() : context_.text("On the other page: %@", {context_.byte_count(others)}));
+  show(counted_once, counted_once_text(context_, again));
 }
 
 }  // namespace tarnby

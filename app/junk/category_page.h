@@ -47,6 +47,12 @@ class CategoryPage : public Screen {
   };
   Category& category(std::string_view type);
 
+  /// What stands below the categories: what of them could not be looked at, one line each; what is ticked on the other
+  /// page; and why the sum is less than its parts, where it is.
+  QLabel* problems;
+  QLabel* other_page;
+  QLabel* counted_once;
+
   /// Shows the sum of both pages, and what of it stands on the other one.
   void update_ui();
 
@@ -80,11 +86,13 @@ class CategoryPage : public Screen {
 
  private:
   QWidget* list_panel(const Plan& plan);
+  QLabel* note_below(const QColor& color, QWidget* panel);
+  QString problems_text() const;
   QWidget* row_line(const JunkRow& row, QWidget* parent);
   QWidget* bottom_bar(const Plan& plan);
   void mark_current(const Category& current);
 
-  QLabel* other_page_ = nullptr;
+  std::span<const JunkRow> other_rows_;
   RemovalQuestion choice_;
   std::vector<std::unique_ptr<Category>> categories_;
 };

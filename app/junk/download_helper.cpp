@@ -1,6 +1,7 @@
 #include "app/junk/download_helper.h"
 
 #include <QVBoxLayout>
+#include <unordered_map>
 
 #include "app/parts/layouts.h"
 #include "app/parts/left_list.h"
@@ -11,7 +12,13 @@ namespace tarnby {
 
 namespace {
 
-constexpr QSize list_size(560, 220);
+constexpr QSize list_size(560, 208);  // whole rows
+
+std::unordered_map<std::string_view, LeftReason> reasons_of(const std::vector<LeftEntry>& left) {
+  std::unordered_map<std::string_view, LeftReason> reasons;
+  for (const LeftEntry& entry : left) reasons.emplace(entry.url.path(), entry.reason);
+  return reasons;
+}
 
 }  // namespace
 
@@ -21,13 +28,16 @@ DownloadHelper::DownloadHelper(AppContext& context, HandOff& hand_off) : Screen(
   const bool has_helper = !links::helper_page.empty();
   layout->addWidget(paragraph(has_helper ? context.text("They belong to the system or to somebody else. The helper can "
                                                         "remove them with your permission.")
-                                         : context.text("They belong to the system or to somebody else, or are in use. "
-                                                        "They stay as they are."),
+                                         : context.text("They stay where they are. The reason stands beside each."),
                               theme::Type::body, theme::readable(theme::secondary, theme::sheet), list_size.width(),
                               this));
   auto* list = new LeftList(context, list_size, this);
   std::vector<LeftList::Line> lines;
-  for (const Url& url : context.sharedCleaner().remainder_urls) lines.push_back({url, {}});
+  const auto reasons = reasons_of(context.removal.outcome.left);
+  for (const Url& url : context.sharedCleaner().remainder_urls) {
+    const auto reason = reasons.find(url.path());
+    lines.push_back({url, reason == reasons.end() ? QString() : context.text(left_reason_text(reason->second))});
+  }
   list->show_lines(std::move(lines));
   layout->addWidget(list);
   cancel_button = new PushButton(context.text("Go on"), ButtonKind::plain, this);

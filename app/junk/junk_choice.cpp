@@ -2,14 +2,15 @@
 
 #include <algorithm>
 
-#include "app/junk/junk_rows.h"
-
 namespace tarnby {
 
 namespace {
 
-const CleanupCategory& category_of(const JunkRow& row) {
-  return *std::ranges::find(cleanup_categories(), std::string_view(row.setting), &CleanupCategory::setting);
+/// Whether a run would take what the row holds.
+bool is_ticked(const Cleaner& cleaner, const JunkRow& row) {
+  const auto category =
+      std::ranges::find(cleanup_categories(), std::string_view(row.setting), &CleanupCategory::setting);
+  return category->is_removed && cleaner.is_switched_on(*category);
 }
 
 }  // namespace
@@ -18,13 +19,20 @@ RemovalQuestion junk_choice(const Cleaner& cleaner) {
   RemovalQuestion question{{}, cleaner.cleanup_amount()};
   for (const auto rows : {applications_rows(), media_rows()}) {
     for (const JunkRow& row : rows) {
-      const CleanupCategory& category = category_of(row);
-      if (!category.is_removed || !cleaner.is_switched_on(category)) continue;
+      if (!is_ticked(cleaner, row)) continue;
       const CleanerItem& item = *(cleaner.*row.item);
       question.lines.push_back({row.type, row.label, item.files.size(), item.size});
     }
   }
   return question;
+}
+
+std::int64_t ticked_bytes(const Cleaner& cleaner, std::span<const JunkRow> rows) {
+  std::vector<CleanerEntry> ticked;
+  for (const JunkRow& row : rows) {
+    if (is_ticked(cleaner, row)) ticked.emplace_back(cleaner.*row.item);
+  }
+  return (cleaner.junk_amount ? *cleaner.junk_amount : ChosenAmount()).amount(ticked);
 }
 
 }  // namespace tarnby

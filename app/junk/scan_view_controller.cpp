@@ -1,6 +1,7 @@
 #include "app/junk/scan_view_controller.h"
 
 #include <QVBoxLayout>
+#include <algorithm>
 #include <cmath>
 
 #include "app/parts/layouts.h"
@@ -46,23 +47,47 @@ constexpr const char* clean = english("In \"%@\" everything is clean");
 
 const ScanViewController::Flicker ScanViewController::caches = {
     [](const Cleaner& cleaner) -> const Files* { return files_of(cleaner.apps_caches_item); },
-    &Cleaner::apps_caches_item, apps_are_ready, nullptr, ""};
+    &Cleaner::apps_caches_item,
+    apps_are_ready,
+    nullptr,
+    "",
+    "Caches"};
 const ScanViewController::Flicker ScanViewController::logs = {
-    [](const Cleaner& cleaner) -> const Files* { return files_of(cleaner.apps_logs_item); }, &Cleaner::apps_logs_item,
-    apps_are_ready, clean, english("Applications logs")};
+    [](const Cleaner& cleaner) -> const Files* { return files_of(cleaner.apps_logs_item); },
+    &Cleaner::apps_logs_item,
+    apps_are_ready,
+    clean,
+    english("Applications logs"),
+    "Logs"};
 // The applications that were looked through for what removed ones have left.
 const ScanViewController::Flicker ScanViewController::remainders = {
     [](const Cleaner& cleaner) -> const Files* { return &cleaner.remainders().installedApplications; },
-    &Cleaner::apps_remainders_item, apps_are_ready, wait, ""};
+    &Cleaner::apps_remainders_item,
+    apps_are_ready,
+    wait,
+    "",
+    "Remainders"};
 const ScanViewController::Flicker ScanViewController::browsers = {
-    [](const Cleaner& cleaner) -> const Files* { return files_of(cleaner.browser_item); }, &Cleaner::browser_item,
-    apps_are_ready, wait, ""};
+    [](const Cleaner& cleaner) -> const Files* { return files_of(cleaner.browser_item); },
+    &Cleaner::browser_item,
+    apps_are_ready,
+    wait,
+    "",
+    "Browsers"};
 const ScanViewController::Flicker ScanViewController::trash = {
-    [](const Cleaner& cleaner) -> const Files* { return files_of(cleaner.trash_item); }, &Cleaner::trash_item,
-    media_is_ready, clean, english("Trash Bin")};
+    [](const Cleaner& cleaner) -> const Files* { return files_of(cleaner.trash_item); },
+    &Cleaner::trash_item,
+    media_is_ready,
+    clean,
+    english("Trash Bin"),
+    "Trash"};
 const ScanViewController::Flicker ScanViewController::mails = {
-    [](const Cleaner& cleaner) -> const Files* { return files_of(cleaner.mails_item); }, &Cleaner::mails_item,
-    media_is_ready, clean, english("Mail attachments")};
+    [](const Cleaner& cleaner) -> const Files* { return files_of(cleaner.mails_item); },
+    &Cleaner::mails_item,
+    media_is_ready,
+    clean,
+    english("Mail attachments"),
+    "Mails"};
 
 ScanViewController::ScanViewController(AppContext& context)
     : ScanScreen(context),
@@ -134,10 +159,18 @@ bool ScanViewController::tick(const Flicker& flicker, std::size_t& count) {
     return false;
   }
   count = 0;
-  if (flicker.empty_text != nullptr) {
-    path->setText(context_.text(flicker.empty_text, {context_.text(flicker.empty_category)}));
-  }
+  if (flicker.empty_text != nullptr) path->setText(empty_text(flicker));
   return true;
+}
+
+/// A category that could not be looked at is never called clean.
+QString ScanViewController::empty_text(const Flicker& flicker) const {
+  const auto problem = sharedCleaner.problem_of(flicker.group);
+  if (flicker.empty_text != clean || !problem) {
+    return context_.text(flicker.empty_text, {context_.text(flicker.empty_category)});
+  }
+  const QString name = QString::fromStdString(problem->name).replace(u'\n', u' ');
+  return context_.text(look_problem_text(*problem), {path_in_words(name)});
 }
 
 /// The figure follows without a push: it would never come to rest.
@@ -147,14 +180,34 @@ void ScanViewController::count_passed(const Flicker& flicker, double part) {
   scan_size->setText(context_.byte_count(found_so_far()));
 }
 
-std::int64_t ScanViewController::found_so_far() const {
-  std::int64_t found = apps_are_counted_ ? sharedCleaner.apps_junk_size : 0;
+std::int64_t ScanViewController::passed_bytes(bool (*is_ready)(const Cleaner&)) const {
+  std::int64_t bytes = 0;
   for (const auto& [flicker, part] : passed_) {
     const auto& item = sharedCleaner.*flicker->item;
-    if (!item || (apps_are_counted_ && flicker->is_ready == apps_are_ready)) continue;
-    found = add_bytes(found, std::llround(part * static_cast<double>(item->size)));
+    if (item && flicker->is_ready == is_ready) {
+      bytes = add_bytes(bytes, std::llround(part * static_cast<double>(item->size)));
+    }
   }
-  return found;
+  return bytes;
+}
+
+/// What two categories list is counted twice only as long as nobody knows of it.
+std::int64_t ScanViewController::found_so_far() {
+  const std::int64_t applications = apps_are_counted_ ? sharedCleaner.apps_junk_size : passed_bytes(apps_are_ready);
+  const std::int64_t media = passed_bytes(media_is_ready);
+  if (!media_is_ready(sharedCleaner)) return add_bytes(applications, media);
+  return std::min(add_bytes(std::min(applications, sums().applications), media), sums().both);
+}
+
+const ScanViewController::Sums& ScanViewController::sums() {
+  if (sums_) return *sums_;
+  const ChosenAmount amount = sharedCleaner.junk_amount ? *sharedCleaner.junk_amount : ChosenAmount();
+  std::vector<CleanerEntry> listed;
+  for (const Flicker* flicker : {&caches, &logs, &remainders, &browsers})
+    listed.emplace_back(sharedCleaner.*flicker->item);
+  const std::int64_t applications = amount.amount(listed);
+  for (const Flicker* flicker : {&trash, &mails}) listed.emplace_back(sharedCleaner.*flicker->item);
+  return sums_.emplace(applications, amount.amount(listed));
 }
 
 void ScanViewController::animation_apps_caches() {
@@ -205,7 +258,7 @@ void ScanViewController::scan_complete() {
     return once_ready(media_is_ready, [this] { scan_complete(); });
   }
   all_is_counted_ = true;
-  scanView->show_number(context_.byte_count(sharedCleaner.apps_junk_size + sharedCleaner.media_junk_size));
+  scanView->show_number(context_.byte_count(sums().both));
   scan_label->show_text(context_.text("Scan complete..."));
   text->setText(QStringLiteral("Tarnby cleaner..."));  // the program's name is the same in every language
   after(until_pages, [&center = context_.platform.notifications] {

@@ -3,6 +3,7 @@
 #include <QLabel>
 #include <functional>
 #include <map>
+#include <optional>
 #include <vector>
 
 #include "app/parts/scan_screen.h"
@@ -48,6 +49,8 @@ class ScanViewController : public ScanScreen {
     /// What is shown when there are none; null leaves the line as it is.
     const char* empty_text;
     const char* empty_category;
+    /// Under which the engine tells what of it could not be looked at; that is then shown instead.
+    const char* group;
   };
   static const Flicker caches, logs, remainders, browsers, trash, mails;
 
@@ -55,7 +58,16 @@ class ScanViewController : public ScanScreen {
   void start_flicker(const Flicker& flicker);
   bool tick(const Flicker& flicker, std::size_t& count);
   void count_passed(const Flicker& flicker, double part);
-  std::int64_t found_so_far() const;
+  QString empty_text(const Flicker& flicker) const;
+  /// Bytes of what has flickered past of the categories that are ready at that flag.
+  std::int64_t passed_bytes(bool (*is_ready)(const Cleaner&)) const;
+  std::int64_t found_so_far();
+  /// What was found for the first page, and for both, in bytes.
+  struct Sums {
+    std::int64_t applications, both;
+  };
+  /// With each location counted once. To be asked for once the scan is over.
+  const Sums& sums();
   void show_category(const char* category);
   void scan_open_anim();
 
@@ -64,6 +76,7 @@ class ScanViewController : public ScanScreen {
   /// The first sum has been shown, and both.
   bool apps_are_counted_ = false;
   bool all_is_counted_ = false;
+  std::optional<Sums> sums_;
 };
 
 }  // namespace tarnby

@@ -81,8 +81,8 @@ void RemovalScreen::show_progress() {
   // At once: a number that is pushed away before it has come cannot be read.
   ring_->number()->setText(context_.byte_count(removal.progress.bytes));
   ring_->show_caption(context_.text("removed of %@", {context_.byte_count(removal.asked_bytes)}));
-  entries_label->setText(context_.plural(static_cast<std::int64_t>(removal.asked_entries), "%@ of one entry",
-                                         "%@ of %@ entries", {context_.number(removal.progress.listed)}));
+  entries_label->setText(
+      context_.plural(removal.progress.entries, "One file or folder is gone", "%@ files and folders are gone"));
 }
 
 void RemovalScreen::finish() {

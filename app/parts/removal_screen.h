@@ -19,7 +19,8 @@ class RemovalScreen : public Screen {
   Q_OBJECT
  public:
   PushButton* stop_button;
-  /// How many of the chosen entries are gone.
+  /// How many files and folders are gone. What was listed is not counted: it may be listed twice, or lie inside
+  /// another.
   QLabel* entries_label;
 
   /// Ends the removal; what went and what stayed is then told.

@@ -69,7 +69,9 @@ void SmartCleanViewController::say_there_is_nothing() {
     part->hide();
   auto* nothing = new NothingFound(context_, *why, this);
   app_title = nothing->title;
-  layout()->addWidget(nothing);
+  auto* column = static_cast<QVBoxLayout*>(layout());
+  delete column->takeAt(0);  // the row of the panels, which would keep its room though they are hidden
+  column->addWidget(nothing, 1);
   connect(nothing->done_button, &QAbstractButton::clicked, back_button, &QAbstractButton::click);
   nothing->done_button->setFocus();
 }
@@ -127,7 +129,11 @@ QWidget* SmartCleanViewController::bottom_bar() {
   size = new NumberLabel(context_.clock, bar);
   size->setFont(theme::font(theme::Type::heading, theme::Weight::strong));
   size->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-  layout->addWidget(size, 1);
+  layout->addWidget(size);
+  counted_once = text_label({}, theme::Type::note, theme::readable(theme::secondary, theme::panel_ground()), bar);
+  counted_once->setWordWrap(true);
+  align_at_beginning(counted_once);
+  layout->addWidget(counted_once, 1);
   back_button = new PushButton(context_.text("Back"), ButtonKind::plain, bar);
   remove_button = new PushButton(context_.text("Remove"), ButtonKind::destructive, bar);
   layout->addWidget(back_button);
@@ -162,6 +168,7 @@ void SmartCleanViewController::update_ui() {
   update_junk();
   const QString ticked_size = context_.byte_count(static_cast<std::int64_t>(smart_junk));
   size->show_text(ticked_size);
+  counted_once->setText(counted_once_text(context_, question().counted_again()));
   std::vector<ChartSegment> segments;
   for (std::size_t group = 0; group < count(); ++group) {
     if (ticked(group) == Ticked::none) continue;

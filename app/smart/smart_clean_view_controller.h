@@ -31,6 +31,8 @@ class SmartCleanViewController : public Screen, public SmartCleanLists {
   OutlineView* outlineview;
   QMenu* cleanItemMenu;
   NumberLabel* size;
+  /// Tells why that is less than the groups add up to, where it is.
+  QLabel* counted_once;
   PushButton* remove_button;
   /// Says so when nothing was found at all.
   QLabel* app_title;

@@ -60,6 +60,16 @@ std::size_t RemovalQuestion::entries() const {
                          [](std::size_t sum, const Line& line) { return sum + line.entries; });
 }
 
+std::int64_t RemovalQuestion::counted_again() const {
+  return std::accumulate(lines.begin(), lines.end(), -bytes,
+                         [](std::int64_t sum, const Line& line) { return sum + line.size; });
+}
+
+QString counted_once_text(const AppContext& context, std::int64_t counted_again) {
+  if (counted_again <= 0) return {};
+  return context.text("What is listed twice is counted once: %@ less.", {context.byte_count(counted_again)});
+}
+
 WarningCleanupViewController::WarningCleanupViewController(AppContext& context) : Screen(context) {}
 
 void WarningCleanupViewController::show_question(const RemovalQuestion& question) {
@@ -96,7 +106,6 @@ void WarningCleanupViewController::add_lines(QVBoxLayout* layout, const RemovalQ
   grid->setVerticalSpacing(0);
   grid->setColumnStretch(1, 1);
   grid->setColumnMinimumWidth(3, least_size_width);
-  std::int64_t sum = 0;
   for (const RemovalQuestion::Line& line : question.lines) {
     const int row = grid->rowCount();
     grid->setRowMinimumHeight(row, line_height);
@@ -109,13 +118,11 @@ void WarningCleanupViewController::add_lines(QVBoxLayout* layout, const RemovalQ
     QLabel* size =
         text_label(context_.byte_count(line.size), theme::Type::body, theme::text, this, theme::Weight::strong);
     grid->addWidget(size, row, 3, Qt::AlignRight | Qt::AlignVCenter);
-    sum += line.size;
   }
   layout->addLayout(grid);
-  if (sum <= question.bytes) return;
-  QLabel* once = paragraph(context_.text("What stands in two of them is counted once: %@ less.",
-                                         {context_.byte_count(sum - question.bytes)}),
-                           theme::Type::note, quiet, words_width, this);
+  const QString counted_once = counted_once_text(context_, question.counted_again());
+  if (counted_once.isEmpty()) return;
+  QLabel* once = paragraph(counted_once, theme::Type::note, quiet, words_width, this);
   align_at_beginning(once);
   layout->addWidget(once);
 }

@@ -32,7 +32,12 @@ struct RemovalQuestion {
   std::int64_t bytes = 0;
 
   std::size_t entries() const;
+  /// Bytes by which the sizes of the lines are more than `bytes`.
+  std::int64_t counted_again() const;
 };
+
+/// What tells people of such bytes; empty where there are none.
+QString counted_once_text(const AppContext& context, std::int64_t counted_again);
 
 /// Asks once more before anything is removed, and says how much and what. Its answers stay in the settings.
 class WarningCleanupViewController : public Screen {

@@ -15,6 +15,7 @@
 #include "app/junk/page_controllers.h"
 #include "app/junk/scan_view_controller.h"
 #include "app/junk/select_browsers.h"
+#include "app/parts/left_list.h"
 #include "app/smart/warning_cleanup_view_controller.h"
 #include "platform/settings_store.h"
 #include "tests/app/test_window.h"
@@ -150,17 +151,37 @@ TEST(ScanViewController, counts_up_with_the_names_that_flicker_by) {
   EXPECT_THAT(told, ElementsAre("22 MB")) << "the sum of both scans";
 }
 
+TEST(ScanViewController, counts_once_what_two_categories_list) {
+  TestPlatform ada;
+  for (const char* name : {"com.gone.tool/x", "kept/x"}) {
+    ada.tree.file(std::string("ada/Library/Caches/") + name, 24'000'000);
+  }
+  ada.tree.file("ada/.Trash/t", 1'000'000);
+  TestWindow at(ada);
+  at.open_on_screen();
+  at.post("scan_view_controller");
+  at.settle();  // the scan is over before its screen is there
+  at.pass(100);
+  const QLabel* size = at.screen<ScanViewController>(Layer::overlay)->scan_size;
+  std::set<std::string> told;
+  for (int passed = 0; passed < 10'900; passed += 10, at.pass(10)) told.insert(size->text().toStdString());
+  EXPECT_THAT(told, ElementsAre("24 MB", "48 MB", "49 MB", "Zero KB")) << "and not the leftover's 24 MB again";
+}
+
 TEST(ScanViewController, says_of_which_categories_everything_is_clean) {
   struct Case {
     std::vector<std::string> files;
     const char* clean;
   };
-  const Case cases[] = {{{}, "In \"Applications logs\" everything is clean"},
-                        {{"ada/Library/Logs/l"}, "In \"Trash Bin\" everything is clean"},
-                        {{"ada/Library/Logs/l", "ada/.Trash/t"}, "In \"Mail attachments\" everything is clean"}};
+  const Case cases[] = {{{"ada/Library/Logs/.hidden"}, "In \"Applications logs\" everything is clean"},
+                        {{"ada/Library/Logs/l", "ada/.Trash/"}, "In \"Trash Bin\" everything is clean"},
+                        {{"ada/song.mp3"}, "Not looked for: none of its places is in ada"},
+                        {{"ada/Library/Logs/l", "ada/.Trash/t", "ada/Library/Containers/com.apple.mail/x"},
+                         "In \"Mail attachments\" everything is clean"}};
   for (const Case& c : cases) {
+    SCOPED_TRACE(c.clean);
     TestPlatform ada;
-    for (const std::string& file : c.files) ada.tree.file(file, 1);
+    for (const std::string& file : c.files) file.ends_with('/') ? ada.tree.folder(file) : ada.tree.file(file, 1);
     TestWindow at(ada);
     at.open_on_screen();
     at.post("scan_view_controller");
@@ -263,6 +284,29 @@ TEST(CategoryPages, tick_and_untick_what_will_be_cleaned) {
   EXPECT_EQ(turner->current(), 0);
   applications.back_button->click();
   EXPECT_NE(pages.at.screen<HomeViewController>(), nullptr);
+}
+
+TEST(CategoryPages, count_once_what_is_listed_twice_and_say_so) {
+  Pages pages([](TestPlatform& ada) { ada.tree.file("ada/Library/Caches/com.gone.tool/x", 30'000'000); });
+  auto& applications = pages.page<ApplicationsViewController>();
+  auto& media = pages.page<MediaViewController>();
+  EXPECT_EQ(pages.sum(media), "41 MB");
+  EXPECT_EQ(applications.other_page->text(), "On the other page: 8 MB");
+  EXPECT_EQ(applications.counted_once->text(), "What is listed twice is counted once: 30 MB less.");
+  EXPECT_EQ(media.other_page->text(), "On the other page: 33 MB");
+  EXPECT_EQ(media.counted_once->text(), "") << "33 and 8 are 41";
+  applications.category("remainders").button->click();
+  EXPECT_EQ(applications.counted_once->text(), "");
+  EXPECT_EQ(media.other_page->text(), "On the other page: 33 MB");
+}
+
+TEST(CategoryPages, tell_what_could_not_be_looked_at) {
+  EXPECT_TRUE(Pages().page<ApplicationsViewController>().problems->isHidden());
+  Pages pages([](TestPlatform& ada) { std::filesystem::remove_all(ada.tree.path("ada/Library")); });
+  const QLabel* told = pages.page<MediaViewController>().problems;
+  EXPECT_EQ(told->text(), "Mail attachments: Not looked for: none of its places is in ada") << "but there is a Trash";
+  EXPECT_FALSE(told->isHidden());
+  EXPECT_EQ(pages.page<ApplicationsViewController>().problems->text().count(u'\n'), 3);
 }
 
 TEST(CategoryPages, take_large_files_that_were_chosen) {
@@ -453,6 +497,9 @@ TEST(DeleteViewController, gives_what_is_left_to_the_helper_or_lists_it) {
   run();
   auto* panel = pages.at.card<DownloadHelper>();
   ASSERT_NE(panel, nullptr);
+  EXPECT_TRUE(panel->download_button->isHidden()) << "nobody hands one out yet";
+  const QModelIndex row = panel->findChild<LeftList*>()->model()->index(0, 0);
+  EXPECT_THAT(row.data(Qt::AccessibleTextRole).toString().toStdString(), testing::HasSubstr("outside/kept: ")) << "why";
   panel->show_button->click();
   EXPECT_THAT(pages.at.workspace.asked, ElementsAre("reveal " + pages.ada.tree.path("outside/kept")));
   QTest::keyClick(panel, Qt::Key_Escape);

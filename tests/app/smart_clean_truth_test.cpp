@@ -119,7 +119,12 @@ TEST(SmartClean, says_why_there_is_nothing_in_words_that_are_true_for_the_home) 
     const char* part;
   };
   const Case cases[] = {
-      {"after a clean", [](TestPlatform& ada) { ada.tree.folder("ada/Library/Logs").folder("ada/Downloads"); },
+      {"after a clean",
+       [](TestPlatform& ada) {
+         const std::string groups = "ada/Library/Group Containers/";
+         ada.tree.folder("ada/Library/Logs").folder("ada/Downloads");
+         ada.tree.folder(groups + "2E337YPCZY.airmail/Library/Application Support/it.bloop.airmail2/Airmail/General");
+       },
        "There is nothing to remove", "Everything is clean."},
       {"empty", [](TestPlatform&) {}, "There is nothing here yet", "“ada” is empty"},
       {"another folder", [](TestPlatform& ada) { ada.tree.file("ada/song.mp3", 10); }, "There was nothing to look at",
@@ -132,6 +137,7 @@ TEST(SmartClean, says_why_there_is_nothing_in_words_that_are_true_for_the_home) 
     ASSERT_NE(nothing, nullptr);
     EXPECT_EQ(nothing->title->text(), c.title);
     EXPECT_THAT(nothing->words->text().toStdString(), testing::HasSubstr(c.part));
+    EXPECT_EQ(nothing->geometry(), of.screen->rect()) << "in the middle of all there is";
     EXPECT_FALSE(of.screen->outlineview->isVisible() || of.screen->remove_button->isVisible());
     EXPECT_EQ(QApplication::focusWidget(), nothing->done_button);
     nothing->done_button->click();
@@ -156,8 +162,10 @@ TEST(SmartClean, counts_once_what_two_groups_list) {
   EXPECT_EQ(of.told(of.group(caches), OutlineModel::size_text_role), "24 KB");
   EXPECT_EQ(of.told(of.group(remainders), OutlineModel::size_text_role), "24 KB");
   EXPECT_EQ(of.screen->size->text(), "26 KB");
+  EXPECT_EQ(of.screen->counted_once->text(), "What is listed twice is counted once: 24 KB less.");
   of.screen->select_item(of.screen->outlineview->model()->index(0, 0, of.group(caches)), false);
   EXPECT_EQ(of.screen->size->text(), "26 KB") << "it still goes, as a leftover";
+  EXPECT_EQ(of.screen->counted_once->text(), "");
   of.screen->select_smart_outline_item(of.group(remainders), false);
   EXPECT_EQ(of.screen->size->text(), "2 KB");
   of.screen->select_smart_outline_item(of.group(caches), true);
