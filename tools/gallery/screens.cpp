@@ -135,7 +135,8 @@ void removal_runs(Stage& stage) {
   SmartCleanupViewController* screen = removal(stage);
   screen->progressView->set_stroke_end(0.4);
   screen->smart_size->setText(stage.context().byte_count(2'470'000'000));
-  screen->entries_label->setText(stage.context().plural(38, "%@ of one entry", "%@ of %@ entries", {"15"}));
+  screen->entries_label->setText(
+      stage.context().plural(2140, "One file or folder is gone", "%@ files and folders are gone"));
 }
 
 void removal_done(Stage& stage) {
