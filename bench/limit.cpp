@@ -106,7 +106,7 @@ class Work {
         const char* name = buffer.data() + at + name_offset;
         at += record.length;
         if (record.type != DT_DIR) {
-          bytes += take_file(folder.handle, name);
+          bytes += remove_or_measure(folder.handle, name);
         } else if (std::strcmp(name, ".") != 0 && std::strcmp(name, "..") != 0) {
           found.push_back(new Folder{&folder, name});
         }
@@ -115,7 +115,7 @@ class Work {
     return bytes;
   }
 
-  std::int64_t take_file(int folder, const char* name) const {
+  std::int64_t remove_or_measure(int folder, const char* name) const {
     if (removes_) {
       if (unlinkat(folder, name, 0) != 0) fail(name);
       return 0;

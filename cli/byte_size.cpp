@@ -26,7 +26,7 @@ bool is_digit(char c) {
 }
 
 /// Takes the digits away that the text begins with.
-std::string_view take_digits(std::string_view& text) {
+std::string_view read_digits(std::string_view& text) {
   const auto end = std::find_if_not(text.begin(), text.end(), is_digit);
   const std::string_view digits = text.substr(0, static_cast<std::size_t>(end - text.begin()));
   text.remove_prefix(digits.size());
@@ -46,11 +46,11 @@ std::optional<std::int64_t> bytes_of_unit(std::string_view name) {
 }  // namespace
 
 std::optional<std::int64_t> byte_size(std::string_view typed) {
-  const std::string_view whole = take_digits(typed);
+  const std::string_view whole = read_digits(typed);
   std::string_view fraction;
   if (typed.starts_with('.')) {
     typed.remove_prefix(1);
-    fraction = take_digits(typed);
+    fraction = read_digits(typed);
     if (fraction.empty()) return {};
   }
   if (typed.starts_with(' ')) typed.remove_prefix(1);

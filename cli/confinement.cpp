@@ -17,7 +17,7 @@ namespace {
 /// The folder, or the nearest above it that is there and will hold it.
 Descriptor open_nearest(Url folder) {
   for (;; folder = folder.parent()) {
-    Descriptor opened = open_place_following(AT_FDCWD, folder.path().c_str());
+    Descriptor opened = open_path_handle_following(AT_FDCWD, folder.path().c_str());
     if (opened || errno != ENOENT || folder.parent() == folder) return opened;
   }
 }

@@ -27,7 +27,7 @@ void say(std::string_view line) {
   [[maybe_unused]] const auto written = write(STDERR_FILENO, line.data(), line.size());
 }
 
-void take_stop() {
+void ask_to_stop() {
   hurry_settings();
   if (!stop_asked.exchange(true)) {
     if (shows_terminal) say("Stopping after the entry in hand. Once more: stopping at once.\n");
@@ -37,13 +37,13 @@ void take_stop() {
 }
 
 /// Only what signal-safety(7) allows.
-void take_signal(int /*number*/) {
+void handle_signal(int /*number*/) {
   switch (phase.load()) {
     case Phase::before_removal:
       say("tarnby-cleaner-cli: interrupted; nothing was removed\n");
       _exit(interrupted);
     case Phase::removal:
-      take_stop();
+      ask_to_stop();
       return;
     case Phase::after_removal:
       say("tarnby-cleaner-cli: interrupted after the removal; what is shown of it may be cut off\n");
@@ -56,7 +56,7 @@ void take_signal(int /*number*/) {
 void watch_for_interrupts() {
   shows_terminal = isatty(STDERR_FILENO) != 0;
   struct sigaction action = {};
-  action.sa_handler = take_signal;
+  action.sa_handler = handle_signal;
   action.sa_flags = SA_RESTART;
   for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
     struct sigaction before = {};

@@ -48,16 +48,16 @@ class Reader {
       if (options_may_come && word == "--") {
         options_may_come = false;
       } else if (options_may_come && is_option(word)) {
-        take_option(word);
+        read_option(word);
       } else {
-        take_word(word);
+        read_word(word);
       }
     }
     return std::move(asked_);
   }
 
  private:
-  void take_word(std::string_view word) {
+  void read_word(std::string_view word) {
     if (asked_.command) {
       asked_.arguments.emplace_back(word);
       return;
@@ -66,7 +66,7 @@ class Reader {
     if (!asked_.command) refuse("there is no command \"" + one_line(word) + "\"; the commands are " + command_names());
   }
 
-  void take_option(std::string_view word) {
+  void read_option(std::string_view word) {
     const std::string_view name = name_of_option(word);
     const OptionRow* row = option_row(name);
     if (!row) refuse("there is no option " + one_line(name));

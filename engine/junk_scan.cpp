@@ -23,7 +23,7 @@ void add_client(CleanerItem& all, const CleanerItem& client) {
 
 void Cleaner::clean_with_complete_handler(const std::function<void()>& handler) {
   {
-    const Measurer::Session session(platform_.measurer);
+    const Measurer::SizeMemory memory(platform_.measurer);
     look_for_places();
     const Listed caches = listed([&] { return cache_locations(); });
     const Listed logs = listed([&] { return platform_.files.list_urls(url_logs); });

@@ -24,14 +24,14 @@ namespace tarnby {
 
 namespace {
 
-/// A folder's place in the walk, as the account of a traversal: the number of the outermost package it is in, from 1,
+/// A folder's place in the walk, as the tag of a traversal: the number of the outermost package it is in, from 1,
 /// and whether all files below it are excluded.
 struct Place {
   std::size_t package = 0;
   bool is_excluded = false;
 
-  std::size_t account() const { return package * 2 + (is_excluded ? 1 : 0); }
-  static Place of_account(std::size_t account) { return {account / 2, account % 2 == 1}; }
+  std::size_t tag() const { return package * 2 + (is_excluded ? 1 : 0); }
+  static Place of_tag(std::size_t tag) { return {tag / 2, tag % 2 == 1}; }
 };
 
 /// Tells which folders have a path that contains one of some others.
@@ -71,12 +71,12 @@ class LargeFileJob final : public TraversalJob {
 
   void visit(const TraversedFolder& folder, int handle, std::span<const RawEntry> entries,
              FoldersToEnter& enter) override {
-    const Place here = Place::of_account(folder.account());
+    const Place here = Place::of_tag(folder.tag());
     std::vector<LargeFileCandidate> large;
     std::int64_t bytes = 0;
     for (const RawEntry& entry : entries) {
       if (entry.kind == EntryKind::folder) {
-        enter.add(entry.name, below(folder, here, entry.name).account());
+        enter.add(entry.name, below(folder, here, entry.name).tag());
         continue;
       }
       // Only in a package do the bytes of excluded files matter, and those of links.
@@ -146,7 +146,7 @@ std::vector<LargeFileCandidate> walk_for_large_files(FileManager& files, const U
                                                      std::span<const Url> excluded) {
   if (!home.is_file_url()) return {};
   LargeFileJob job(files.granted(), excluded);
-  const TraversalStart starts[] = {{home.path(), Place{}.account()}};
+  const TraversalStart starts[] = {{home.path(), Place{}.tag()}};
   files.traversal().run(job, starts);
   return job.candidates();
 }

@@ -66,7 +66,7 @@ std::span<const SmartCategory> smart_categories() {
 
 void Cleaner::smart_clean_with_complete_handler(const std::function<void()>& handler) {
   {
-    const Measurer::Session session(platform_.measurer);
+    const Measurer::SizeMemory memory(platform_.measurer);
     look_for_places();
     plan_smart_scan();
     for (const SmartCategory& category : categories) problems_.set(category.type, {});

@@ -70,18 +70,18 @@ class DirectoryReader {
 
 /// A handle for looking up entries below a folder, not for reading it. A link in its place is not followed. Empty when
 /// it cannot be opened; errno(3) tells why.
-Descriptor open_place_at(int parent, const char* name);
+Descriptor open_path_handle_at(int parent, const char* name);
 
 /// The same, through a link if one stands there: only for what lies above a granted folder.
-Descriptor open_place_following(int parent, const char* name);
+Descriptor open_path_handle_following(int parent, const char* name);
 
 /// A handle for reading a folder's entries; a link in its place is not followed. Where the system permits it, reading
 /// leaves the access time alone, here and in files.
 Descriptor open_folder_at(int parent, const char* name);
 
-/// open_place_at and open_folder_at for a path of several names, in one step: a link anywhere in it is not followed,
-/// and nothing that is not below `parent` is reached. Empty with ENOSYS where the system has no such step.
-Descriptor open_place_beneath(int parent, const char* path);
+/// open_path_handle_at and open_folder_at for a path of several names, in one step: a link anywhere in it is not
+/// followed, and nothing that is not below `parent` is reached. Empty with ENOSYS where the system has no such step.
+Descriptor open_path_handle_beneath(int parent, const char* path);
 Descriptor open_folder_beneath(int parent, const char* path);
 
 /// As open_folder_at, and refused when another file system or a bind mount begins there (openat2(2)).

@@ -127,7 +127,7 @@ bool is_package_name(std::string_view name) {
          std::end(package_extensions);
 }
 
-int PlaceCursor::parent_of(const Url& url) {
+int ParentCursor::parent_of(const Url& url) {
   errno = ENOENT;
   if (!url.is_file_url() || url.path() == "/") return -1;
   const Url parent = url.parent();
@@ -182,7 +182,7 @@ std::vector<Url> FileManager::walk(const Url& folder, Hidden hidden, Packages pa
 }
 
 std::vector<Status> FileManager::statuses(std::span<const Url> urls) const {
-  PlaceCursor cursor(granted_);
+  ParentCursor cursor(granted_);
   std::vector<Status> result;
   result.reserve(urls.size());
   for (const Url& url : urls) {
@@ -193,7 +193,7 @@ std::vector<Status> FileManager::statuses(std::span<const Url> urls) const {
       status = status_at(parent, name.c_str());
     } else {
       status.error = parent < 0 ? errno : ENOENT;
-      const Descriptor self = url.path() == "/" ? granted_.open_place(url) : Descriptor();
+      const Descriptor self = url.path() == "/" ? granted_.open_path_handle(url) : Descriptor();
       if (self) status = status_of(self.get());
     }
     note_missed(status.error, url);
@@ -221,7 +221,7 @@ std::string FileManager::display_name(const Url& url) const {
 }
 
 bool FileManager::write(const Url& file, std::string_view bytes) const {
-  PlaceCursor cursor(granted_);
+  ParentCursor cursor(granted_);
   const int parent = cursor.parent_of(file);
   const std::string name(file.last_path_component());
   if (parent < 0 || name == "..") return false;
@@ -239,7 +239,7 @@ bool FileManager::write(const Url& file, std::string_view bytes) const {
 }
 
 bool FileManager::make_folder(const Url& folder) const {
-  PlaceCursor cursor(granted_);
+  ParentCursor cursor(granted_);
   const int parent = cursor.parent_of(folder);
   const std::string name(folder.last_path_component());
   return parent >= 0 && name != ".." && make_folder_at(parent, name.c_str());
@@ -271,7 +271,7 @@ std::string FileManager::link_text(const Url& link) const {
 }
 
 std::optional<std::string> FileManager::read(const Url& file, std::size_t most) const {
-  PlaceCursor cursor(granted_);
+  ParentCursor cursor(granted_);
   const int parent = cursor.parent_of(file);
   const std::string name(file.last_path_component());
   const auto none = [&](int error) {

@@ -171,9 +171,9 @@ class FileManager {
 };
 
 /// Looks up entries one after another and keeps the handle of the folder it was last in. For one thread.
-class PlaceCursor {
+class ParentCursor {
  public:
-  explicit PlaceCursor(const GrantedFolders& granted) : granted_(granted) {}
+  explicit ParentCursor(const GrantedFolders& granted) : granted_(granted) {}
 
   /// An open handle of the folder that holds the entry, or -1; errno(3) tells why.
   int parent_of(const Url& url);

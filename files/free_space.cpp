@@ -5,9 +5,9 @@
 namespace tarnby {
 
 std::optional<DiskSpace> disk_space(const GrantedFolders& granted, const Url& folder) {
-  const Descriptor place = granted.open_place(folder);
+  const Descriptor handle = granted.open_path_handle(folder);
   struct statvfs disk = {};
-  if (!place || uninterrupted([&] { return fstatvfs(place.get(), &disk); }) != 0) return {};
+  if (!handle || uninterrupted([&] { return fstatvfs(handle.get(), &disk); }) != 0) return {};
   const std::uint64_t unit = disk.f_frsize != 0 ? disk.f_frsize : disk.f_bsize;
   DiskSpace space;
   const auto told = [&](auto blocks, std::int64_t& bytes) {

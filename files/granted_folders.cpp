@@ -124,7 +124,8 @@ bool GrantedFolders::add(Grant kind, const Url& folder) {
   const Descriptor above = open_parent(folder);
   const std::string name(folder.path() == "/" ? "." : folder.last_path_component());
   // A program that is confined to the folder may not open those above it, but knows the way through them.
-  Descriptor handle = above ? open_place_at(above.get(), name.c_str()) : open_place_at(AT_FDCWD, folder.path().c_str());
+  Descriptor handle =
+      above ? open_path_handle_at(above.get(), name.c_str()) : open_path_handle_at(AT_FDCWD, folder.path().c_str());
   if (!handle) return false;
   const Status itself = status_of(handle.get());
   if (itself.error != 0) return false;  // it could not be told apart from what may be removed
@@ -169,31 +170,32 @@ const GrantedFolders::Given* GrantedFolders::nearest(const Url& url) const {
   return best;
 }
 
-Descriptor GrantedFolders::open_place_locked(const Url& folder, LastLink last_link) const {
+Descriptor GrantedFolders::open_path_handle_locked(const Url& folder, LastLink last_link) const {
   if (!folder.is_file_url()) {
     errno = ENOENT;
     return {};
   }
   if (const Given* grant = nearest(folder)) {
-    Descriptor place = in_one_step(open_place_beneath, grant->handle.get(), relative_path(folder, grant->url));
-    if (place || errno == ENOENT) return place;
-    const auto below = [](int parent, const char* name, bool) { return open_place_at(parent, name); };
-    return descend(open_place_at(grant->handle.get(), "."), relative_path(folder, grant->url), below);
+    Descriptor handle = in_one_step(open_path_handle_beneath, grant->handle.get(), relative_path(folder, grant->url));
+    if (handle || errno == ENOENT) return handle;
+    const auto below = [](int parent, const char* name, bool) { return open_path_handle_at(parent, name); };
+    return descend(open_path_handle_at(grant->handle.get(), "."), relative_path(folder, grant->url), below);
   }
   const auto elsewhere = [last_link](int parent, const char* name, bool last) {
-    return last && last_link == LastLink::refuse ? open_place_at(parent, name) : open_place_following(parent, name);
+    return last && last_link == LastLink::refuse ? open_path_handle_at(parent, name)
+                                                 : open_path_handle_following(parent, name);
   };
-  return descend(open_place_at(AT_FDCWD, "/"), relative_path(folder, Url::file("/")), elsewhere);
+  return descend(open_path_handle_at(AT_FDCWD, "/"), relative_path(folder, Url::file("/")), elsewhere);
 }
 
-Descriptor GrantedFolders::open_place(const Url& folder) const {
+Descriptor GrantedFolders::open_path_handle(const Url& folder) const {
   const std::shared_lock lock(mutex_);
-  return open_place_locked(folder, LastLink::refuse);
+  return open_path_handle_locked(folder, LastLink::refuse);
 }
 
 Descriptor GrantedFolders::open_parent(const Url& entry) const {
   const std::shared_lock lock(mutex_);
-  return open_place_locked(entry.parent(), LastLink::follow);
+  return open_path_handle_locked(entry.parent(), LastLink::follow);
 }
 
 Descriptor GrantedFolders::open_folder(const Url& folder) const {
@@ -204,8 +206,8 @@ Descriptor GrantedFolders::open_folder(const Url& folder) const {
       if (handle || errno == ENOENT) return handle;
     }
   }
-  const Descriptor place = open_place(folder);
-  return place ? open_folder_at(place.get(), ".") : Descriptor();
+  const Descriptor handle = open_path_handle(folder);
+  return handle ? open_folder_at(handle.get(), ".") : Descriptor();
 }
 
 bool GrantedFolders::is_or_holds_grant(const Identity& identity) const {
@@ -219,8 +221,8 @@ std::vector<ProtectedFolder> GrantedFolders::protected_folders() const {
   const std::shared_lock lock(mutex_);
   std::vector<ProtectedFolder> folders;
   const auto protect = [&](const Url& folder, std::vector<std::string> names) {
-    const Descriptor place = open_place_locked(folder, LastLink::refuse);
-    const auto identity = place ? std::optional(status_of(place.get()).identity) : std::nullopt;
+    const Descriptor handle = open_path_handle_locked(folder, LastLink::refuse);
+    const auto identity = handle ? std::optional(status_of(handle.get()).identity) : std::nullopt;
     folders.push_back({folder, identity, std::move(names)});
   };
   for (const Given& given : given_) {

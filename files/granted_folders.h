@@ -43,7 +43,7 @@ class GrantedFolders {
   bool holds(const Url& url) const;
 
   /// A handle for looking up entries in the folder; empty when a component is missing, a link, or "..".
-  Descriptor open_place(const Url& folder) const;
+  Descriptor open_path_handle(const Url& folder) const;
   /// The same for the folder that holds an entry, whose name is then the last component.
   Descriptor open_parent(const Url& entry) const;
   /// A handle for reading the folder's entries, under the same rules.
@@ -68,7 +68,7 @@ class GrantedFolders {
   const Given* nearest(const Url& url) const;
   /// What a link as the last component means outside the grants; below them it is always refused.
   enum class LastLink { refuse, follow };
-  Descriptor open_place_locked(const Url& folder, LastLink last_link) const;
+  Descriptor open_path_handle_locked(const Url& folder, LastLink last_link) const;
 
   mutable std::shared_mutex mutex_;
   std::vector<Given> given_;

@@ -15,12 +15,19 @@ namespace tarnby {
 
 // How a folder is measured once
 //
-// Every measured folder is a start of its own. When a later one turns out to hold an earlier one, it is measured around
-// it, and the sum of the earlier one is added when somebody asks:
+// Each folder to measure is a start of a traversal and has a total of its own. When a folder contains one that was
+// planned before, its traversal skips the inner folder, and the total of the inner one is added when the size is asked:
 //
-//     planned first   Containers/a/Data/Library/Caches      10 bytes
-//     planned then    Containers/a                           3 bytes of its own, does not enter .../Caches
-//     asked           Containers/a                          13 bytes
+//     planned first   Containers/a/Data/Library/Caches      total 10
+//     planned second  Containers/a                          total 3, skips Data/Library/Caches
+//     asked           Containers/a                          size 13 = 3 + 10
+//
+// Which folder to skip is told by counting rules, one for each folder on the way to a skipped one:
+//
+//     rule 0   the start's plain rule: files count to total 0, folders below go by rule 0
+//     rule 1   at Containers/a: as rule 0, but Data goes by rule 2
+//     rule 2   at Data:         as rule 0, but Library goes by rule 3
+//     rule 3   at Library:      as rule 0, but Caches is skipped
 
 namespace {
 
@@ -41,23 +48,23 @@ bool has_size(EntryKind kind) {
 /// Measures some folders, each on its own.
 class FoldersJob final : public TraversalJob {
  public:
-  /// A folder to measure, and the paths below it, relative to it, that are measured elsewhere.
+  /// A folder to measure, and the paths, relative to it, of the folders below that have totals of their own.
   struct Root {
     std::string path;
     std::vector<std::string> measured_elsewhere;
   };
 
   FoldersJob(const GrantedFolders& granted, Hidden hidden, std::vector<Root> roots)
-      : granted_(granted), hidden_(hidden), totals_(roots.size()), roads_(roots.size()) {
+      : granted_(granted), hidden_(hidden), totals_(roots.size()), rules_(roots.size()) {
     for (std::size_t at = 0; at < roots.size(); ++at) {
-      roads_[at].total = at;
-      starts_.push_back({roots[at].path, road_around(at, roots[at].measured_elsewhere)});
+      rules_[at].total = at;
+      starts_.push_back({roots[at].path, rule_around(at, roots[at].measured_elsewhere)});
     }
   }
 
   std::span<const TraversalStart> starts() const { return starts_; }
 
-  /// Waits until the folder is measured, and notes what was missed in it.
+  /// The bytes of a root. Waits until it is measured, and notes on this thread what was missed in it.
   std::int64_t total(std::size_t root) {
     Total& total = totals_[root];
     std::unique_lock lock(mutex_);
@@ -73,23 +80,23 @@ class FoldersJob final : public TraversalJob {
 
   void visit(const TraversedFolder& folder, int handle, std::span<const RawEntry> entries,
              FoldersToEnter& enter) override {
-    const Road& road = roads_[folder.account()];
+    const CountingRule& rule = rules_[folder.tag()];
     std::int64_t bytes = 0;
     for (const RawEntry& entry : entries) {
       if (hidden_ == Hidden::skip && is_hidden(entry.name)) continue;
       if (has_size(entry.kind)) {
         const std::int64_t size = size_at(handle, entry.name.data());
-        if (size < 0) totals_[road.total].missed.note(errno, folder);
+        if (size < 0) totals_[rule.total].missed.note(errno, folder);
         bytes = add_bytes(bytes, std::max<std::int64_t>(0, size));
       } else if (entry.kind == EntryKind::folder) {
-        go_on(road, entry.name, enter);
+        enter_by_rule(rule, entry.name, enter);
       }
     }
-    if (bytes > 0) add_atomically(totals_[road.total].bytes, bytes);
+    if (bytes > 0) add_atomically(totals_[rule.total].bytes, bytes);
   }
 
   void leave(const TraversedFolder& folder, int /*parent_handle*/) override {
-    Total& total = totals_[roads_[folder.account()].total];
+    Total& total = totals_[rules_[folder.tag()].total];
     total.missed.note(folder.error(), folder);
     if (folder.parent()) return;
     const std::lock_guard lock(mutex_);
@@ -106,41 +113,44 @@ class FoldersJob final : public TraversalJob {
     bool asked = false;  // somebody waits for it
     MissedByWorkers missed;
   };
-  /// Where a folder's bytes go, and which of the folders in it are not like it: each has a road of its own, or is
-  /// measured elsewhere. The first roads are the plain ones, one a root.
-  struct Road {
+  /// How the content of a folder is counted: the total that its files add to, and the subfolders, by name, that do not
+  /// go by the plain rule of that total: each goes by another rule, or is skipped (`measured_elsewhere`). The index of
+  /// a rule is the tag of its folders. Rules 0 to n - 1 are the plain ones of the n roots and have the same indices as
+  /// their totals.
+  struct CountingRule {
     std::size_t total = 0;
-    std::map<std::string, std::size_t, std::less<>> turns;
+    std::map<std::string, std::size_t, std::less<>> exceptions;
   };
 
-  static void go_on(const Road& road, std::string_view name, FoldersToEnter& enter) {
-    const auto turn = road.turns.empty() ? road.turns.end() : road.turns.find(name);
-    if (turn == road.turns.end()) {
-      enter.add(name, road.total);
-    } else if (turn->second != measured_elsewhere) {
-      enter.add(name, turn->second);
+  static void enter_by_rule(const CountingRule& rule, std::string_view name, FoldersToEnter& enter) {
+    const auto exception = rule.exceptions.empty() ? rule.exceptions.end() : rule.exceptions.find(name);
+    if (exception == rule.exceptions.end()) {
+      enter.add(name, rule.total);
+    } else if (exception->second != measured_elsewhere) {
+      enter.add(name, exception->second);
     }
   }
 
-  std::size_t new_road(std::size_t total) {
-    roads_.push_back({total, {}});
-    return roads_.size() - 1;
+  std::size_t new_rule(std::size_t total) {
+    rules_.push_back({total, {}});
+    return rules_.size() - 1;
   }
 
-  std::size_t road_around(std::size_t root, const std::vector<std::string>& elsewhere) {
+  /// The rule for a root of which these paths are skipped: a chain of rules along each path; returns the first.
+  std::size_t rule_around(std::size_t root, const std::vector<std::string>& elsewhere) {
     if (elsewhere.empty()) return root;
-    const std::size_t first = new_road(root);
+    const std::size_t first = new_rule(root);
     for (std::string_view path : elsewhere) {
       std::size_t at = first;
       for (auto slash = path.find('/'); slash != std::string_view::npos; slash = path.find('/')) {
         const std::string name(path.substr(0, slash));
         path.remove_prefix(slash + 1);
-        const auto turn = roads_[at].turns.find(name);
-        const std::size_t next = turn == roads_[at].turns.end() ? new_road(root) : turn->second;
-        roads_[at].turns[name] = next;
+        const auto exception = rules_[at].exceptions.find(name);
+        const std::size_t next = exception == rules_[at].exceptions.end() ? new_rule(root) : exception->second;
+        rules_[at].exceptions[name] = next;
         at = next;
       }
-      roads_[at].turns[std::string(path)] = measured_elsewhere;
+      rules_[at].exceptions[std::string(path)] = measured_elsewhere;
     }
     return first;
   }
@@ -148,7 +158,7 @@ class FoldersJob final : public TraversalJob {
   const GrantedFolders& granted_;
   const Hidden hidden_;
   std::vector<Total> totals_;
-  std::vector<Road> roads_;
+  std::vector<CountingRule> rules_;
   std::vector<TraversalStart> starts_;
   std::mutex mutex_;
   std::condition_variable root_done_;
@@ -181,7 +191,7 @@ class EntriesJob final : public TraversalJob {
   /// After the job has ended; notes what was missed.
   std::vector<MeasuredEntry> measured() {
     note_missed(missed_.missed());
-    const std::lock_guard lock(mutex_);  // several may ask within one session
+    const std::lock_guard lock(mutex_);  // several threads may ask
     std::sort(rows_.begin(), rows_.end(), [](const Row& a, const Row& b) { return a.name < b.name; });
     std::vector<MeasuredEntry> entries;
     entries.reserve(rows_.size());
@@ -225,11 +235,11 @@ class EntriesJob final : public TraversalJob {
       if (has_size(entry.kind)) {
         bytes = add_bytes(bytes, size_of(folder, handle, entry));
       } else if (entry.kind == EntryKind::folder) {
-        enter.add(entry.name, folder.account());
+        enter.add(entry.name, folder.tag());
       }
     }
     const std::lock_guard lock(mutex_);
-    std::int64_t& size = rows_[folder.account()].size;
+    std::int64_t& size = rows_[folder.tag()].size;
     size = add_bytes(size, bytes);
   }
 
@@ -243,43 +253,43 @@ class EntriesJob final : public TraversalJob {
 
 }  // namespace
 
-/// What has been measured or is being measured. Its end waits for the workers.
-class Measurer::Memory {
+/// The sizes that are known or being measured. Its end cancels what is being measured and waits for it.
+class Measurer::KnownSizes {
  public:
   /// @param hidden whether hidden entries inside folders count.
-  explicit Memory(FileManager& files, Hidden hidden = Hidden::take) : files_(files), hidden_(hidden) {}
-  ~Memory() {
+  explicit KnownSizes(FileManager& files, Hidden hidden = Hidden::take) : files_(files), hidden_(hidden) {}
+  ~KnownSizes() {
     for (const auto& job : folder_jobs_) job->cancel();
     for (const auto& job : entry_jobs_) job->cancel();
     for (const auto& job : folder_jobs_) files_.traversal().wait(*job);
     for (const auto& job : entry_jobs_) files_.traversal().wait(*job);
   }
-  Memory(const Memory&) = delete;
-  Memory& operator=(const Memory&) = delete;
+  KnownSizes(const KnownSizes&) = delete;
+  KnownSizes& operator=(const KnownSizes&) = delete;
 
-  void plan(std::span<const Url> folders, Traversal::Turn turn) {
+  void plan(std::span<const Url> folders, Traversal::Priority priority) {
     const std::lock_guard lock(mutex_);
     std::vector<AllKnown::iterator> fresh;
     std::vector<FoldersJob::Root> roots;
     for (const Url& folder : folders) {
       if (!folder.is_file_url()) continue;
-      const auto [place, is_new] = known_.try_emplace(folder.path());
+      const auto [known, is_new] = known_.try_emplace(folder.path());
       if (!is_new) continue;
-      place->second.root = fresh.size();
-      fresh.push_back(place);
+      known->second.root = fresh.size();
+      fresh.push_back(known);
       roots.push_back({folder.path(), {}});
     }
     if (fresh.empty()) return;
     for (std::size_t at = 0; at < fresh.size(); ++at) find_within(roots[at], fresh[at]);
     FoldersJob& job =
         *folder_jobs_.emplace_back(std::make_unique<FoldersJob>(files_.granted(), hidden_, std::move(roots)));
-    for (const auto place : fresh) place->second.job = &job;
-    files_.traversal().start(job, job.starts(), turn);
+    for (const auto known : fresh) known->second.job = &job;
+    files_.traversal().start(job, job.starts(), priority);
   }
 
   std::int64_t size(const Url& folder) {
     if (!folder.is_file_url()) return 0;
-    plan({&folder, 1}, Traversal::Turn::now);
+    plan({&folder, 1}, Traversal::Priority::now);
     std::unique_lock lock(mutex_);
     std::vector<const Known*> parts = {&known_.find(folder.path())->second};
     for (std::size_t at = 0; at < parts.size(); ++at) {
@@ -292,15 +302,15 @@ class Measurer::Memory {
     return bytes;
   }
 
-  void plan_entries(const Url& folder, Hidden hidden, Traversal::Turn turn) {
+  void plan_entries(const Url& folder, Hidden hidden, Traversal::Priority priority) {
     const std::lock_guard lock(mutex_);
     if (!folder.is_file_url() || planned_entries(folder, hidden)) return;
     EntriesJob& job = *entry_jobs_.emplace_back(std::make_unique<EntriesJob>(files_.granted(), folder, hidden));
-    files_.traversal().start(job, job.starts(), turn);
+    files_.traversal().start(job, job.starts(), priority);
   }
 
   std::vector<MeasuredEntry> entries(const Url& folder, Hidden hidden) {
-    plan_entries(folder, hidden, Traversal::Turn::now);
+    plan_entries(folder, hidden, Traversal::Priority::now);
     std::unique_lock lock(mutex_);
     EntriesJob* job = planned_entries(folder, hidden);
     lock.unlock();
@@ -320,12 +330,12 @@ class Measurer::Memory {
   };
   using AllKnown = std::map<std::string, Known, WalksBefore>;
 
-  /// Notes which folders inside this one are measured on their own; in walking order those come right behind it.
-  void find_within(FoldersJob::Root& root, AllKnown::iterator place) {
-    const auto first = std::next(place);
-    if (first == known_.end() || !first->first.starts_with(root.path)) return;  // nearly always
+  /// Collects the known folders inside this one, to be skipped; in walking order they follow it directly.
+  void find_within(FoldersJob::Root& root, AllKnown::iterator known) {
+    const auto first = std::next(known);
+    if (first == known_.end() || !first->first.starts_with(root.path)) return;  // the usual case, decided cheaply
     const Url folder = Url::file(root.path);
-    // Outside the grants links above a folder are followed, so one that is inside by its path may lie elsewhere.
+    // Outside the grants links above a folder are followed: a path inside this one may lead to another folder.
     if (!files_.granted().holds(folder)) return;
     Url last;
     for (auto next = first; next != known_.end(); ++next) {
@@ -336,7 +346,7 @@ class Measurer::Memory {
       if (hidden_ == Hidden::skip && (is_hidden(relative) || relative.find("/.") != std::string::npos)) continue;
       last = inner;
       root.measured_elsewhere.push_back(std::move(relative));
-      place->second.within.push_back(&next->second);
+      known->second.within.push_back(&next->second);
     }
   }
 
@@ -355,44 +365,44 @@ class Measurer::Memory {
   std::vector<std::unique_ptr<EntriesJob>> entry_jobs_;
 };
 
-Measurer::Session::Session(Measurer& measurer) : measurer_(measurer) {
+Measurer::SizeMemory::SizeMemory(Measurer& measurer) : measurer_(measurer) {
   const std::lock_guard lock(measurer_.mutex_);
-  measurer_.session_memory_ = std::make_shared<Memory>(measurer_.files_);
+  measurer_.remembered_ = std::make_shared<KnownSizes>(measurer_.files_);
 }
 
-Measurer::Session::~Session() {
-  std::shared_ptr<Memory> memory;  // ends outside the lock, since it waits
+Measurer::SizeMemory::~SizeMemory() {
+  std::shared_ptr<KnownSizes> ending;  // destroyed after the lock is released, since its end waits
   const std::lock_guard lock(measurer_.mutex_);
-  memory = std::exchange(measurer_.session_memory_, nullptr);
+  ending = std::exchange(measurer_.remembered_, nullptr);
 }
 
-std::shared_ptr<Measurer::Memory> Measurer::memory() {
+std::shared_ptr<Measurer::KnownSizes> Measurer::known_sizes() {
   const std::lock_guard lock(mutex_);
-  return session_memory_ ? session_memory_ : std::make_shared<Memory>(files_);
+  return remembered_ ? remembered_ : std::make_shared<KnownSizes>(files_);
 }
 
 void Measurer::plan(std::span<const Url> folders) {
   const std::lock_guard lock(mutex_);
-  if (!session_memory_) return;
-  // Of a long list of files each would cost a failing look at a folder that is none.
+  if (!remembered_) return;
+  // A file that is planned as a folder costs a failing open(2), which adds up over a long list.
   std::vector<Url> may_be_folders;
   for (const Url& url : folders) {
     const EntryKind kind = url.listed_kind();
     if (kind == EntryKind::none || kind == EntryKind::folder) may_be_folders.push_back(url);
   }
-  session_memory_->plan(may_be_folders, Traversal::Turn::last);
+  remembered_->plan(may_be_folders, Traversal::Priority::last);
 }
 
 void Measurer::plan_entries(const Url& folder, Hidden hidden) {
   const std::lock_guard lock(mutex_);
-  if (session_memory_) session_memory_->plan_entries(folder, hidden, Traversal::Turn::last);
+  if (remembered_) remembered_->plan_entries(folder, hidden, Traversal::Priority::last);
 }
 
 std::int64_t Measurer::overall_size_of_direcory(const Url& folder) {
-  return memory()->size(folder);
+  return known_sizes()->size(folder);
 }
 
-/// Of each one of the list; nothing of those that a stop came before.
+/// The status of each one, in order; EntryKind::none for those that stop_looking() came before.
 std::vector<Status> Measurer::statuses(std::span<const Url> urls) const {
   constexpr std::size_t at_once = 1000;  // some milliseconds
   std::vector<Status> all;
@@ -406,13 +416,13 @@ std::vector<Status> Measurer::statuses(std::span<const Url> urls) const {
   return all;
 }
 
-std::vector<std::int64_t> Measurer::sizes_of_files(std::span<const Url> urls, Memory& known) {
+std::vector<std::int64_t> Measurer::sizes_of_files(std::span<const Url> urls, KnownSizes& known) {
   const std::vector<Status> statuses = this->statuses(urls);
   std::vector<Url> folders;
   for (std::size_t at = 0; at < urls.size(); ++at) {
     if (statuses[at].kind == EntryKind::folder) folders.push_back(urls[at]);
   }
-  known.plan(folders, Traversal::Turn::now);
+  known.plan(folders, Traversal::Priority::now);
   std::vector<std::int64_t> sizes;
   sizes.reserve(urls.size());
   for (std::size_t at = 0; at < urls.size(); ++at) {
@@ -422,11 +432,11 @@ std::vector<std::int64_t> Measurer::sizes_of_files(std::span<const Url> urls, Me
 }
 
 std::vector<std::int64_t> Measurer::sizes_of_files(std::span<const Url> urls) {
-  return sizes_of_files(urls, *memory());
+  return sizes_of_files(urls, *known_sizes());
 }
 
 std::vector<std::int64_t> Measurer::visible_sizes_of_files(std::span<const Url> urls) {
-  Memory apart(files_, Hidden::skip);
+  KnownSizes apart(files_, Hidden::skip);
   return sizes_of_files(urls, apart);
 }
 
@@ -437,7 +447,7 @@ std::int64_t Measurer::overall_size_of_files(std::span<const Url> urls) {
 }
 
 std::vector<MeasuredEntry> Measurer::entries(const Url& folder, Hidden hidden) {
-  return memory()->entries(folder, hidden);
+  return known_sizes()->entries(folder, hidden);
 }
 
 }  // namespace tarnby

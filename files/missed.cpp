@@ -14,10 +14,10 @@ namespace {
 /// The innermost watch of this thread.
 thread_local LookWatch* innermost = nullptr;
 
-void keep_first(std::optional<Url>& known, const Url& place) noexcept {
-  if (known && !walks_before(place.path(), known->path())) return;
+void keep_first(std::optional<Url>& known, const Url& location) noexcept {
+  if (known && !walks_before(location.path(), known->path())) return;
   try {
-    known = place;
+    known = location;
   } catch (const std::bad_alloc&) {
     known = Url();
   }
@@ -32,11 +32,11 @@ LookError look_error(int error) {
   return error == EACCES || error == EPERM ? LookError::refused : LookError::failed;
 }
 
-void Missed::note(int error, const Url& place) noexcept {
+void Missed::note(int error, const Url& location) noexcept {
   const LookError what = look_error(error);
   if (what == LookError::stopped) stopped = true;
-  if (what == LookError::refused) keep_first(refused, place);
-  if (what == LookError::failed) keep_first(failed, place);
+  if (what == LookError::refused) keep_first(refused, location);
+  if (what == LookError::failed) keep_first(failed, location);
 }
 
 void Missed::add(const Missed& other) noexcept {
@@ -45,8 +45,8 @@ void Missed::add(const Missed& other) noexcept {
   if (other.failed) keep_first(failed, *other.failed);
 }
 
-void note_missed(int error, const Url& place) {
-  if (innermost) innermost->missed_.note(error, place);
+void note_missed(int error, const Url& location) {
+  if (innermost) innermost->missed_.note(error, location);
 }
 
 void note_missed(const Missed& missed) {

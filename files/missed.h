@@ -46,12 +46,12 @@ struct Missed {
   std::optional<Url> failed;
 
   bool anything() const { return stopped || refused || failed; }
-  void note(int error, const Url& place) noexcept;
+  void note(int error, const Url& location) noexcept;
   void add(const Missed& other) noexcept;
 };
 
-/// Notes on this thread that a place could not be seen, and why (errno(3)).
-void note_missed(int error, const Url& place);
+/// Notes on this thread that a location could not be seen, and why (errno(3)).
+void note_missed(int error, const Url& location);
 void note_missed(const Missed& missed);
 
 /// Hears what the looks of its thread miss while it lives. They nest: what one hears, those around it hear at its end.
@@ -68,7 +68,7 @@ class LookWatch {
   const Missed& missed() const { return missed_; }
 
  private:
-  friend void note_missed(int error, const Url& place);
+  friend void note_missed(int error, const Url& location);
   friend void note_missed(const Missed& missed);
 
   LookWatch* const around_;

@@ -84,7 +84,7 @@ struct HoldingFolder {
   std::vector<Identity> protected_entries;
 
   HoldingFolder(const GrantedFolders& granted, const std::vector<ProtectedFolder>& protected_folders, const Url& folder)
-      : url(folder), handle(granted.open_place(folder)) {
+      : url(folder), handle(granted.open_path_handle(folder)) {
     error = handle ? note_protected(protected_folders) : errno;
     if (error != 0) handle.reset();  // where nobody can tell what is protected, nothing may be taken
   }
@@ -140,7 +140,7 @@ class HoldingFolders {
   std::shared_ptr<const HoldingFolder> last_;
 };
 
-/// Removes whole folders; each start is one of them, and its account is its place in the list.
+/// Removes whole folders; each start is one of them, and its tag is its index in the list.
 class RemovalJob final : public TraversalJob {
  public:
   RemovalJob(const GrantedFolders& granted, std::size_t targets, const RemovalOptions& options)
@@ -157,10 +157,10 @@ class RemovalJob final : public TraversalJob {
   };
 
   /// Prepares a target; call before its traversal starts.
-  void take(std::size_t account, std::shared_ptr<const HoldingFolder> holding, std::string name) {
-    targets_[account].holding = std::move(holding);
-    targets_[account].name = std::move(name);
-    targets_[account].first_error = 0;
+  void prepare(std::size_t tag, std::shared_ptr<const HoldingFolder> holding, std::string name) {
+    targets_[tag].holding = std::move(holding);
+    targets_[tag].name = std::move(name);
+    targets_[tag].first_error = 0;
     const std::lock_guard lock(mutex_);
     ++in_hand_;
   }
@@ -170,14 +170,14 @@ class RemovalJob final : public TraversalJob {
     one_done_.wait(lock, [&] { return in_hand_ < most; });
   }
 
-  bool begun(std::size_t account) const { return targets_[account].begun; }
-  int first_error(std::size_t account) const { return targets_[account].first_error; }
+  bool begun(std::size_t tag) const { return targets_[tag].begun; }
+  int first_error(std::size_t tag) const { return targets_[tag].first_error; }
   /// What all its passes have removed.
-  std::int64_t bytes(std::size_t account) const { return targets_[account].bytes; }
-  bool taken(std::size_t account) const { return targets_[account].taken; }
+  std::int64_t bytes(std::size_t tag) const { return targets_[tag].bytes; }
+  bool taken(std::size_t tag) const { return targets_[tag].taken; }
 
   Descriptor open_start(const TraversedFolder& folder) override {
-    Target& target = targets_[folder.account()];
+    Target& target = targets_[folder.tag()];
     if (ends_now() || (!target.begun && is_set(options_.stop))) {
       errno = ECANCELED;
       return {};
@@ -199,7 +199,7 @@ class RemovalJob final : public TraversalJob {
     for (const RawEntry& entry : entries) {
       if (ends_now()) break;
       if (entry.kind == EntryKind::folder) {
-        enter.add(entry.name, folder.account());
+        enter.add(entry.name, folder.tag());
         continue;
       }
       const std::int64_t size = entry.kind == EntryKind::other ? 0 : size_at(handle, entry.name.data());
@@ -207,22 +207,22 @@ class RemovalJob final : public TraversalJob {
       const int error = errno;
       // Some systems say EPERM of a folder.
       if (error == EISDIR || (error == EPERM && status_at(handle, entry.name.data()).kind == EntryKind::folder)) {
-        enter.add(entry.name, folder.account());  // it became a folder since it was read
+        enter.add(entry.name, folder.tag());  // it became a folder since it was read
       } else {
-        note(folder.account(), error);
+        note(folder.tag(), error);
       }
     }
-    count(folder.account(), taken);
+    count(folder.tag(), taken);
   }
 
   void leave(const TraversedFolder& folder, int parent_handle) override {
-    Target& target = targets_[folder.account()];
+    Target& target = targets_[folder.tag()];
     const bool is_start = folder.parent() == nullptr;
     const int parent = is_start ? target.holding->handle.get() : parent_handle;
     const std::string& name = is_start ? target.name : folder.name();
     Taken taken;
     remove_left(folder, parent, name, taken);
-    count(folder.account(), taken);
+    count(folder.tag(), taken);
     if (!is_start) return;
     if (taken.entries > 0) note_taken(target);
     const std::lock_guard lock(mutex_);
@@ -253,31 +253,31 @@ class RemovalJob final : public TraversalJob {
     if (!std::exchange(target.taken, true) && options_.progress) options_.progress->listed.fetch_add(1);
   }
 
-  void count(std::size_t account, const Taken& taken) {
-    if (taken.bytes != 0) targets_[account].bytes.fetch_add(taken.bytes, std::memory_order_relaxed);
+  void count(std::size_t tag, const Taken& taken) {
+    if (taken.bytes != 0) targets_[tag].bytes.fetch_add(taken.bytes, std::memory_order_relaxed);
     taken.tell(options_.progress);
   }
 
   void remove_left(const TraversedFolder& folder, int parent, const std::string& name, Taken& taken) {
     const int why_closed = folder.error();
     if (why_closed == EPERM || why_closed == EXDEV || why_closed == ECANCELED) {
-      note(folder.account(), why_closed);
+      note(folder.tag(), why_closed);
       return;
     }
     // The parent is no longer where it was found: whether anything of it is left shows when it is left itself.
     if (parent < 0) return;
-    if (ends_now()) return note(folder.account(), ECANCELED);
+    if (ends_now()) return note(folder.tag(), ECANCELED);
     if (taken.remove_folder(parent, name.c_str())) return;  // an empty one goes even when it is unreadable
     const bool is_entry = folder.parent() == nullptr;
     // No folder any more: within an entry what it became goes, too.
     if (errno == ENOTDIR && !is_entry && taken.unlink(parent, name.c_str(), size_at(parent, name.c_str()))) return;
-    note(folder.account(), is_not_empty(errno) && why_closed != 0 ? why_closed : errno);
+    note(folder.tag(), is_not_empty(errno) && why_closed != 0 ? why_closed : errno);
   }
 
-  void note(std::size_t account, int error) {
+  void note(std::size_t tag, int error) {
     if (error == ENOENT) return;  // somebody else was faster
     int none = 0;
-    targets_[account].first_error.compare_exchange_strong(none, error);
+    targets_[tag].first_error.compare_exchange_strong(none, error);
   }
 
   const GrantedFolders& granted_;
@@ -341,13 +341,13 @@ class RemovalPass {
     } else if (url.listed_kind() != EntryKind::none && url.listed_kind() != standing.kind) {
       result.error = system_error(ESTALE);
     } else if (standing.kind == EntryKind::folder) {
-      take_folder(at, holding, std::move(name));
+      remove_folder(at, holding, std::move(name));
     } else {
-      take_file(result, holding->handle.get(), name, standing.size);
+      remove_file(result, holding->handle.get(), name, standing.size);
     }
   }
 
-  void take_file(Removal& result, int folder, const std::string& name, std::int64_t size) {
+  void remove_file(Removal& result, int folder, const std::string& name, std::int64_t size) {
     Taken taken;
     if (!taken.unlink(folder, name.c_str(), size) && errno != ENOENT) result.error = system_error(errno);
     taken.tell(options_.progress);
@@ -356,16 +356,16 @@ class RemovalPass {
     if (result.taken && options_.progress) options_.progress->listed.fetch_add(1, std::memory_order_relaxed);
   }
 
-  void take_folder(std::size_t at, const std::shared_ptr<const HoldingFolder>& holding, std::string name) {
+  void remove_folder(std::size_t at, const std::shared_ptr<const HoldingFolder>& holding, std::string name) {
     if (!workers_) {
       if (threads_ == 0) threads_ = removal_threads_for(holding->handle.get());
       workers_ = std::make_unique<Traversal>(threads_, handles_);
     }
     job_.wait_for_fewer_than(std::size_t{4} * threads_);
-    job_.take(at, holding, std::move(name));
+    job_.prepare(at, holding, std::move(name));
     folders_.push_back(at);
     const TraversalStart starts[] = {{urls_[at].path(), at}};
-    workers_->start(job_, starts, Traversal::Turn::last);
+    workers_->start(job_, starts, Traversal::Priority::last);
   }
 
   /// Waits for the folders in hand and takes down how they went.

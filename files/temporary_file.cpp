@@ -77,7 +77,7 @@ bool TemporaryFile::replace(const std::string& path) {
   return uninterrupted([&] { return ::rename(name_.c_str(), path.c_str()); }) == 0 && has_moved(path);
 }
 
-bool TemporaryFile::take_free_name(const std::string& path) {
+bool TemporaryFile::move_to_free_name(const std::string& path) {
   return rename_to_free_name(name_, path) && has_moved(path);
 }
 

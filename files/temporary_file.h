@@ -27,7 +27,7 @@ class TemporaryFile {
   /// is flushed, too.
   bool replace(const std::string& path);
   /// The same where nothing is to be replaced: false when something stands there.
-  bool take_free_name(const std::string& path);
+  bool move_to_free_name(const std::string& path);
 
  private:
   bool has_moved(const std::string& path);

@@ -92,18 +92,18 @@ Traversal::~Traversal() {
   for (std::thread& worker : workers_) worker.join();
 }
 
-void Traversal::start(TraversalJob& job, std::span<const TraversalStart> starts, Turn turn) {
+void Traversal::start(TraversalJob& job, std::span<const TraversalStart> starts, Priority priority) {
   if (starts.empty()) return;
   std::vector<std::unique_ptr<TraversedFolder>> folders;
   std::vector<Task> tasks;
   tasks.reserve(starts.size());
   for (const TraversalStart& start : starts) {
-    folders.push_back(std::unique_ptr<TraversedFolder>(new TraversedFolder(job, nullptr, start.path, start.account)));
+    folders.push_back(std::unique_ptr<TraversedFolder>(new TraversedFolder(job, nullptr, start.path, start.tag)));
     tasks.push_back({folders.back().get(), false});
   }
   std::unique_lock lock(mutex_);
   running_.reserve(running_.size() + 1);
-  if (turn == Turn::now) {
+  if (priority == Priority::now) {
     make_room(tasks.size());
     stack_.insert(stack_.end(), tasks.begin(), tasks.end());
   } else {
@@ -126,7 +126,7 @@ void Traversal::wait(TraversalJob& job) {
 }
 
 void Traversal::run(TraversalJob& job, std::span<const TraversalStart> starts) {
-  start(job, starts, Turn::now);
+  start(job, starts, Priority::now);
   wait(job);
 }
 
@@ -196,7 +196,7 @@ bool Traversal::next(Task& task) {
     work_waits_.wait(lock);
     --idle_;
   }
-  take_next(task);
+  pop_next(task);
   return true;
 }
 
@@ -215,7 +215,7 @@ void Traversal::work_alone() {
   Task task = {};
   std::unique_lock lock(mutex_);
   while (!stack_.empty() || !starts_.empty()) {
-    take_next(task);
+    pop_next(task);
     lock.unlock();
     if (tools) {
       step(task, *tools);
@@ -237,7 +237,7 @@ void Traversal::give_up(const Task& task) {
 }
 
 /// Under the mutex, and only when there is one.
-void Traversal::take_next(Task& task) {
+void Traversal::pop_next(Task& task) {
   if (!stack_.empty()) {
     task = stack_.back();
     stack_.pop_back();
@@ -377,7 +377,7 @@ class Traversal::LoneWalk {
   }
 
   static void find_again(Level& level, const Descriptor& below) {
-    Descriptor up = below ? open_place_at(below.get(), "..") : Descriptor();
+    Descriptor up = below ? open_path_handle_at(below.get(), "..") : Descriptor();
     const Status standing = up ? status_of(up.get()) : Status{};
     if (up && standing.error == 0 && standing.identity == level.identity) level.handle = std::move(up);
   }

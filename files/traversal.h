@@ -47,21 +47,21 @@ class TraversedFolder {
   /// Its name in its parent; the whole path where the traversal started.
   const std::string& name() const { return name_; }
   std::string path() const;
-  /// What the job keeps book on for this folder: a number of the job's own choosing.
-  std::size_t account() const { return account_; }
+  /// A number that the job chose when it named this folder, to find its own data for it again.
+  std::size_t tag() const { return tag_; }
   /// Why it could not be opened, or not be read to its end (errno(3)); 0 when it was.
   int error() const { return error_.load(std::memory_order_relaxed); }
 
  private:
   friend class Traversal;
   friend class FoldersToEnter;
-  TraversedFolder(TraversalJob& job, TraversedFolder* parent, std::string_view name, std::size_t account)
-      : job_(job), parent_(parent), name_(name), account_(account) {}
+  TraversedFolder(TraversalJob& job, TraversedFolder* parent, std::string_view name, std::size_t tag)
+      : job_(job), parent_(parent), name_(name), tag_(tag) {}
 
   TraversalJob& job_;
   TraversedFolder* parent_;
   std::string name_;
-  std::size_t account_;
+  std::size_t tag_;
   int handle_ = -1;
   std::atomic<int> error_{0};
   /// Whoever is at work in this folder, and its children that have not been left.
@@ -74,9 +74,9 @@ class TraversedFolder {
 /// The folders of one batch that a job wants to enter.
 class FoldersToEnter {
  public:
-  /// A folder of that batch by its name, and what the job keeps book on for it (see TraversedFolder::account).
-  void add(std::string_view name, std::size_t account) {
-    found_.push_back(std::unique_ptr<TraversedFolder>(new TraversedFolder(parent_->job_, parent_, name, account)));
+  /// `name` is a folder of that batch; `tag` is what TraversedFolder::tag tells the job of it from then on.
+  void add(std::string_view name, std::size_t tag) {
+    found_.push_back(std::unique_ptr<TraversedFolder>(new TraversedFolder(parent_->job_, parent_, name, tag)));
   }
 
  private:
@@ -125,7 +125,7 @@ class TraversalJob {
 /// Where one traversal starts.
 struct TraversalStart {
   std::string path;
-  std::size_t account = 0;
+  std::size_t tag = 0;
 };
 
 /// The workers. Any thread may start jobs and wait for them; workers are made when there is work for them: at first one
@@ -144,12 +144,12 @@ class Traversal {
   Traversal(const Traversal&) = delete;
   Traversal& operator=(const Traversal&) = delete;
 
-  enum class Turn { now, last };
+  enum class Priority { now, last };
 
   /// Begins a job at one or more places; returns at once where there are workers. The job must live until `wait` has
   /// returned for it.
-  /// @param turn `now` goes before everything that waits, `last` behind the starts of other jobs.
-  void start(TraversalJob& job, std::span<const TraversalStart> starts, Turn turn);
+  /// @param priority `now` goes before everything that waits, `last` behind the starts of other jobs.
+  void start(TraversalJob& job, std::span<const TraversalStart> starts, Priority priority);
 
   /// Returns when every start of the job has been left.
   void wait(TraversalJob& job);
@@ -189,7 +189,7 @@ class Traversal {
   void work(Tools& tools);
   bool next(Task& task);
   void work_alone();
-  void take_next(Task& task);
+  void pop_next(Task& task);
   void make_room(std::size_t more);
   void add_workers(std::size_t waiting);
   void want_another_worker();

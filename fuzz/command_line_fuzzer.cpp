@@ -73,7 +73,7 @@ void check_reading(const Words& words, const Invocation& asked) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   std::string_view rest = fuzz::text_of(data, size);
   Words words;
-  while (!rest.empty()) words.emplace_back(fuzz::take_word(rest));
+  while (!rest.empty()) words.emplace_back(fuzz::next_word(rest));
   std::vector<const char*> pointers;
   for (const std::string& word : words) pointers.push_back(word.c_str());
   for (const std::string& word : words) check_line(one_line(word));

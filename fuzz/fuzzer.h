@@ -32,7 +32,7 @@ inline std::string_view text_of(const std::uint8_t* data, std::size_t size) {
 }
 
 /// Takes what stands before the next NUL off the front; all of it when there is none.
-inline std::string_view take_word(std::string_view& rest) {
+inline std::string_view next_word(std::string_view& rest) {
   const std::string_view word = rest.substr(0, rest.find('\0'));
   rest.remove_prefix(word.size() < rest.size() ? word.size() + 1 : word.size());
   return word;

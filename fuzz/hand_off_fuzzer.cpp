@@ -55,7 +55,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::string_view answer = rest.substr(rest.empty() ? 0 : 1, rest.size() - 1 - paths_size);
   rest.remove_prefix(rest.size() - paths_size);
   program.cleaner.remainder_urls.clear();
-  while (!rest.empty()) program.cleaner.remainder_urls.push_back(Url::file("/" + std::string(fuzz::take_word(rest))));
+  while (!rest.empty()) program.cleaner.remainder_urls.push_back(Url::file("/" + std::string(fuzz::next_word(rest))));
 
   program.launched = 0;
   program.completed = 0;

@@ -11,41 +11,48 @@ namespace tarnby {
 
 namespace {
 
-/// Searches by their places in the list.
+/// Searches by their indices in the list.
 using Searches = std::vector<std::size_t>;
 
+/// No task: the folder is not entered.
 constexpr std::size_t nowhere = SIZE_MAX;
 
-/// What is to be done in a folder. Folders that are alike share one errand; its number is the account of a traversal.
-struct Errand {
-  /// An entry that is not like the others.
-  struct Turn {
+/// What is done in a folder: which searches look at its entries, and which task its subfolders get. Folders with the
+/// same task share one, stored in Plan; the index of the task there is the traversal's tag.
+struct FolderTask {
+  /// An entry that is looked at by other searches, or that gets another task, than the rest of the folder.
+  struct SpecialEntry {
     Searches searches;
-    std::size_t errand = nowhere;
+    std::size_t task = nowhere;
   };
-  /// Those that look at the entries.
   Searches searches;
-  /// Where it goes on in a folder among them.
   std::size_t below = nowhere;
-  std::map<std::string, Turn, std::less<>> turns;
+  std::map<std::string, SpecialEntry, std::less<>> special_entries;
 };
 
-/// Where the traversal starts, and every errand that it may come to.
+/// Where the traversal starts, and the tasks of all folders it may come to. With search 0 walking Logs and search 1
+/// listing Logs/CSXS, as in the header's example:
+///
+///     task 3   Logs         searches {0}      subfolders: task 0, but CSXS: task 2
+///     task 0   below Logs   searches {0}      subfolders: task 0
+///     task 2   Logs/CSXS    searches {0, 1}   subfolders: task 1
+///     task 1   below CSXS   searches {0}      subfolders: task 1
 class Plan {
  public:
   explicit Plan(std::span<const FolderSearch> searches) : all_(searches) {
     for (std::size_t at = 0; at < all_.size(); ++at) {
-      if (all_[at].folder.is_file_url() && !all_[at].keys.empty()) places_[all_[at].folder.path()].push_back(at);
+      if (all_[at].folder.is_file_url() && !all_[at].keys.empty()) unplanned_[all_[at].folder.path()].push_back(at);
     }
-    // A path comes before what lies below it, so what a walk reaches is taken before it could be a start.
-    while (!places_.empty()) {
-      const std::string path = places_.begin()->first;
-      starts_.push_back({path, errand_at(path, {})});
+    // In the map's order a folder comes before what lies below it. So a folder that a walk from above reaches is
+    // planned with that walk, and only what no walk reaches becomes a start.
+    while (!unplanned_.empty()) {
+      const std::string path = unplanned_.begin()->first;
+      starts_.push_back({path, task_at(path, {})});
     }
   }
 
   std::span<const TraversalStart> starts() const { return starts_; }
-  const Errand& errand(std::size_t account) const { return errands_[account]; }
+  const FolderTask& task(std::size_t tag) const { return tasks_[tag]; }
 
  private:
   Searches walking(const Searches& searches) const {
@@ -55,58 +62,64 @@ class Plan {
     return result;
   }
 
-  /// The searches without those that begin in this folder and pass an entry of it over.
+  /// The searches without those that begin in this folder and leave out the entry of this name.
   Searches without_left_out(Searches searches, const Url& folder, std::string_view name) const {
     std::erase_if(searches,
                   [&](std::size_t search) { return all_[search].left_out == name && all_[search].folder == folder; });
     return searches;
   }
 
-  std::size_t add(Errand errand) {
-    errands_.push_back(std::move(errand));
-    return errands_.size() - 1;
+  std::size_t add(FolderTask task) {
+    tasks_.push_back(std::move(task));
+    return tasks_.size() - 1;
   }
 
-  /// The errand of a folder to which walks come from above, and which itself may be where searches begin.
-  std::size_t errand_at(const std::string& path, const Searches& from_above) {
-    Errand here;
+  /// Plans a folder and everything below it that differs; returns the folder's task. Removes what it has planned from
+  /// `unplanned_`. In the example: task_at("Logs", {}) adds task 0, calls add_special_entries, which calls
+  /// task_at("Logs/CSXS", {0}), which adds tasks 1 and 2, and adds task 3.
+  /// @param from_above the walks that reach this folder from the folder that holds it.
+  std::size_t task_at(const std::string& path, const Searches& from_above) {
+    FolderTask here;
     here.searches = from_above;
-    if (const auto place = places_.extract(path)) {
-      here.searches.insert(here.searches.end(), place.mapped().begin(), place.mapped().end());
+    if (const auto begun = unplanned_.extract(path)) {
+      here.searches.insert(here.searches.end(), begun.mapped().begin(), begun.mapped().end());
     }
     const Searches walks = walking(here.searches);
     if (!walks.empty()) {
-      here.below = add({walks, errands_.size(), {}});
-      add_turns(here, Url::file(path), walks);
+      here.below = add({walks, tasks_.size(), {}});
+      add_special_entries(here, Url::file(path), walks);
     }
     return add(std::move(here));
   }
 
-  void add_turns(Errand& here, const Url& folder, const Searches& walks) {
+  /// Adds the entries of a folder that its task does not treat alike: those that a search leaves out, and those in
+  /// which another search begins. In the example, for Logs: CSXS, looked at by {0}, entered with task 2.
+  /// @param walks the searches of this folder that go on below it.
+  void add_special_entries(FolderTask& here, const Url& folder, const Searches& walks) {
     std::vector<std::string> names;
     for (const std::size_t search : here.searches) {
       if (all_[search].folder == folder && !all_[search].left_out.empty()) names.emplace_back(all_[search].left_out);
     }
-    for (const auto& [path, searches] : places_) {
-      const Url place = Url::file(path);
-      // A walk does not come to what is hidden: whoever begins there starts there.
-      const std::string_view name = place.last_path_component();
-      if (place.parent() == folder && place != folder && !name.starts_with('.')) names.emplace_back(name);
+    for (const auto& [path, searches] : unplanned_) {
+      const Url begun = Url::file(path);
+      // Walks skip what is hidden: a search that begins in a hidden folder is a start of its own.
+      const std::string_view name = begun.last_path_component();
+      if (begun.parent() == folder && begun != folder && !name.starts_with('.')) names.emplace_back(name);
     }
     for (const std::string& name : names) {
-      if (here.turns.contains(name)) continue;
+      if (here.special_entries.contains(name)) continue;
       const std::string path = folder.appending(name).path();
       const Searches from_here = without_left_out(walks, folder, name);
-      const bool is_entered = !from_here.empty() || places_.contains(path);
-      here.turns[name] = {without_left_out(here.searches, folder, name),
-                          is_entered ? errand_at(path, from_here) : nowhere};
+      const bool is_entered = !from_here.empty() || unplanned_.contains(path);
+      here.special_entries[name] = {without_left_out(here.searches, folder, name),
+                                    is_entered ? task_at(path, from_here) : nowhere};
     }
   }
 
   std::span<const FolderSearch> all_;
-  /// By folder, those that have no errand yet.
-  std::map<std::string, Searches> places_;
-  std::vector<Errand> errands_;
+  /// By folder, the searches that begin in it and are not part of a task yet.
+  std::map<std::string, Searches> unplanned_;
+  std::vector<FolderTask> tasks_;
   std::vector<TraversalStart> starts_;
 };
 
@@ -122,14 +135,15 @@ class SearchJob final : public TraversalJob {
 
   void visit(const TraversedFolder& folder, int /*handle*/, std::span<const RawEntry> entries,
              FoldersToEnter& enter) override {
-    const Errand& errand = plan_.errand(folder.account());
+    const FolderTask& task = plan_.task(folder.tag());
     Batch batch;
     for (const RawEntry& entry : entries) {
       if (entry.name.starts_with('.')) continue;
-      const auto turn = errand.turns.empty() ? errand.turns.end() : errand.turns.find(entry.name);
-      const bool turns = turn != errand.turns.end();
-      look(turns ? turn->second.searches : errand.searches, folder, entry, batch);
-      const std::size_t next = turns ? turn->second.errand : errand.below;
+      const auto special =
+          task.special_entries.empty() ? task.special_entries.end() : task.special_entries.find(entry.name);
+      const bool is_special = special != task.special_entries.end();
+      look(is_special ? special->second.searches : task.searches, folder, entry, batch);
+      const std::size_t next = is_special ? special->second.task : task.below;
       if (entry.kind == EntryKind::folder && next != nowhere) enter.add(entry.name, next);
     }
     if (batch.found.empty()) return;

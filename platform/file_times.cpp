@@ -49,7 +49,7 @@ class FileTimes final : public FileMetadata {
 
  private:
   bool look(const Url& url, struct stat& info) const {
-    PlaceCursor cursor(files_.granted());
+    ParentCursor cursor(files_.granted());
     const int parent = cursor.parent_of(url);
     const std::string name(url.last_path_component());
     if (name == "..") return false;

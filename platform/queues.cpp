@@ -15,7 +15,7 @@ void PlainMainQueue::after(std::chrono::milliseconds delay, Work work) {
 }
 
 /// Puts in line what has become due. Under the mutex.
-void PlainMainQueue::take_due() {
+void PlainMainQueue::queue_due() {
   const auto end = later_.empty() ? later_.begin() : later_.upper_bound(Clock::now());
   for (auto due = later_.begin(); due != end; ++due) waiting_.push_back(std::move(due->second));
   later_.erase(later_.begin(), end);
@@ -24,14 +24,14 @@ void PlainMainQueue::take_due() {
 /// The next work, or none. What it holds goes with it, outside the lock and before the next one is waited for.
 std::optional<PlainMainQueue::Work> PlainMainQueue::take(bool wait) {
   std::unique_lock lock(mutex_);
-  take_due();
+  queue_due();
   while (wait && waiting_.empty() && !quitting_) {
     if (later_.empty()) {
       arrived_.wait(lock);
     } else {
       arrived_.wait_until(lock, later_.begin()->first);
     }
-    take_due();
+    queue_due();
   }
   if (waiting_.empty()) return {};
   Work work = std::move(waiting_.front());

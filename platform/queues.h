@@ -43,7 +43,7 @@ class PlainMainQueue final : public MainQueue {
   using Clock = std::chrono::steady_clock;
 
   std::optional<Work> take(bool wait);
-  void take_due();
+  void queue_due();
 
   std::mutex mutex_;
   std::condition_variable arrived_;

@@ -165,7 +165,7 @@ bool wait_for_lock(int file) {
 }
 
 /// Waits for its turn; lets the next one have it when closed. Holds nothing when there is no lock to be had.
-Descriptor take_lock(const std::string& path) {
+Descriptor lock_for_writing(const std::string& path) {
   const std::string name = path + ".lock";
   Descriptor lock(uninterrupted(
       [&] { return ::open(name.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NOCTTY, private_file); }));
@@ -193,7 +193,7 @@ bool replace_settings(const std::string& path, const FileContent& old, const Val
   TemporaryFile successor(path);
   if (!successor.write(bytes, old.mode)) return false;
   if (old.state == FileState::damaged && !set_aside(path)) return false;
-  return old.state == FileState::sound ? successor.replace(path) : successor.take_free_name(path);
+  return old.state == FileState::sound ? successor.replace(path) : successor.move_to_free_name(path);
 }
 
 /// Applies the changes to what the file holds now. Gives what it holds then; none when that failed.
@@ -202,7 +202,7 @@ std::optional<Values> write_changes(const Url& file, const Changes& changes) {
   make_folders(file.parent());
   const auto path = without_links(file.path());
   if (!path) return std::nullopt;
-  const Descriptor lock = take_lock(*path);
+  const Descriptor lock = lock_for_writing(*path);
   if (!lock) return std::nullopt;
   remove_old_temporary_files(*path);
   const FileContent old = read_settings(*path);

@@ -21,8 +21,8 @@ std::size_t shared_beginning(std::string_view a, std::string_view b) {
 }  // namespace
 
 FoldedIndex::FoldedIndex(std::vector<FoldedText> parts) : texts_(std::move(parts)) {
-  for (std::size_t place = 0; place < texts_.size(); ++place) {
-    if (!texts_[place].empty()) parts_.push_back({texts_[place].bytes(), place, none});
+  for (std::size_t position = 0; position < texts_.size(); ++position) {
+    if (!texts_[position].empty()) parts_.push_back({texts_[position].bytes(), position, none});
   }
   std::sort(parts_.begin(), parts_.end(), [](const Part& a, const Part& b) { return a.bytes < b.bytes; });
   link_beginnings();
@@ -53,7 +53,7 @@ void FoldedIndex::add_beginnings_of(std::string_view rest, std::vector<std::size
   auto at = static_cast<std::size_t>(after - parts_.begin()) - 1;
   const std::size_t shared = shared_beginning(parts_[at].bytes, rest);
   while (at != none && parts_[at].bytes.size() > shared) at = parts_[at].beginning;
-  for (; at != none; at = parts_[at].beginning) found.push_back(parts_[at].place);
+  for (; at != none; at = parts_[at].beginning) found.push_back(parts_[at].position);
 }
 
 std::vector<std::size_t> FoldedIndex::parts_in(const FoldedText& text) const {

@@ -26,8 +26,8 @@ class FoldedIndex {
  private:
   struct Part {
     std::string_view bytes;
-    /// Its place in the list that was given.
-    std::size_t place;
+    /// Its position in the list that was given.
+    std::size_t position;
     /// The last one before it that it begins with, equal ones among them; `none` when there is none.
     std::size_t beginning;
   };

@@ -336,7 +336,7 @@ class Reading {
   std::optional<PropertyList> read(std::string_view utf8) {
     if (parser_ == nullptr) return std::nullopt;
     for (std::size_t at = 0; at < utf8.size(); at += piece_bytes) {
-      if (!take_piece(utf8.substr(at, piece_bytes), at + piece_bytes >= utf8.size())) return std::nullopt;
+      if (!parse_piece(utf8.substr(at, piece_bytes), at + piece_bytes >= utf8.size())) return std::nullopt;
     }
     return builder_.take();
   }
@@ -348,7 +348,7 @@ class Reading {
   static Reading& of(void* self) { return *static_cast<Reading*>(self); }
 
   /// False when the document is broken, or markup in it does not end.
-  bool take_piece(std::string_view piece, bool last) {
+  bool parse_piece(std::string_view piece, bool last) {
     taken_bytes_ += piece.size();
     const int length = static_cast<int>(piece.size());
     if (XML_Parse(parser_.get(), piece.data(), length, last ? XML_TRUE : XML_FALSE) != XML_STATUS_OK) return false;

@@ -86,7 +86,7 @@ class Text {
     for (const Item& item : items) labels.emplace_back(label(item));
     std::vector<Item> sorted;
     sorted.reserve(items.size());
-    for (const std::size_t place : order_of(labels)) sorted.push_back(std::move(items[place]));
+    for (const std::size_t position : order_of(labels)) sorted.push_back(std::move(items[position]));
     items = std::move(sorted);
   }
 

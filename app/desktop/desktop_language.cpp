@@ -6,7 +6,7 @@
 
 namespace tarnby {
 
-void take_desktop_language(QApplication& application, const Localization& localization) {
+void apply_desktop_language(QApplication& application, const Localization& localization) {
   const std::string language = localization.language().empty() ? "en" : localization.language();
   const QLocale locale(QString::fromStdString(language).replace(u'-', u'_'));
   auto* translator = new QTranslator(&application);

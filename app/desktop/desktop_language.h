@@ -8,6 +8,6 @@ namespace tarnby {
 
 /// Lets the toolkit follow the language of the window: its own texts, such as those of the folder chooser, where the
 /// desktop has them in that language, and the side on which lines begin.
-void take_desktop_language(QApplication& application, const Localization& localization);
+void apply_desktop_language(QApplication& application, const Localization& localization);
 
 }  // namespace tarnby

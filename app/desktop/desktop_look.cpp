@@ -94,7 +94,7 @@ bool files_ask_for_stillness() {
 
 }  // namespace
 
-void take_desktop_look() {
+void apply_desktop_look() {
   QApplication::setStyle(new WindowStyle);  // which the application owns
   QApplication::setPalette(dark_palette());
   QApplication::setFont(theme::font(theme::Type::detail));

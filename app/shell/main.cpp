@@ -80,7 +80,7 @@ int run_window(QApplication& application, const CommandLine& line) {
   SingleWindow single(session.settings_folder);
   if (!single.is_first()) return 0;
 #endif
-  take_desktop_look();
+  apply_desktop_look();
 #ifdef __APPLE__
   motion::set_reduced(wants_reduced_motion());
 #endif
@@ -88,7 +88,7 @@ int run_window(QApplication& application, const CommandLine& line) {
   QtMainQueue main_queue;
   const Url tables = Url::file(resource_path(QStringLiteral("localization")).toStdString());
   const Localization localization = Localization::for_languages(session.preferred_languages, tables);
-  take_desktop_language(application, localization);
+  apply_desktop_language(application, localization);
   Platform::set_shared(std::make_unique<Platform>(session, nullptr, main_queue, localization));
   Platform& platform = Platform::shared();
   platform.files.confine_threads();

@@ -91,15 +91,15 @@ std::span<const RawEntry> DirectoryReader::read(int folder) {
   return entries_;
 }
 
-Descriptor open_place_at(int parent, const char* name) {
+Descriptor open_path_handle_at(int parent, const char* name) {
   return Descriptor(uninterrupted([&] { return openat(parent, name, O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC); }));
 }
 
-Descriptor open_place_following(int parent, const char* name) {
+Descriptor open_path_handle_following(int parent, const char* name) {
   return Descriptor(uninterrupted([&] { return openat(parent, name, O_PATH | O_DIRECTORY | O_CLOEXEC); }));
 }
 
-Descriptor open_place_beneath(int parent, const char* path) {
+Descriptor open_path_handle_beneath(int parent, const char* path) {
   return open_resolving(parent, path, O_PATH | O_DIRECTORY | O_CLOEXEC, 0);
 }
 

@@ -83,15 +83,15 @@ std::span<const RawEntry> DirectoryReader::read(int folder) {
   return entries_;
 }
 
-Descriptor open_place_at(int parent, const char* name) {
+Descriptor open_path_handle_at(int parent, const char* name) {
   return Descriptor(uninterrupted([&] { return openat(parent, name, place_flags | O_NOFOLLOW); }));
 }
 
-Descriptor open_place_following(int parent, const char* name) {
+Descriptor open_path_handle_following(int parent, const char* name) {
   return Descriptor(uninterrupted([&] { return openat(parent, name, place_flags); }));
 }
 
-Descriptor open_place_beneath(int /*parent*/, const char* /*path*/) {
+Descriptor open_path_handle_beneath(int /*parent*/, const char* /*path*/) {
   errno = ENOSYS;
   return {};
 }

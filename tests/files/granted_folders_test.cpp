@@ -13,11 +13,11 @@ namespace {
 
 using test::TempTree;
 
-/// True when `place` leads to where the path leads by itself.
-bool leads_to(const Descriptor& place, const std::string& path) {
+/// True when `handle` leads to where the path leads by itself.
+bool leads_to(const Descriptor& handle, const std::string& path) {
   struct stat expected = {};
   EXPECT_EQ(stat(path.c_str(), &expected), 0) << path;
-  return place && status_of(place.get()).identity == Identity{expected.st_dev, expected.st_ino};
+  return handle && status_of(handle.get()).identity == Identity{expected.st_dev, expected.st_ino};
 }
 
 TEST(GrantedFolders, opens_below_a_grant_without_links_and_elsewhere_as_a_person_would) {
@@ -47,12 +47,12 @@ TEST(GrantedFolders, opens_below_a_grant_without_links_and_elsewhere_as_a_person
   ASSERT_TRUE(granted.add(Grant::home, tree.url("grant")));
   for (const Case& c : cases) {
     SCOPED_TRACE(c.why);
-    const Descriptor place = granted.open_place(tree.url(c.path));
+    const Descriptor handle = granted.open_path_handle(tree.url(c.path));
     const Descriptor folder = granted.open_folder(tree.url(c.path));
-    EXPECT_EQ(bool(place), !c.leads_to.empty());
+    EXPECT_EQ(bool(handle), !c.leads_to.empty());
     EXPECT_EQ(bool(folder), !c.leads_to.empty());
     if (c.leads_to.empty()) continue;
-    EXPECT_TRUE(leads_to(place, tree.path(c.leads_to)));
+    EXPECT_TRUE(leads_to(handle, tree.path(c.leads_to)));
     EXPECT_TRUE(leads_to(folder, tree.path(c.leads_to)));
   }
   for (const char* path : {"way_in", "grant/file", "grant/fifo", "none", "grant/.."}) {
@@ -68,12 +68,13 @@ TEST(GrantedFolders, stay_the_folder_that_was_granted_until_it_is_granted_anew) 
   ASSERT_TRUE(granted.add(Grant::disk, tree.url("disk")));
   ASSERT_EQ(rename(tree.path("disk/grant").c_str(), tree.path("disk/moved").c_str()), 0);
   tree.folder("disk/grant/new");
-  EXPECT_TRUE(leads_to(granted.open_place(tree.url("disk/grant/old")), tree.path("disk/moved/old"))) << "the nearest";
-  EXPECT_FALSE(granted.open_place(tree.url("disk/grant/new"))) << "put in its place by whomever";
+  EXPECT_TRUE(leads_to(granted.open_path_handle(tree.url("disk/grant/old")), tree.path("disk/moved/old")))
+      << "the nearest";
+  EXPECT_FALSE(granted.open_path_handle(tree.url("disk/grant/new"))) << "put in its place by somebody else";
   ASSERT_TRUE(granted.add(Grant::home, tree.url("disk/grant")));
-  EXPECT_TRUE(leads_to(granted.open_place(tree.url("disk/grant/new")), tree.path("disk/grant/new")))
+  EXPECT_TRUE(leads_to(granted.open_path_handle(tree.url("disk/grant/new")), tree.path("disk/grant/new")))
       << "the user's word";
-  EXPECT_FALSE(granted.open_place(tree.url("disk/grant/old")));
+  EXPECT_FALSE(granted.open_path_handle(tree.url("disk/grant/old")));
 }
 
 }  // namespace

@@ -88,7 +88,7 @@ TEST(Measurer, sums_stay_at_the_greatest_count) {
       Measuring in(team);
       EXPECT_EQ(in.size(tree.url("t")), most);
       EXPECT_EQ(in.measurer.overall_size_of_files(urls_in(tree, {"t/a", "t/b", "t/5"})), most);
-      const Measurer::Session session(in.measurer);
+      const Measurer::SizeMemory memory(in.measurer);
       in.measurer.plan(urls_in(tree, {"t/b/c", "t/a", "t/b"}));
       EXPECT_EQ(in.size(tree.url("t")), most) << "from parts";
     }
@@ -104,7 +104,7 @@ TEST(Measurer, a_session_measures_each_folder_once) {
     Measuring in(team);
     ASSERT_TRUE(in.files.granted().add(Grant::home, tree.url()));
     {
-      const Measurer::Session session(in.measurer);
+      const Measurer::SizeMemory memory(in.measurer);
       EXPECT_EQ(in.size(tree.url("t/a/x")), 1);
       EXPECT_EQ(in.size(tree.url("t/b/c")), 50'000);
       tree.file("t/a/x/late", 600'000).file("t/b/c/late", 600'000);
@@ -121,7 +121,7 @@ TEST(Measurer, a_folder_behind_a_link_is_no_part_of_the_one_that_holds_the_link)
   TempTree tree;
   tree.file("t/own", 1).file("elsewhere/sub/big", 4000).link("t/link", "../elsewhere");
   Measuring in(teams[0]);
-  const Measurer::Session session(in.measurer);
+  const Measurer::SizeMemory memory(in.measurer);
   EXPECT_EQ(in.size(tree.url("t/link/sub")), 4000) << "outside the grants a typed path may lead through a link";
   EXPECT_EQ(in.size(tree.url("t")), read_plainly(tree.path("t")));
 }
@@ -138,7 +138,7 @@ TEST(Measurer, sums_do_not_depend_on_what_threads_planned_and_asked_before) {
     const Team& team = teams[static_cast<std::size_t>(round) % std::size(teams)];
     SCOPED_TRACE(team.why());
     Measuring in(team);
-    const Measurer::Session session(in.measurer);
+    const Measurer::SizeMemory memory(in.measurer);
     std::vector<std::jthread> threads;
     for (int i = 0; i < 3; ++i) {
       threads.emplace_back([&, own = std::mt19937(random())]() mutable {
@@ -162,7 +162,7 @@ TEST(Measurer, leaves_out_what_is_hidden_where_only_the_visible_counts) {
   FileManager files;
   ASSERT_TRUE(files.granted().add(Grant::home, tree.url()));
   Measurer measurer(files);
-  const Measurer::Session session(measurer);
+  const Measurer::SizeMemory memory(measurer);
   const auto urls = urls_in(tree, {"t", "t/c/g", "t/c/.d/e", "t/.b", "t/none"});
   EXPECT_THAT(measurer.visible_sizes_of_files(urls), ElementsAre(4'001, 4'000, 300, 20, 0))
       << "the asked ones themselves count, each on its own, hidden or not";

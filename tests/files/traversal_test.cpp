@@ -45,7 +45,7 @@ class Diary : public TraversalJob {
       EXPECT_TRUE(seen.insert(path + "/" + std::string(entry.name)).second) << entry.name << " twice in " << path;
       if (entry.kind != EntryKind::folder) continue;
       ++below_[path];
-      enter.add(entry.name, folder.account() + 1);
+      enter.add(entry.name, folder.tag() + 1);
     }
     if (on_visit) on_visit(folder);
   }
@@ -57,7 +57,7 @@ class Diary : public TraversalJob {
     EXPECT_TRUE(cancelled() || below_[path] == 0) << path << " left before what it holds";
     if (!folder.parent()) return;
     --below_[folder.parent()->path()];
-    EXPECT_EQ(folder.account(), folder.parent()->account() + 1);
+    EXPECT_EQ(folder.tag(), folder.parent()->tag() + 1);
     EXPECT_TRUE(!keeps_ || moves || faccessat(parent_handle, folder.name().c_str(), F_OK, 0) == 0) << path;
   }
 
@@ -178,7 +178,7 @@ TEST(Traversal, its_end_cancels_what_is_running_and_leaves_what_was_entered) {
     {
       Traversal traversal(team.workers, team.handles);
       const TraversalStart starts[] = {{tree.path("top"), 0}};
-      traversal.start(diary, starts, Traversal::Turn::last);
+      traversal.start(diary, starts, Traversal::Priority::last);
       arrived.wait();
     }
     EXPECT_LT(diary.left.size(), 101U) << "not everything was visited";

@@ -211,7 +211,7 @@ std::vector<std::size_t> Text::order_of(const std::vector<std::string>& texts) c
   std::sort(keys.begin(), keys.end());
   std::vector<std::size_t> order;
   order.reserve(texts.size());
-  for (const auto& [key, place] : keys) order.push_back(place);
+  for (const auto& [key, position] : keys) order.push_back(position);
   return order;
 }
 

@@ -127,6 +127,6 @@ int main(int argc, char** argv) {
                  "draws every screen and widget in their states into pictures there\n");
     return 2;
   }
-  tarnby::take_desktop_look();
+  tarnby::apply_desktop_look();
   return tarnby::draw_all(QDir(QString::fromLocal8Bit(argv[1])), argc > 2 ? argv[2] : "") ? 0 : 1;
 }
