@@ -9,6 +9,8 @@
 #include <iterator>
 #include <mutex>
 
+#include "files/traversal.h"
+
 namespace tarnby {
 
 namespace {
@@ -127,17 +129,21 @@ bool is_package_name(std::string_view name) {
          std::end(package_extensions);
 }
 
-int ParentCursor::parent_of(const Url& url) {
-  errno = ENOENT;
-  if (!url.is_file_url() || url.path() == "/") return -1;
-  const Url parent = url.parent();
-  if (parent != parent_) {
-    handle_ = granted_.open_parent(url);
-    parent_ = parent;
-    error_ = handle_ ? 0 : errno;
-  }
-  errno = error_;
-  return handle_.get();
+FileManager::FileManager(unsigned workers, std::size_t handles)
+    : workers_(workers), handles_(handles), traversal_(std::make_unique<Traversal>(workers, handles)) {}
+
+FileManager::~FileManager() = default;
+
+void FileManager::stop_looking() {
+  traversal_->stop_looking();
+}
+
+void FileManager::look_again() {
+  traversal_->look_again();
+}
+
+bool FileManager::stopped_looking() const {
+  return traversal_->stopped_looking();
 }
 
 std::vector<Entry> FileManager::list(const Url& folder, Hidden hidden) const {
@@ -175,7 +181,7 @@ std::vector<Url> FileManager::walk(const Url& folder, Hidden hidden, Packages pa
   if (!folder.is_file_url()) return {};
   WalkJob job(granted_, hidden, packages, want);
   const TraversalStart starts[] = {{folder.path(), 0}};
-  traversal_.run(job, starts);
+  traversal_->run(job, starts);
   if (job.cancelled()) note_missed(ECANCELED, folder);
   note_missed(job.missed());
   return job.found();

@@ -3,6 +3,7 @@
 #include <atomic>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -13,10 +14,11 @@
 #include "files/directory.h"
 #include "files/granted_folders.h"
 #include "files/missed.h"
-#include "files/traversal.h"
 #include "files/url.h"
 
 namespace tarnby {
+
+class Traversal;
 
 /// One entry that a listing or a walk found. Its kind is told without following links.
 struct Entry {
@@ -86,8 +88,11 @@ class FileManager {
  public:
   /// @param workers how many folders are read or removed at once; 0 chooses for this machine and its disks.
   /// @param handles how many folders may be kept open, see Traversal.
-  explicit FileManager(unsigned workers = 0, std::size_t handles = 0)
-      : workers_(workers), handles_(handles), traversal_(workers, handles) {}
+  explicit FileManager(unsigned workers = 0, std::size_t handles = 0);
+  /// Cancels what its workers do and waits for it to end.
+  ~FileManager();
+  FileManager(const FileManager&) = delete;
+  FileManager& operator=(const FileManager&) = delete;
 
   /// The folders that the user opened; removal knows no others.
   GrantedFolders& granted() { return granted_; }
@@ -99,15 +104,15 @@ class FileManager {
   void confine_threads();
 
   /// The workers, for jobs that no operation here does.
-  Traversal& traversal() { return traversal_; }
+  Traversal& traversal() { return *traversal_; }
 
   /// Ends every listing, walk and measurement that runs, and each one begun from now on, at once and with what it has,
   /// until `look_again`; removals go on. For when nobody waits for the result any more.
-  void stop_looking() { traversal_.stop_looking(); }
-  void look_again() { traversal_.look_again(); }
+  void stop_looking();
+  void look_again();
   /// True between the two: what looks at one thing after the other may as well end. What it has is not all there is, so
   /// nothing may be concluded from what is missing in it.
-  bool stopped_looking() const { return traversal_.stopped_looking(); }
+  bool stopped_looking() const;
 
   /// The immediate entries of a folder in byte order of their names; empty when it is no folder or cannot be read.
   std::vector<Entry> list(const Url& folder, Hidden hidden = Hidden::skip) const;
@@ -167,22 +172,7 @@ class FileManager {
   const std::size_t handles_;
   std::atomic<bool> confines_threads_{false};
   GrantedFolders granted_;
-  Traversal traversal_;
-};
-
-/// Looks up entries one after another and keeps the handle of the folder it was last in. For one thread.
-class ParentCursor {
- public:
-  explicit ParentCursor(const GrantedFolders& granted) : granted_(granted) {}
-
-  /// An open handle of the folder that holds the entry, or -1; errno(3) tells why.
-  int parent_of(const Url& url);
-
- private:
-  const GrantedFolders& granted_;
-  Url parent_;
-  Descriptor handle_;
-  int error_ = 0;
+  const std::unique_ptr<Traversal> traversal_;
 };
 
 }  // namespace tarnby

@@ -11,7 +11,8 @@ namespace tarnby {
 
 namespace {
 
-/// Folders whose loss would harm more than it frees, by the granted folder they are in and the folder that holds them.
+/// Folders whose loss would harm more than it frees: entries of one folder in a grant of one kind. The folder that
+/// holds them is named by its path below the grant.
 struct ProtectedRow {
   Grant kind;
   std::string_view parent;
@@ -78,7 +79,8 @@ const std::vector<ProtectedRow>& protected_rows() {
   return rows;
 }
 
-/// Opens one component after the other below `base`; empty components do not occur in a Url.
+/// Opens one component of `relative` after the other, the first in `base`. Empty, with errno(3) set, where one cannot
+/// be opened or is "..". A Url has no empty components.
 template <typename OpenNext>
 Descriptor descend(Descriptor base, std::string_view relative, OpenNext open_next) {
   while (!relative.empty() && base) {
@@ -94,13 +96,13 @@ Descriptor descend(Descriptor base, std::string_view relative, OpenNext open_nex
   return base;
 }
 
-/// Opens what lies below a grant without a stop at every component. Where that fails, going component by component
-/// finds out why, also when only the path is too long or the system does not know how.
-/// @param relative the end of a path, thus followed by a NUL.
+/// Opens a location below a grant with a single call. A failure other than ENOENT decides nothing: the path may be too
+/// long for one call, or the system may not have the call. The caller then goes component by component.
+/// @param relative the end of a path, so that a NUL follows it.
 Descriptor in_one_step(Descriptor (*open)(int, const char*), int grant, std::string_view relative) {
   if (relative.empty()) return open(grant, ".");
   if (relative.find("..") == std::string_view::npos) return open(grant, relative.data());
-  errno = EINVAL;  // may be a way out of the folder
+  errno = EINVAL;  // ".." could lead out of the grant
   return {};
 }
 
@@ -116,28 +118,41 @@ bool has_dot_dot(const Url& url) {
   return path.find("/../") != std::string::npos || path.ends_with("/..");
 }
 
+/// Opens a folder that is to be granted, by its name in the folder above. The handle of an earlier grant of this path
+/// is not used, since it may be open to a folder that has been moved away since.
+Descriptor open_for_grant(const GrantedFolders& granted, const Url& folder) {
+  const Descriptor above = granted.open_parent(folder);
+  const std::string name(folder.path() == "/" ? "." : folder.last_path_component());
+  if (above) return open_path_handle_at(above.get(), name.c_str());
+  // A confined program may not open the folders above, but may still open this one by its whole path.
+  return open_path_handle_at(AT_FDCWD, folder.path().c_str());
+}
+
+/// The identities of the folders that hold this one, from the nearest up to "/". Each is looked up from the handle by
+/// "..", which leads to the real one even when the folder is moved; by path where that is not permitted. One that
+/// neither way leads to is missing in the result.
+std::vector<Identity> line_of_folders_above(int handle, const Url& folder) {
+  std::vector<Identity> line;
+  std::string up = "..";
+  for (Url url = folder; url.path() != "/"; up += "/..") {
+    url = url.parent();
+    Status above = status_at(handle, up.c_str());
+    if (above.error != 0) above = status_at(AT_FDCWD, url.path().c_str());
+    if (above.kind == EntryKind::folder) line.push_back(above.identity);
+  }
+  return line;
+}
+
 }  // namespace
 
 bool GrantedFolders::add(Grant kind, const Url& folder) {
   if (!folder.is_file_url() || has_dot_dot(folder)) return false;
-  // By its name and not from the handle of an earlier grant, since another folder may stand there by now.
-  const Descriptor above = open_parent(folder);
-  const std::string name(folder.path() == "/" ? "." : folder.last_path_component());
-  // A program that is confined to the folder may not open those above it, but knows the way through them.
-  Descriptor handle =
-      above ? open_path_handle_at(above.get(), name.c_str()) : open_path_handle_at(AT_FDCWD, folder.path().c_str());
+  Descriptor handle = open_for_grant(*this, folder);
   if (!handle) return false;
   const Status itself = status_of(handle.get());
-  if (itself.error != 0) return false;  // it could not be told apart from what may be removed
-  std::vector<Identity> line = {itself.identity};
-  std::string up = "..";
-  for (Url url = folder; url.path() != "/"; up += "/..") {
-    url = url.parent();
-    // What really holds it, wherever its path leads by now; the path, where the folder may not be searched.
-    Status above_it = status_at(handle.get(), up.c_str());
-    if (above_it.error != 0) above_it = status_at(AT_FDCWD, url.path().c_str());
-    if (above_it.kind == EntryKind::folder) line.push_back(above_it.identity);
-  }
+  if (itself.error != 0) return false;  // without its identity it could not be protected from removal
+  std::vector<Identity> line = line_of_folders_above(handle.get(), folder);
+  line.insert(line.begin(), itself.identity);
   const std::unique_lock lock(mutex_);
   const bool known = std::any_of(given_.begin(), given_.end(), [&](const Given& given) {
     return given.kind == kind && given.url == folder && given.line == line;
@@ -164,7 +179,7 @@ const GrantedFolders::Given* GrantedFolders::nearest(const Url& url) const {
   const Given* best = nullptr;
   for (const Given& given : given_) {
     if (!url.is_within(given.url)) continue;
-    // Of two grants of one path the later one is what the user sees there.
+    // Of two grants with the same path the later one wins: it is the folder that the user sees there.
     if (!best || given.url.path().size() >= best->url.path().size()) best = &given;
   }
   return best;
@@ -234,6 +249,19 @@ std::vector<ProtectedFolder> GrantedFolders::protected_folders() const {
     }
   }
   return folders;
+}
+
+int ParentCursor::parent_of(const Url& url) {
+  errno = ENOENT;
+  if (!url.is_file_url() || url.path() == "/") return -1;
+  const Url parent = url.parent();
+  if (parent != parent_) {
+    handle_ = granted_.open_parent(url);
+    parent_ = parent;
+    error_ = handle_ ? 0 : errno;
+  }
+  errno = error_;
+  return handle_.get();
 }
 
 }  // namespace tarnby

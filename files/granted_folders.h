@@ -12,11 +12,11 @@
 
 namespace tarnby {
 
-/// What a granted folder is to the program, which decides what in it is never removed whole.
+/// The kind of a granted folder. It decides which entries in it are never removed whole.
 enum class Grant { home, applications, disk };
 
-/// A folder some of whose entries are never removed whole. It is recognised by its path and by its identity, so that
-/// another path to it does not lose the protection.
+/// A folder, and the names of those of its entries that are never removed whole. It is recognised by its path and by
+/// its identity, so that the protection also holds on another path to it.
 struct ProtectedFolder {
   Url url;
   /// None when the folder does not exist.
@@ -24,36 +24,41 @@ struct ProtectedFolder {
   std::vector<std::string> names;
 };
 
-/// The folders the user opened to this program, and the only way from a location to an open handle.
+/// The folders to which the user has given this program access, and the only way from a location to an open handle.
 ///
-/// A location below a grant is opened from the handle that was taken when the grant was given, in one step or component
-/// by component; a link in any component ends the road. Elsewhere links above the last component are followed, as for a
-/// path typed by a person. Any thread may call.
+/// A location below a grant is opened from the handle that was opened when the grant was given. A link in any component
+/// makes this fail. Outside the grants, links are followed in every component but the last, as for a path that a person
+/// types. Functions that open return an empty Descriptor on failure and leave the reason in errno(3). Any thread may
+/// call.
 class GrantedFolders {
  public:
-  /// Opens `folder`, a real path, and keeps its handle for as long as this object lives. A later grant of the same
-  /// kind is added, the earlier one stays; when another folder has come to stand under its path, the later one is meant
-  /// from then on. False, and no grant, when it is no folder that can be opened.
+  /// Grants access to `folder`, which must be a real path (no link in it). Its handle stays open as long as this object
+  /// lives. Earlier grants are kept, also those of the same kind. When the path names another folder by now than it did
+  /// for an earlier grant, lookups below that path use the newer grant; the test
+  /// GrantedFolders.stay_the_folder_that_was_granted_until_it_is_granted_anew pins this. False, and no grant, when it
+  /// is no folder or cannot be opened.
   bool add(Grant kind, const Url& folder);
 
-  /// A handle of each granted folder, for giving up the right to change anything else.
+  /// A new handle of each granted folder, for telling the kernel where this program may change something (see
+  /// confinement.h).
   std::vector<Descriptor> handles() const;
 
-  /// True when the location lies strictly below a granted folder.
+  /// True when the location lies strictly below a granted folder by its path; the disk is not asked.
   bool holds(const Url& url) const;
 
-  /// A handle for looking up entries in the folder; empty when a component is missing, a link, or "..".
+  /// A path handle of the folder: for looking up entries in it by name, not for listing them. Empty when a component is
+  /// missing, a link, or "..".
   Descriptor open_path_handle(const Url& folder) const;
-  /// The same for the folder that holds an entry, whose name is then the last component.
+  /// A path handle of the folder that holds the entry. Outside the grants this folder, too, may be named by a link.
   Descriptor open_parent(const Url& entry) const;
-  /// A handle for reading the folder's entries, under the same rules.
+  /// A handle for listing the folder's entries, under the rules of open_path_handle.
   Descriptor open_folder(const Url& folder) const;
 
-  /// The entries that are never removed whole, whoever asks, by the folder they are in: granted folders, folders that
-  /// hold one, and the folders that a home or a disk cannot do without. As they stand at this moment.
+  /// The entries that are never removed whole, as they are at this moment: granted folders, folders that hold one, and
+  /// the folders that a home or a disk cannot do without.
   std::vector<ProtectedFolder> protected_folders() const;
 
-  /// True when this is a granted folder or one that holds a granted folder, whatever its path.
+  /// True for a granted folder and for each folder above one, by whatever path it was reached. The disk is not asked.
   bool is_or_holds_grant(const Identity& identity) const;
 
  private:
@@ -61,17 +66,35 @@ class GrantedFolders {
     Grant kind;
     Url url;
     Descriptor handle;
-    /// The granted folder's own, then those of the folders that hold it, up to "/".
+    /// The identity of the granted folder, then those of the folders that hold it, from the nearest up to "/".
     std::vector<Identity> line;
   };
 
+  /// The innermost grant that is or holds the location; null when none does. Under the mutex.
   const Given* nearest(const Url& url) const;
-  /// What a link as the last component means outside the grants; below them it is always refused.
+  /// Whether a link as the last component is followed outside the grants; below them it never is.
   enum class LastLink { refuse, follow };
   Descriptor open_path_handle_locked(const Url& folder, LastLink last_link) const;
 
   mutable std::shared_mutex mutex_;
   std::vector<Given> given_;
+};
+
+/// Opens the folders that hold entries, one entry after another. The last folder stays open, so that neighbours cost
+/// one opening together. For one thread.
+class ParentCursor {
+ public:
+  explicit ParentCursor(const GrantedFolders& granted) : granted_(granted) {}
+
+  /// A handle of the folder that holds the entry, as GrantedFolders::open_parent gives it; valid until the next call.
+  /// -1 when there is none, and errno(3) says why.
+  int parent_of(const Url& url);
+
+ private:
+  const GrantedFolders& granted_;
+  Url parent_;
+  Descriptor handle_;
+  int error_ = 0;
 };
 
 }  // namespace tarnby

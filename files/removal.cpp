@@ -13,6 +13,7 @@
 
 #include "files/confinement.h"
 #include "files/file_manager.h"
+#include "files/traversal.h"
 
 namespace tarnby {
 
@@ -401,7 +402,7 @@ class RemovalPass {
 
 void FileManager::confine_threads() {
   confines_threads_ = true;
-  traversal_.confine_workers();
+  traversal_->confine_workers();
 }
 
 std::vector<Removal> FileManager::remove(std::span<const Url> urls, const RemovalOptions& options) {
