@@ -207,7 +207,8 @@ const ScanViewController::Sums& ScanViewController::sums() {
     listed.emplace_back(sharedCleaner.*flicker->item);
   const std::int64_t applications = amount.amount(listed);
   for (const Flicker* flicker : {&trash, &mails}) listed.emplace_back(sharedCleaner.*flicker->item);
-  return sums_.emplace(applications, amount.amount(listed));
+  sums_ = Sums{applications, amount.amount(listed)};
+  return *sums_;
 }
 
 void ScanViewController::animation_apps_caches() {
