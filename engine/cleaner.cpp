@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "engine/file_types.h"
+#include "places/macos_home.h"
 
 namespace tarnby {
 
@@ -23,12 +24,12 @@ Cleaner::Cleaner(Platform& platform, Cache& cache, Remainders& remainders)
     : appDelegate(platform.application_delegate),
       app_settings(&platform.app_settings),
       url_home(platform.bookmarks.resolve_and_access(Grant::home)),
-      url_library(url_home.appending("Library")),
-      url_caches(url_library.appending("Caches")),
-      url_logs(url_library.appending("Logs")),
-      url_mails(url_library.appending("Containers/com.apple.mail/Data/Library/Mail Downloads")),
-      url_trash(url_home.appending(".Trash")),
-      url_downloads(url_home.appending("Downloads")),
+      url_library(url_home.appending(macos_home::library)),
+      url_caches(url_library.appending(macos_home::caches)),
+      url_logs(url_library.appending(macos_home::logs)),
+      url_mails(url_library.appending(macos_home::apple_mail_downloads)),
+      url_trash(url_home.appending(macos_home::trash)),
+      url_downloads(url_home.appending(macos_home::downloads)),
       archive_formats(archive_extensions()),
       audio_formats(audio_extensions()),
       document_formats(document_extensions()),

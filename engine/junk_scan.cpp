@@ -2,6 +2,7 @@
 
 #include "engine/cleaner.h"
 #include "files/bytes.h"
+#include "places/macos_home.h"
 
 namespace tarnby {
 
@@ -60,8 +61,8 @@ void Cleaner::note_junk_amount() {
 /// What stands in Caches, and the caches folder of each container, whether there is one or not.
 std::vector<Url> Cleaner::cache_locations() const {
   std::vector<Url> locations = platform_.files.list_urls(url_caches);
-  for (const Entry& entry : platform_.files.list(url_library.appending("Containers"))) {
-    if (entry.kind == EntryKind::folder) locations.push_back(entry.url.appending("Data/Library/Caches"));
+  for (const Entry& entry : platform_.files.list(url_library.appending(macos_home::containers))) {
+    if (entry.kind == EntryKind::folder) locations.push_back(entry.url.appending(macos_home::container_caches));
   }
   return locations;
 }

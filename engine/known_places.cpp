@@ -3,16 +3,11 @@
 #include <algorithm>
 #include <span>
 
+#include "places/macos_home.h"
+
 namespace tarnby {
 
 namespace {
-
-constexpr std::string_view library_places[] = {
-    "Library/Caches", "Library/Preferences", "Library/Application Support", "Library/Containers", "Library/Logs",
-    "Library/Mail",   "Library/Safari",
-};
-constexpr std::string_view trash_places[] = {".Trash"};
-constexpr std::string_view download_places[] = {"Downloads", "Desktop", "Documents", "Library/Application Support"};
 
 bool has_one(const FileManager& files, const Url& home, std::span<const std::string_view> places) {
   return std::any_of(places.begin(), places.end(), [&](std::string_view place) {
@@ -25,8 +20,8 @@ bool has_one(const FileManager& files, const Url& home, std::span<const std::str
 
 KnownPlaces KnownPlaces::look(const FileManager& files, const Url& home) {
   const LookWatch told_by_others(LookWatch::Tells::here);
-  return {has_one(files, home, library_places), has_one(files, home, trash_places),
-          has_one(files, home, download_places)};
+  return {has_one(files, home, macos_home::known_library_places), has_one(files, home, macos_home::known_trash_places),
+          has_one(files, home, macos_home::known_download_places)};
 }
 
 bool KnownPlaces::serves(std::string_view type) const {

@@ -3,6 +3,7 @@
 #include "engine/cleaner.h"
 #include "engine/large_file_walk.h"
 #include "files/bytes.h"
+#include "places/macos_home.h"
 
 namespace tarnby {
 
@@ -18,10 +19,6 @@ constexpr GroupRow groups[] = {
     {"document", english("Documents")}, {"movie", english("Movies")},     {"picture", english("Pictures")},
     {"package", english("Packages")},   {"other", english("Other")},
 };
-
-/// What other categories clean, or what belongs to tools that look after it themselves. Below the Library.
-constexpr std::string_view excluded_library_folders[] = {"Developer/Xcode/DocumentationCache",
-                                                         "Developer/CoreSimulator", "iTunes"};
 
 /// The rules of the search, one candidate after the other in walking order.
 class LargeFileRules {
@@ -103,7 +100,8 @@ LargeFileSelection large_files_of_at_least(std::int64_t bytes, std::span<const s
 void Cleaner::search_large_files_with_complete_handler(const LargeFilesHandler& handler) {
   large_files_item = std::make_shared<CleanerItem>();
   std::vector<Url> excluded = {url_downloads, url_caches, url_logs};
-  for (const std::string_view folder : excluded_library_folders) excluded.push_back(url_library.appending(folder));
+  for (const std::string_view folder : macos_home::without_large_files)
+    excluded.push_back(url_library.appending(folder));
   LargeFileRules rules(*this, excluded);
   const LookWatch watch;
   for (const LargeFileCandidate& candidate : walk_for_large_files(platform_.files, url_home, excluded)) {

@@ -3,6 +3,7 @@
 
 #include "engine/cleaner.h"
 #include "files/bytes.h"
+#include "places/macos_home.h"
 
 namespace tarnby {
 
@@ -25,21 +26,8 @@ constexpr SmartCategory categories[] = {
      &Cleaner::outlineTrashItem, ""},
 };
 
-/// Where installers lie, and which extensions count there, exactly as written. Applications keep files of their own
-/// named "apk" in Application Support, so those are not collected there.
-struct InstallerPlace {
-  std::string_view beneath_home;
-  bool takes_apk;
-};
-
-constexpr InstallerPlace installer_places[] = {
-    {"Downloads", true},
-    {"Desktop", true},
-    {"Documents", true},
-    {"Library/Application Support", false},
-};
-
-bool is_installer(const Url& url, const InstallerPlace& place) {
+/// Extensions count exactly as written.
+bool is_installer(const Url& url, const macos_home::InstallerPlace& place) {
   const auto extension = url.path_extension();
   return extension == "dmg" || extension == "pkg" || extension == "ipa" || (place.takes_apk && extension == "apk");
 }
@@ -203,7 +191,7 @@ void Cleaner::scan_mails() {
 
 std::vector<Url> Cleaner::install_candidates() const {
   std::vector<Url> found;
-  for (const InstallerPlace& place : installer_places) {
+  for (const macos_home::InstallerPlace& place : macos_home::installer_places) {
     for (Url& url : platform_.files.list_urls(url_home.appending(place.beneath_home))) {
       if (is_installer(url, place)) found.push_back(std::move(url));
     }

@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "inventory/application_search.h"
+#include "places/macos_home.h"
 
 namespace tarnby {
 
@@ -84,7 +85,7 @@ Application::Application(Platform& platform)
     : app_settings(&platform.app_settings),
       appDelegate(platform.application_delegate),
       url_home(platform.bookmarks.resolve_and_access(Grant::home)),
-      url_library(url_home.appending("Library")),
+      url_library(url_home.appending(macos_home::library)),
       url_applications(platform.bookmarks.resolve_and_access(Grant::applications)),
       items(std::make_shared<ApplicationItems>()),
       installed_apps(items),
@@ -112,7 +113,7 @@ std::vector<Url> Application::candidates() const {
   for (const Entry& entry : files_.list(url_applications)) {
     if (is_named_application(entry.url)) {
       found.push_back(entry.url);
-    } else if (entry.url.last_path_component() == "Utilities") {
+    } else if (entry.url.last_path_component() == macos_home::system_applications) {
       if (app_settings->integer("includeUtilities") == 1) add_utilities(found, entry.url);
     } else {
       add_applications_in(files_, entry.url, 2, found);

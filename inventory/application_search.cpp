@@ -1,25 +1,10 @@
 #include "inventory/application_search.h"
 
-#include <array>
+#include "places/macos_home.h"
 
 namespace tarnby {
 
 namespace {
-
-/// The folders below the home that are searched for applications, in this order. Documents and Desktop are walked since
-/// people keep applications anywhere in them; Downloads and Applications are only listed.
-struct ApplicationPlace {
-  std::string_view beneath_home;
-  bool walked;
-};
-
-constexpr std::array application_places = {
-    ApplicationPlace{"Downloads", false},
-    ApplicationPlace{"Documents", true},
-    ApplicationPlace{"Desktop", true},
-    ApplicationPlace{"Applications", false},
-    ApplicationPlace{"Library/Developer/Xcode/DerivedData", true},
-};
 
 bool is_application_entry(std::string_view name, EntryKind /*kind*/) {
   return is_application_name(name);
@@ -41,7 +26,7 @@ void add_granted_applications(const FileManager& files, const Url& applications,
   for (const Entry& entry : files.list(applications)) {
     if (is_application_name(entry.url.last_path_component())) {
       found.push_back(entry.url);
-    } else if (entry.url.last_path_component() != "Utilities") {
+    } else if (entry.url.last_path_component() != macos_home::system_applications) {
       add_applications_in(files, entry.url, 2, found);
     }
   }
@@ -50,7 +35,7 @@ void add_granted_applications(const FileManager& files, const Url& applications,
 std::vector<Url> applications_of_the_user(FileManager& files, const Url& applications, const Url& home) {
   std::vector<Url> found;
   add_granted_applications(files, applications, found);
-  for (const ApplicationPlace& place : application_places) {
+  for (const macos_home::ApplicationPlace& place : macos_home::application_places) {
     const Url folder = home.appending(place.beneath_home);
     if (place.walked) {
       const auto below = files.walk(folder, Hidden::skip, Packages::enter, is_application_entry);

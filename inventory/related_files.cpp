@@ -4,8 +4,10 @@
 #include <array>
 
 #include "inventory/folder_matches.h"
-#include "inventory/related_locations.h"
+#include "places/macos_home.h"
+#include "places/related_locations.h"
 #include "platform/bundle.h"
+#include "text/text.h"
 
 namespace tarnby {
 
@@ -120,7 +122,7 @@ class Bases {
   Url base(Base base) const {
     switch (base) {
       case Base::library:
-        return home_.appending("Library");
+        return home_.appending(macos_home::library);
       case Base::home:
         return home_;
       case Base::disk:
@@ -177,6 +179,35 @@ class GroupedFiles {
   std::string_view last_group_;
 };
 
+/// These applications come in a folder of their own below Applications, with files beside the bundle.
+bool is_in_adobe_folder(const ApplicationItem& item) {
+  const Url folder = item.url.parent();
+  return contains_folded(*item.bundle, "com.adobe") && folder.last_path_component() != "Applications" &&
+         folder.path().find("Applications") != std::string::npos;
+}
+
+bool is_outlook(const ApplicationItem& item) {
+  return item.bundle == "com.microsoft.Outlook";
+}
+
+bool is_xcode(const ApplicationItem& item) {
+  return item.bundle == "com.apple.dt.Xcode";
+}
+
+bool is_among(Owners owners, const ApplicationItem& item) {
+  switch (owners) {
+    case Owners::all:
+      return true;
+    case Owners::in_adobe_folder:
+      return is_in_adobe_folder(item);
+    case Owners::outlook:
+      return is_outlook(item);
+    case Owners::xcode:
+      return is_xcode(item);
+  }
+  return false;
+}
+
 /// The search through the locations for one record.
 class RelatedSearch {
  public:
@@ -184,7 +215,7 @@ class RelatedSearch {
       : files_(platform.files), item_(item), keys_(std::move(keys)), with_shown_keys_(purpose == Purpose::show) {
     for (const RelatedLocation& location : related_locations()) {
       if (purpose == Purpose::remove && !location.traits.is_removed) continue;
-      if (location.traits.applies && !location.traits.applies(item)) continue;
+      if (!is_among(location.traits.owners, item)) continue;
       locations_.push_back(&location);
       places_.push_back(bases.place_of(location));
     }

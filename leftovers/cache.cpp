@@ -2,6 +2,7 @@
 
 #include "files/bytes.h"
 #include "inventory/application_search.h"
+#include "places/macos_home.h"
 
 namespace tarnby {
 
@@ -27,7 +28,7 @@ Cache::Cache(Platform& platform, const Application& inventory)
       defaultManager(&platform.files),
       url_applications(platform.bookmarks.resolve_and_access(Grant::applications)),
       url_home(platform.bookmarks.resolve_and_access(Grant::home)),
-      url_library(url_home.appending("Library")),
+      url_library(url_home.appending(macos_home::library)),
       inventory_(inventory),
       measurer_(platform.measurer),
       text_(platform.text) {}
@@ -61,14 +62,14 @@ ApplicationItems Cache::installed_applications() {
 
 std::vector<Cache::Candidate> Cache::candidates() const {
   std::vector<Candidate> found;
-  for (const Entry& entry : defaultManager->list(url_library.appending("Caches"))) {
+  for (const Entry& entry : defaultManager->list(url_library.appending(macos_home::caches))) {
     if (entry.kind != EntryKind::folder) continue;
     found.push_back({entry.url, defaultManager->display_name(entry), entry.url, true});
   }
-  for (const Entry& entry : defaultManager->list(url_library.appending("Containers"))) {
+  for (const Entry& entry : defaultManager->list(url_library.appending(macos_home::containers))) {
     if (entry.kind != EntryKind::folder) continue;
     found.push_back(
-        {entry.url.appending("Data/Library/Caches"), defaultManager->display_name(entry), entry.url, false});
+        {entry.url.appending(macos_home::container_caches), defaultManager->display_name(entry), entry.url, false});
   }
   return found;
 }

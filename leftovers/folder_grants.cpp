@@ -2,17 +2,9 @@
 
 #include <algorithm>
 
+#include "places/macos_home.h"
+
 namespace tarnby {
-
-namespace {
-
-/// Only a home with one of these in its Library is laid out by applications from the Applications folder.
-constexpr std::string_view library_folders[] = {
-    "Application Scripts", "Application Support",     "Caches", "Containers", "Logs", "Mail",
-    "Preferences",         "Saved Application State", "Safari"};
-constexpr std::string_view other_layout[] = {".config", ".cache", ".local/share"};
-
-}  // namespace
 
 GrantFault FolderGrants::fault_of(Grant grant, const GrantState& state) const {
   if (state.folder.empty()) return GrantFault::missing;
@@ -71,8 +63,8 @@ bool FolderGrants::knows_no_applications(const Url& home) const {
   const auto has = [&](const Url& above) {
     return [&, above](std::string_view name) { return platform_.files.is_folder(above.appending(name)); };
   };
-  return std::ranges::none_of(library_folders, has(home.appending("Library"))) &&
-         std::ranges::any_of(other_layout, has(home));
+  return std::ranges::none_of(macos_home::library_folders, has(home.appending(macos_home::library))) &&
+         std::ranges::any_of(macos_home::folders_of_other_kinds, has(home));
 }
 
 }  // namespace tarnby

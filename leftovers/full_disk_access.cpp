@@ -1,5 +1,7 @@
 #include "leftovers/full_disk_access.h"
 
+#include "places/macos_home.h"
+
 namespace tarnby {
 
 namespace {
@@ -15,14 +17,6 @@ struct ProbeRow {
 constexpr ProbeRow probe_rows[] = {
     {{10, 15}, "Library/Safari/CloudTabs.db"},
     {{0, 0}, "Library/Safari/Bookmarks.plist"},
-};
-
-/// Each has a switch of its own; in the order in which the user is asked.
-constexpr std::string_view personal_folders[] = {
-    "Desktop",
-    "Downloads",
-    "Documents",
-    "Pictures/Photos Library.photoslibrary",
 };
 
 }  // namespace
@@ -49,7 +43,8 @@ DiskAccess FullDiskAccess::test() {
 
 void FullDiskAccess::privacy_for_directories() {
   const Url home = platform_.bookmarks.resolve_and_access(Grant::home);
-  for (const std::string_view folder : personal_folders) (void)platform_.files.list_urls(home.appending(folder));
+  for (const std::string_view folder : macos_home::personal_folders)
+    (void)platform_.files.list_urls(home.appending(folder));
   platform_.app_settings.set_boolean("PrivacyAccess", true);
   platform_.app_settings.synchronize();
 }

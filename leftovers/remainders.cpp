@@ -6,17 +6,13 @@
 #include "files/bytes.h"
 #include "inventory/application_search.h"
 #include "inventory/unused_applications.h"
+#include "places/macos_home.h"
 #include "text/folded_index.h"
 
 namespace tarnby {
 
 namespace {
 
-std::string whole_name(const Url& entry) {
-  return std::string(entry.last_path_component());
-}
-
-/// The part before ".savedState"; another entry has no name here.
 std::string saved_state_name(const Url& entry) {
   const auto name = entry.last_path_component();
   const auto suffix = name.find(".savedState");
@@ -30,21 +26,18 @@ std::string name_without_extension(const Url& entry) {
   return std::string(name);
 }
 
-/// The folders of the Library whose entries are named by identifiers, and how the name is told from the entry.
-struct LeftoverPlace {
-  std::string_view beneath_library;
-  std::string (*name_of)(const Url& entry);
-};
-
-constexpr LeftoverPlace leftover_places[] = {
-    {"Caches", whole_name},
-    {"Containers", whole_name},
-    {"Saved Application State", saved_state_name},
-    {"Application Scripts", whole_name},
-    {"Preferences", name_without_extension},
-};
-
-constexpr std::string_view application_places[] = {"Downloads", "Documents", "Desktop", "Applications"};
+/// What an entry of such a place is named after.
+std::string owner_name(const Url& entry, macos_home::NamedBy named_by) {
+  switch (named_by) {
+    case macos_home::NamedBy::identifier:
+      return std::string(entry.last_path_component());
+    case macos_home::NamedBy::identifier_and_saved_state:
+      return saved_state_name(entry);
+    case macos_home::NamedBy::identifier_and_extension:
+      return name_without_extension(entry);
+  }
+  return {};
+}
 
 /// The system's own names are never leftovers. "Apple" with a capital does not count as one of them, which is meant.
 bool may_be_identifier(std::string_view name) {
@@ -113,7 +106,7 @@ Remainders::Remainders(Platform& platform, const Cache& cache)
       defaultManager(&platform.files),
       url_applications(platform.bookmarks.resolve_and_access(Grant::applications)),
       url_home(platform.bookmarks.resolve_and_access(Grant::home)),
-      url_library(url_home.appending("Library")),
+      url_library(url_home.appending(macos_home::library)),
       cache_(cache),
       platform_(platform) {}
 
@@ -121,12 +114,12 @@ std::vector<Remainders::Orphan> Remainders::orphans(const std::unordered_set<std
   std::vector<Listing> listings;
   std::vector<Orphan> found;
   std::unordered_set<std::string> met;
-  for (const LeftoverPlace& place : leftover_places) {
+  for (const macos_home::LeftoverPlace& place : macos_home::leftover_places) {
     const Url folder = url_library.appending(place.beneath_library);
     Listing listing{FoldedText(folder.path()), defaultManager->list_urls(folder), {}};
     for (const Url& entry : listing.entries) {
       listing.names.emplace_back(entry.last_path_component());
-      std::string name = place.name_of(entry);
+      std::string name = owner_name(entry, place.named_by);
       if (!may_be_identifier(name) || owned.contains(name)) continue;
       if (met.insert(name).second) found.push_back({std::move(name), {}});
     }
@@ -155,7 +148,7 @@ std::vector<Url> Remainders::find_applications() {
   const LookWatch folders(LookWatch::Tells::here);
   std::vector<Url> applications;
   add_granted_applications(*defaultManager, url_applications, applications);
-  for (const std::string_view place : application_places) {
+  for (const std::string_view place : macos_home::owner_places) {
     add_applications_in(*defaultManager, url_home.appending(place), 1, applications);
   }
   known_applications_ = {folders.missed(), {}};

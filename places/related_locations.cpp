@@ -1,10 +1,8 @@
-#include "inventory/related_locations.h"
+#include "places/related_locations.h"
 
 #include <algorithm>
 
 #include "files/file_manager.h"
-#include "inventory/application_item.h"
-#include "text/text.h"
 
 namespace tarnby {
 
@@ -24,21 +22,6 @@ bool has_no_extension(std::string_view name) {
   return path_extension_of(name).empty();
 }
 
-/// These applications come in a folder of their own below Applications, with files beside the bundle.
-bool is_in_adobe_folder(const ApplicationItem& item) {
-  const Url folder = item.url.parent();
-  return contains_folded(*item.bundle, "com.adobe") && folder.last_path_component() != "Applications" &&
-         folder.path().find("Applications") != std::string::npos;
-}
-
-bool is_outlook(const ApplicationItem& item) {
-  return item.bundle == "com.microsoft.Outlook";
-}
-
-bool is_xcode(const ApplicationItem& item) {
-  return item.bundle == "com.apple.dt.Xcode";
-}
-
 using enum Key;
 using enum Reading;
 
@@ -50,12 +33,12 @@ constexpr std::string_view plugins = "Plugins";
 constexpr std::string_view desktop = "Desktop";
 constexpr std::string_view other = "Other";
 
-constexpr LocationTraits of_adobe = {.applies = is_in_adobe_folder, .is_removed = false};
+constexpr LocationTraits of_adobe = {.owners = Owners::in_adobe_folder, .is_removed = false};
 constexpr LocationTraits of_support = {.takes = is_support_name, .left_out = "CrashReporter"};
 constexpr LocationTraits with_team = {.shown_keys = {optional_developer_id}};
 constexpr LocationTraits with_optional_bundle = {.shown_keys = {optional_bundle}};
 constexpr LocationTraits of_login_items = {.editions = Editions::pro_and_plus};
-constexpr LocationTraits of_outlook = {.applies = is_outlook, .is_removed = false};
+constexpr LocationTraits of_outlook = {.owners = Owners::outlook, .is_removed = false};
 
 constexpr RelatedLocation locations[] = {
     {1, Base::library, "Preferences", list, preferences, {bundle, bundle_name_info}},
@@ -79,7 +62,7 @@ constexpr RelatedLocation locations[] = {
     {13, Base::library, "", list, support, {company_key, bundle_name_info, bundle_name}},
     {14, Base::library, "Group Containers/UBF8T346G9.Office/Outlook", place, support, {}, of_outlook},
     {14, Base::library, "Group Containers/UBF8T346G9.Office/OutlookProfile.plist", place, support, {}, of_outlook},
-    {15, Base::library, "Developer", place, support, {}, {.applies = is_xcode}},
+    {15, Base::library, "Developer", place, support, {}, {.owners = Owners::xcode}},
     {16, Base::bundle, "Contents/Library/LoginItems", identifiers, "", {}},
     {17, Base::library, "Containers", list, support, {login_items}, of_login_items},
     {18, Base::library, "Application Scripts", list, support, {login_items}, of_login_items},

@@ -7,8 +7,6 @@
 
 namespace tarnby {
 
-struct ApplicationItem;
-
 /// A text of an application's record by whose occurrence in a name an entry is known to belong to the application.
 enum class Key : std::uint8_t {
   label,
@@ -68,6 +66,9 @@ enum class Reading : std::uint8_t {
 /// too, and to no other.
 enum class Editions : std::uint8_t { pro, pro_and_plus };
 
+/// Which applications have something in a location. How each is recognised is told where records are read.
+enum class Owners : std::uint8_t { all, in_adobe_folder, outlook, xcode };
+
 /// What most locations have alike.
 struct LocationTraits {
   /// Keys tried besides, but only when files are shown and not for removal.
@@ -77,8 +78,7 @@ struct LocationTraits {
   bool (*takes)(std::string_view name) = nullptr;
   /// An entry directly in the location that is passed over with all below it.
   std::string_view left_out = {};
-  /// Which applications have something here; null: every one.
-  bool (*applies)(const ApplicationItem& item) = nullptr;
+  Owners owners = Owners::all;
   /// False for what is shown and never removed with the application.
   bool is_removed = true;
 };
