@@ -52,7 +52,8 @@ void confine_to_command(const Invocation& asked, const Session& session) {
 
 void confine_to_grants(const Context& context) {
   if (!removes(context.asked)) return;
-  const Platform& platform = context.platform;
+  Platform& platform = context.platform;
+  platform.files.confine_threads(FileManager::Callers::give_theirs_up);
   (void)give_up_changing({platform.files.granted().handles(), settings_folders(platform.session)});
 }
 

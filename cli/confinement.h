@@ -11,7 +11,8 @@ namespace tarnby::cli {
 /// a command that stores some. One that removes keeps its rights until its folders are known.
 void confine_to_command(const Invocation& asked, const Session& session);
 
-/// Leaves a command that removes the right to remove below the folders that are accessed, and to write the settings.
+/// Leaves a command that removes the right to remove below the folders that are accessed, and to write the settings;
+/// its threads keep less, see FileManager::confine_threads.
 void confine_to_grants(const Context& context);
 
 }  // namespace tarnby::cli

@@ -9,6 +9,7 @@
 #include <iterator>
 #include <mutex>
 
+#include "files/confined_threads.h"
 #include "files/traversal.h"
 
 namespace tarnby {

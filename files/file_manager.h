@@ -18,6 +18,7 @@
 
 namespace tarnby {
 
+class ConfinedThreads;
 class Traversal;
 
 /// One entry that a listing or a walk found. Its kind is told without following links.
@@ -98,10 +99,14 @@ class FileManager {
   GrantedFolders& granted() { return granted_; }
   const GrantedFolders& granted() const { return granted_; }
 
+  /// Whether the threads that call operations must be able to do more than those that this object makes.
+  enum class Callers { keep_their_rights, give_theirs_up };
+
   /// From now on the kernel, where it can, keeps the threads that this object makes from changing what they should not:
-  /// those that look from changing anything, those that remove from all but removing below the granted folders. A
-  /// removal then runs on a thread of its own. For a program whose other threads must be able to do more.
-  void confine_threads();
+  /// those that look from changing anything, those that remove from all but removing below the granted folders, or
+  /// below the part of a deep tree that they are in. Where callers keep their rights, a removal runs on a thread of its
+  /// own. Before any other operation, on a thread that may still remove and may give that up afterwards.
+  void confine_threads(Callers callers);
 
   /// The workers, for jobs that no operation here does.
   Traversal& traversal() { return *traversal_; }
@@ -166,11 +171,10 @@ class FileManager {
   std::vector<bool> refuses_to_remove(std::span<const Url> urls) const;
 
  private:
-  std::vector<Removal> remove_confined(std::span<const Url> urls, const RemovalOptions& options);
-
   const unsigned workers_;
   const std::size_t handles_;
-  std::atomic<bool> confines_threads_{false};
+  std::unique_ptr<ConfinedThreads> confined_threads_;  // null when threads keep their rights
+  Callers callers_ = Callers::keep_their_rights;
   GrantedFolders granted_;
   const std::unique_ptr<Traversal> traversal_;
 };

@@ -8,10 +8,9 @@
 #include <memory>
 #include <mutex>
 #include <system_error>
-#include <thread>
 #include <utility>
 
-#include "files/confinement.h"
+#include "files/confined_threads.h"
 #include "files/file_manager.h"
 #include "files/traversal.h"
 
@@ -144,8 +143,10 @@ class HoldingFolders {
 /// Removes whole folders; each start is one of them, and its tag is its index in the list.
 class RemovalJob final : public TraversalJob {
  public:
-  RemovalJob(const GrantedFolders& granted, std::size_t targets, const RemovalOptions& options)
-      : granted_(granted), targets_(targets), options_(options) {}
+  /// @param confined threads for the parts of a deep tree; null when this job's threads keep their rights.
+  RemovalJob(const GrantedFolders& granted, ConfinedThreads* confined, std::size_t targets,
+             const RemovalOptions& options)
+      : granted_(granted), confined_(confined), targets_(targets), options_(options) {}
 
   struct Target {
     std::shared_ptr<const HoldingFolder> holding;
@@ -189,6 +190,16 @@ class RemovalJob final : public TraversalJob {
 
   Descriptor open_below(int parent, const TraversedFolder& folder) override {
     return open_checked(parent, folder.name());
+  }
+
+  // The kernel looks for the right to remove from each entry upwards. With the right to all below a folder nearby the
+  // time of a removal grows with the depth of a tree, not with its square.
+  bool run_apart(int folder, const std::function<void()>& work) override try {
+    MayChange but;
+    but.removing.emplace_back(fcntl(folder, F_DUPFD_CLOEXEC, 0));
+    return confined_ && confined_->run(std::move(but), work);
+  } catch (const std::bad_alloc&) {
+    return false;
   }
 
   bool keeps_handles() const override { return true; }
@@ -282,6 +293,7 @@ class RemovalJob final : public TraversalJob {
   }
 
   const GrantedFolders& granted_;
+  ConfinedThreads* const confined_;
   std::vector<Target> targets_;
   const RemovalOptions options_;
   std::mutex mutex_;
@@ -292,13 +304,13 @@ class RemovalJob final : public TraversalJob {
 /// One pass over a list of entries.
 class RemovalPass {
  public:
-  RemovalPass(const GrantedFolders& granted, unsigned threads, std::size_t handles, std::span<const Url> urls,
-              const RemovalOptions& options)
+  RemovalPass(const GrantedFolders& granted, ConfinedThreads* confined, unsigned threads, std::size_t handles,
+              std::span<const Url> urls, const RemovalOptions& options)
       : granted_(granted),
         urls_(urls),
         options_(options),
         holding_(granted),
-        job_(granted, urls.size(), options),
+        job_(granted, confined, urls.size(), options),
         results_(urls.size()),
         threads_(threads),
         handles_(handles) {}
@@ -400,28 +412,22 @@ class RemovalPass {
 
 }  // namespace
 
-void FileManager::confine_threads() {
-  confines_threads_ = true;
+void FileManager::confine_threads(Callers callers) try {
+  callers_ = callers;
   traversal_->confine_workers();
+  confined_threads_ = std::make_unique<ConfinedThreads>();
+} catch (const std::system_error&) {
+  // The system gives no thread: whoever removes does it with the rights it has.
 }
 
 std::vector<Removal> FileManager::remove(std::span<const Url> urls, const RemovalOptions& options) {
-  if (confines_threads_) return remove_confined(urls, options);
-  return RemovalPass(granted_, workers_, handles_, urls, options).run();
-}
-
-/// On a thread that can do nothing else, and whose workers cannot, either.
-std::vector<Removal> FileManager::remove_confined(std::span<const Url> urls, const RemovalOptions& options) {
   std::vector<Removal> results;
-  const auto work = [&] { results = RemovalPass(granted_, workers_, handles_, urls, options).run(); };
-  try {
-    std::thread([&] {
-      (void)give_up_changing({.removing = granted_.handles(), .writing = {}});
-      work();
-    }).join();
-  } catch (const std::system_error&) {
-    work();  // the system gives no thread
-  }
+  const auto work = [&] {
+    results = RemovalPass(granted_, confined_threads_.get(), workers_, handles_, urls, options).run();
+  };
+  const bool apart = confined_threads_ && callers_ == Callers::keep_their_rights;
+  const bool confined = apart && confined_threads_->run({granted_.handles(), {}}, work);
+  if (!confined) work();
   return results;
 }
 

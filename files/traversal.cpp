@@ -31,6 +31,11 @@ Clock::duration without_a_disk(std::size_t entries) {
   return std::chrono::microseconds(50 + 4 * entries);
 }
 
+/// How many levels of a deep tree are one part of it, see LoneWalk. A path that the system takes at once rarely has
+/// more names; a part costs a thread while it lasts, a level of it one step in the kernel's check of each removal
+/// there.
+constexpr std::size_t levels_of_a_part = 500;
+
 /// Whether this thread has waited for a disk since `before`, which becomes now. A folder may also take long because
 /// others had the processor, or because of a lock; what stands behind a network makes it wait again and again in each.
 bool waited(ThreadWaits& before, long folders) {
@@ -61,6 +66,10 @@ std::string TraversedFolder::path() const {
 }
 
 void TraversalJob::leave(const TraversedFolder& /*folder*/, int /*parent_handle*/) {}
+
+bool TraversalJob::run_apart(int /*folder*/, const std::function<void()>& /*work*/) {
+  return false;
+}
 
 Descriptor TraversalJob::open_below(int parent, const TraversedFolder& folder) {
   return open_folder_at(parent, folder.name().c_str());
@@ -254,7 +263,10 @@ std::size_t Traversal::step(const Task& task, Tools& tools) {
   const bool opened = open(folder);
   // Its job keeps the parent's handle until it is left, or needs it no longer.
   if (folder.parent_ && !folder.job_.keeps_handles()) done_with_handle(*folder.parent_);
-  if (opened && open_handles_.load(std::memory_order_relaxed) > most_handles_) return go_on_alone(folder, tools);
+  const bool is_deep = folder.job_.keeps_handles() && folder.depth_ >= levels_of_a_part;
+  if (opened && (is_deep || open_handles_.load(std::memory_order_relaxed) > most_handles_)) {
+    return go_on_alone(folder, tools);
+  }
   if (opened) return read(folder, tools);
   done_with_handle(folder);
   done_with(&folder);
@@ -316,6 +328,7 @@ std::size_t Traversal::read(TraversedFolder& folder, Tools& tools) {
 // the two folders it was in last, so that depth costs no handle, and goes back up by "..", so that it costs no time
 // either: a folder whose handle was given up is found from the one below, and must be the one that was read. When it is
 // not, because somebody moves folders about, what is still to enter on the way up to the first folder is left alone.
+// Each part of a deep tree may be gone through by a thread of its own, while the one above waits for it.
 class Traversal::LoneWalk {
  public:
   LoneWalk(TraversedFolder& first, Tools& tools) : first_(first), job_(first.job_), tools_(tools) {}
@@ -323,13 +336,7 @@ class Traversal::LoneWalk {
   /// @return how many entries were visited.
   std::size_t run() {
     levels_.push_back({{}, read(first_, first_.handle_), {}, {}});
-    while (levels_.size() > 1 || !levels_.back().waiting.empty()) {
-      if (levels_.back().waiting.empty()) {
-        go_up();
-      } else {
-        go_down();
-      }
-    }
+    finish(1);
     return visited_;
   }
 
@@ -342,6 +349,23 @@ class Traversal::LoneWalk {
     Descriptor handle;
     Identity identity;  // known once the handle was given up
   };
+
+  /// Goes through all that is below a level, which is the last one before and after.
+  void finish(std::size_t level) {
+    while (levels_.size() > level || !levels_.back().waiting.empty()) {
+      const std::size_t below = levels_.size() - level;
+      if (levels_.back().waiting.empty()) {
+        go_up();
+      } else if (below == 0 || below % levels_of_a_part != 0 || !finish_apart()) {
+        go_down();
+      }
+    }
+  }
+
+  bool finish_apart() {
+    const std::size_t level = levels_.size();
+    return handle() >= 0 && !job_.cancelled() && job_.run_apart(handle(), [this, level] { finish(level); });
+  }
 
   void go_down() {
     Folders& waiting = levels_.back().waiting;

@@ -4,6 +4,7 @@
 #include <condition_variable>
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <span>
@@ -56,12 +57,13 @@ class TraversedFolder {
   friend class Traversal;
   friend class FoldersToEnter;
   TraversedFolder(TraversalJob& job, TraversedFolder* parent, std::string_view name, std::size_t tag)
-      : job_(job), parent_(parent), name_(name), tag_(tag) {}
+      : job_(job), parent_(parent), name_(name), tag_(tag), depth_(parent ? parent->depth_ + 1 : 0) {}
 
   TraversalJob& job_;
   TraversedFolder* parent_;
   std::string name_;
   std::size_t tag_;
+  std::uint32_t depth_;  // below the start; 0 there
   int handle_ = -1;
   std::atomic<int> error_{0};
   /// Whoever is at work in this folder, and its children that have not been left.
@@ -109,6 +111,10 @@ class TraversalJob {
   /// True when a folder's handle must stay open until its children have been left, not only opened.
   virtual bool keeps_handles() const { return false; }
 
+  /// Where a tree is deep, does `work`, which goes through all that is below an open folder, on a thread that suits the
+  /// job better than the calling one, and returns when it is over. False, and nothing done, when there is none.
+  virtual bool run_apart(int folder, const std::function<void()>& work);
+
   /// True when nothing is lost by ending it before its time: a job that only looks.
   virtual bool only_looks() const { return true; }
 
@@ -136,7 +142,7 @@ class Traversal {
   /// @param workers how many folders are read at once, from the start; 0 chooses for this machine and its disk.
   /// @param handles how many handles it may keep open; 0 takes a third of what this process may still open, and no more
   ///   workers than the rest is enough for. Past that number each worker goes on alone through all that is below the
-  ///   folder it is in, with at most three more, see LoneWalk.
+  ///   folder it is in, with at most three more, see LoneWalk; so it does in a deep tree where a job keeps handles.
   explicit Traversal(unsigned workers = 0, std::size_t handles = 0)
       : Traversal(workers, handles > 0 ? HandleShare{handles, workers} : share_of_handles()) {}
   /// Cancels what is running and waits for it to end.

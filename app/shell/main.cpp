@@ -91,7 +91,7 @@ int run_window(QApplication& application, const CommandLine& line) {
   apply_desktop_language(application, localization);
   Platform::set_shared(std::make_unique<Platform>(session, nullptr, main_queue, localization));
   Platform& platform = Platform::shared();
-  platform.files.confine_threads();
+  platform.files.confine_threads(FileManager::Callers::keep_their_rights);
   TimerClock clock;
   BackgroundQueue errands;
   AppDelegate delegate(platform.app_settings,

@@ -19,6 +19,7 @@
 
 #include "files/confinement.h"
 #include "files/file_manager.h"
+#include "tests/support/deep_chain.h"
 #include "tests/support/own_mounts.h"
 #include "tests/support/temp_tree.h"
 
@@ -156,6 +157,8 @@ TEST_F(Misfortune, what_a_thread_gave_up_the_kernel_refuses) {
     for (const char* path : {"outside/1", "outside/new", "grant/sub/1", "grant/new"}) {
       EXPECT_EQ(refusal(open(at(path).c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600)), EACCES) << path;
     }
+    EXPECT_EQ(refusal(truncate(at("outside/1").c_str(), 0)), EACCES);
+    EXPECT_EQ(refusal(open(at("outside/1").c_str(), O_RDONLY | O_TRUNC | O_CLOEXEC)), EACCES);
     EXPECT_EQ(refusal(unlink(at("grant/sub/1").c_str())), 0);
     EXPECT_EQ(refusal(rmdir(at("grant/empty").c_str())), 0);
     const Descriptor list(open(at("settings/new").c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600));
@@ -174,7 +177,7 @@ TEST_F(Misfortune, threads_that_look_or_remove_can_do_nothing_else) {
   std::thread([&] { kernel_can = give_up_changing({}); }).join();
   if (!kernel_can) GTEST_SKIP() << "this kernel takes no such rights away";
   ASSERT_TRUE(files.granted().add(Grant::applications, tree.url("grant")));
-  files.confine_threads();
+  files.confine_threads(FileManager::Callers::keep_their_rights);
   int attempts = 0;
   const auto go_astray = [&](bool looks) {
     ++attempts;
@@ -190,7 +193,16 @@ TEST_F(Misfortune, threads_that_look_or_remove_can_do_nothing_else) {
   before_unlink = [&](const std::string&, bool) { go_astray(false); };
   EXPECT_FALSE(removed(files, tree.url("grant/t")).error);
   EXPECT_EQ(attempts, 7);
-  EXPECT_TRUE(tree.exists("outside/1") && tree.exists("grant/kept") && !tree.exists("grant/t"));
+  const test::DeepChain deep(tree, "grant/deep", 2000, "d", [&, level = 0](int folder) mutable {
+    if (++level % 1990 == 0) test::make_file_in(folder, "far down", 1);
+  });
+  before_unlink = [&](const std::string& name, bool) {
+    if (name == "far down") go_astray(true);  // there a thread may only remove what is still deeper
+  };
+  EXPECT_FALSE(removed(files, tree.url("grant/deep")).error);
+  EXPECT_EQ(attempts, 8);
+  EXPECT_TRUE(tree.exists("outside/1") && tree.exists("grant/kept"));
+  EXPECT_FALSE(tree.exists("grant/t") || tree.exists("grant/deep"));
 }
 
 TEST(Network, cannot_be_reached_once_it_was_given_up) {

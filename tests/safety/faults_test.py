@@ -182,7 +182,7 @@ class Clean(Bearing, unittest.TestCase):
 
     def test_a_system_that_gives_no_threads(self):
         self.assertIsNone(self.bear("inject=clone3:error=EAGAIN", follow=True))
-        after_the_scan = "inject=clone3:error=EAGAIN:when=2+"  # its thread is the first that the first thread makes
+        after_the_scan = "inject=clone3:error=EAGAIN:when=3+"  # one that starts others, one that scans
         self.assertIsNone(self.bear(after_the_scan, follow=True, must_do=True))
 
 
