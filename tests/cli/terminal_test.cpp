@@ -89,6 +89,16 @@ TEST(Terminal, reports_a_removal_before_it_waits_for_the_settings_and_tells_when
   held.reset();
   EXPECT_EQ(program.finish().status, 0);
 
+  held = Descriptor(open(lock.c_str(), O_RDWR | O_CLOEXEC));
+  ASSERT_EQ(flock(held.get(), LOCK_EX), 0);
+  home.tree().file("home/.Trash/b", 1'000);
+  TerminalProgram interrupted(home.command({"clean", "trash", "--yes"}));
+  EXPECT_TRUE(interrupted.shows("Removed 1 entry."));
+  interrupted.type("\x03");
+  const ProgramResult end = interrupted.finish();
+  EXPECT_EQ(end.status, 0) << "all went before the interrupt";
+  EXPECT_THAT(end.out, testing::ContainsRegex("Removed 1 entry[^$]*could not be saved"));
+
   CliHome other;
   other.tree().file("home/.Trash/a", 1'000).file("config/tarnby-cleaner");
   const ProgramResult result = other.run({"clean", "trash", "--yes"});
