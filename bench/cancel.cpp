@@ -20,6 +20,7 @@
 
 #include "bench/grants.h"
 #include "engine/cleaner.h"
+#include "platform/platform.h"
 
 extern char** environ;  // NOLINT(readability-redundant-declaration): POSIX leaves it to the program
 

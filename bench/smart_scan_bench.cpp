@@ -5,6 +5,7 @@
 
 #include "bench/grants.h"
 #include "engine/cleaner.h"
+#include "platform/platform.h"
 
 namespace {
 

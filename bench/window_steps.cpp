@@ -30,6 +30,7 @@
 #include "app/smart/smart_scan_view_controller.h"
 #include "bench/grants.h"
 #include "engine/cleaner.h"
+#include "platform/platform.h"
 #include "ui/home_view.h"
 #include "ui/motion.h"
 

@@ -9,6 +9,7 @@
 #include "cli/setting_values.h"
 #include "engine/lifetime_total.h"
 #include "files/bytes.h"
+#include "platform/platform.h"
 
 namespace tarnby::cli {
 
@@ -20,7 +21,7 @@ std::int64_t bytes_without(Context& context, const CleaningPart& part, const std
   std::erase_if(here, [&](const Url& url) { return !staying.contains(url); });
   if (here.empty()) return part.bytes;
   if (here.size() == part.files.size()) return 0;
-  return std::max<std::int64_t>(0, part.bytes - context.platform.measurer.overall_size_of_files(here));
+  return std::max<std::int64_t>(0, part.bytes - context.measurer().overall_size_of_files(here));
 }
 
 std::int64_t bytes_without(Context& context, const Cleaning& cleaning, const std::unordered_set<Url>& staying) {
@@ -53,7 +54,7 @@ void print_json(Context& context, const Cleaning& cleaning, const RemovalReport&
 }
 
 void print_amount(Context& context, const Cleaned& cleaned) {
-  const Text& text = context.platform.text;
+  const Text& text = context.text();
   context.out << text.byte_count(cleaned.amount) << " cleaned";
   if (cleaned.is_total_saved) context.out << ", " << text.byte_count(cleaned.total) << " in all runs so far";
   context.out << ".\n";
@@ -61,14 +62,14 @@ void print_amount(Context& context, const Cleaned& cleaned) {
 
 /// May wait a few seconds for another program that holds the settings.
 void add_to_total(Context& context, const Cleaning& cleaning, Cleaned& cleaned) {
-  cleaned.total = add_to_lifetime_total(context.platform.app_settings, cleaned.amount, &cleaned.is_total_saved);
+  cleaned.total = add_to_lifetime_total(context.settings(), cleaned.amount, &cleaned.is_total_saved);
   if (cleaning.is_dated) cleaned.is_date_saved = context.platform.group_settings.synchronize();
 }
 
 void tell_what_is_not_saved(Context& context, const Cleaned& cleaned) {
   context.out << std::flush;  // what was removed is told first
   const auto tell = [&](std::string_view what) {
-    context.err << "tarnby-cleaner-cli: " << what << not_saved_text(context.platform.session) << '\n';
+    context.err << "tarnby-cleaner-cli: " << what << not_saved_text(context.session()) << '\n';
   };
   if (!cleaned.is_total_saved) tell("the total of all runs");
   if (!cleaned.is_date_saved) tell("the date of this run");
@@ -77,7 +78,7 @@ void tell_what_is_not_saved(Context& context, const Cleaned& cleaned) {
 Cleaned count_cleaned(Context& context, Cleaner& cleaner, const Cleaning& cleaning, const RemovalReport& report) {
   Cleaned cleaned;
   cleaned.counted = std::exchange(cleaner.wasCleaned, 0);
-  cleaned.amount = cleaned_amount(cleaned.counted, context.platform.measurer, report.left, report.removals);
+  cleaned.amount = cleaned_amount(cleaned.counted, context.measurer(), report.left, report.removals);
   if (!report.was_interrupted) return cleaned;
   std::unordered_set<Url> left;
   for (const LeftEntry& entry : report.left) left.insert(entry.url);
@@ -140,7 +141,7 @@ ExitStatus carry_out(Context& context, Cleaner& cleaner, const Cleaning& cleanin
   if (!removal_is_agreed(context, preview, amount, cleaning.print)) {
     if (!context.asked.json) return done;
     Cleaned nothing;
-    nothing.total = context.platform.app_settings.integer("TotallyCleaned");
+    nothing.total = context.settings().integer("TotallyCleaned");
     print_json(context, cleaning, declined_removal(context, preview), nothing);
     return done;
   }

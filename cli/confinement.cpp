@@ -8,6 +8,7 @@
 #include "cli/command_table.h"
 #include "files/confinement.h"
 #include "files/directory.h"
+#include "platform/platform.h"
 #include "platform/system_services.h"
 
 namespace tarnby::cli {

@@ -11,6 +11,7 @@
 #include "cli/command_table.h"
 #include "cli/confinement.h"
 #include "cli/setting_values.h"
+#include "platform/platform.h"
 #include "platform/system_services.h"
 
 namespace tarnby::cli {
@@ -60,17 +61,17 @@ std::string no_grant_text(const FolderRow& row) {
 }
 
 void need_folder(Context& context, const FolderRow& row) {
-  const auto value = context.platform.app_settings.store().value(grant_key(row.grant));
+  const auto value = context.settings().store().value(grant_key(row.grant));
   const auto* data = value ? value->as<PropertyList::Data>() : nullptr;
   if (!data) throw CommandError(no_access, no_grant_text(row));
   const std::string named = "the " + std::string(row.called) + " (\"" + std::string(grant_key(row.grant)) + "\") \"" +
                             one_line(data->bytes) + "\"";
-  const Url folder = context.platform.bookmarks.resolve_and_access(row.grant);
+  const Url folder = context.bookmarks().resolve_and_access(row.grant);
   if (folder.empty()) {
     throw CommandError(no_access, named + " is missing or not a folder; give an existing one with " +
                                       std::string(row.option) + " DIR or tarnby-cleaner-cli grant");
   }
-  if (!context.platform.files.granted().open_folder(folder)) {
+  if (!context.files().granted().open_folder(folder)) {
     const std::string why = std::error_code(errno, std::generic_category()).message();
     throw CommandError(no_access,
                        named + " cannot be read: " + why + "; give this account access to it or name another");
@@ -78,6 +79,34 @@ void need_folder(Context& context, const FolderRow& row) {
 }
 
 }  // namespace
+
+AppSettings& Context::settings() const {
+  return platform.app_settings;
+}
+
+FileManager& Context::files() const {
+  return platform.files;
+}
+
+Measurer& Context::measurer() const {
+  return platform.measurer;
+}
+
+Bookmarks& Context::bookmarks() const {
+  return platform.bookmarks;
+}
+
+NotificationCenter& Context::notifications() const {
+  return platform.notifications;
+}
+
+const Session& Context::session() const {
+  return platform.session;
+}
+
+const Text& Context::text() const {
+  return platform.text;
+}
 
 std::unique_ptr<Platform> platform_for(const Invocation& asked, MainQueue& main_queue) {
   Session session = current_session();
@@ -102,7 +131,7 @@ void need_home(Context& context) {
 
 void set_for_this_run(Context& context, std::string_view key, PropertyList value) {
   // platform_for has made it so.
-  auto& settings = dynamic_cast<RunSettings&>(context.platform.app_settings.store());
+  auto& settings = dynamic_cast<RunSettings&>(context.settings().store());
   settings.set_for_this_run(key, std::move(value));
 }
 

@@ -8,7 +8,18 @@
 
 #include "cli/characters.h"
 #include "cli/invocation.h"
-#include "platform/platform.h"
+#include "files/file_manager.h"
+#include "files/measurer.h"
+#include "platform/app_settings.h"
+#include "platform/bookmarks.h"
+#include "platform/notification_center.h"
+#include "platform/queues.h"
+#include "platform/session.h"
+#include "text/text.h"
+
+namespace tarnby {
+class Platform;
+}  // namespace tarnby
 
 namespace tarnby::cli {
 
@@ -23,6 +34,15 @@ struct Context {
   bool out_is_terminal;
   bool err_rewrites_lines;
   bool in_is_terminal;
+
+  // The parts of the platform that commands use.
+  AppSettings& settings() const;
+  FileManager& files() const;
+  Measurer& measurer() const;
+  Bookmarks& bookmarks() const;
+  NotificationCenter& notifications() const;
+  const Session& session() const;
+  const Text& text() const;
 };
 
 /// Makes this process's platform for this run: folders and settings given on the command line stand before the stored

@@ -52,9 +52,9 @@ std::vector<std::string_view> all_category_names() {
 
 /// Somebody may have switched a category off, and its default is on.
 void need_settings(const Context& context) {
-  if (context.platform.app_settings.store().is_readable()) return;
+  if (context.settings().store().is_readable()) return;
   throw CommandError(no_access, "the settings, which say what to remove, cannot be read in " +
-                                    one_line(context.platform.session.settings_folder.path()) +
+                                    one_line(context.session().settings_folder.path()) +
                                     "; mend them or name the categories");
 }
 
@@ -70,7 +70,7 @@ void switch_categories(Context& context, std::span<const std::string_view> named
 std::vector<CleanupCategory> switched_on(const Context& context) {
   std::vector<CleanupCategory> categories;
   for (const CleanupCategory& category : junk_categories()) {
-    if (context.platform.app_settings.boolean(category.setting)) categories.push_back(category);
+    if (context.settings().boolean(category.setting)) categories.push_back(category);
   }
   return categories;
 }

@@ -50,7 +50,7 @@ std::vector<std::string_view> client_types(const CleanupCategory& category) {
 }
 
 void print_junk_scan(Context& context, const Cleaner& cleaner, std::span<const CleanupCategory> categories) {
-  const Text& text = context.platform.text;
+  const Text& text = context.text();
   Table table({Table::Align::left, Table::Align::right}, window_columns());
   std::vector<CleanerEntry> shown;
   for (const CleanupCategory& category : categories) {

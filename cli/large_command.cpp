@@ -54,7 +54,7 @@ void print_json(Context& context, const Cleaner& cleaner, const LargeFileSelecti
 }
 
 void print_table(Context& context, const Cleaner& cleaner, const LargeFileSelection& found) {
-  const Text& text = context.platform.text;
+  const Text& text = context.text();
   Table table({Table::Align::left, Table::Align::right}, window_columns());
   for (const auto& row : found.rows) {
     std::int64_t bytes = 0;

@@ -41,7 +41,7 @@ void tell_problems(Context& context, const Cleaner& cleaner, std::span<const std
 }
 
 ExitStatus tell_missed(Context& context, const Missed& missed) {
-  const Url home = context.platform.bookmarks.resolve(Grant::home);
+  const Url home = context.bookmarks().resolve(Grant::home);
   const auto problem = problem_of_look(missed, home);
   if (problem) context.err << "tarnby-cleaner-cli: " << problem_text(*problem) << '\n';
   return status_of_look(problem);

@@ -14,6 +14,7 @@
 #include "cli/interrupt.h"
 #include "cli/terminal.h"
 #include "files/directory.h"
+#include "platform/platform.h"
 
 namespace tarnby::cli {
 
@@ -41,7 +42,7 @@ ExitStatus run_command(const Invocation& asked) {
                   isatty(STDOUT_FILENO) != 0,
                   rewrites_lines(),
                   isatty(STDIN_FILENO) != 0};
-  confine_to_command(asked, context.platform.session);
+  confine_to_command(asked, context.session());
   try {
     return asked.command->run(context);
   } catch (const std::bad_alloc&) {

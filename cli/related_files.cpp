@@ -42,7 +42,7 @@ Url application_at(const Context& context, const std::string& typed) {
   const Url path = typed_path(typed);
   const Url folder = real_folder(path.parent());
   Url url = folder.appending(path.last_path_component());
-  if (!context.platform.files.is_application(url)) {
+  if (!context.files().is_application(url)) {
     throw CommandError(wrong_usage,
                        "\"" + one_line(typed) + "\" is not an application; give the path of a folder NAME.app");
   }
@@ -69,7 +69,7 @@ void print_related_files(Context& context, const ApplicationItem& item) {
     if (!file.is_file_url()) {
       table.heading({"", name_of_group(file.path())});
     } else {
-      table.line({context.platform.text.byte_count(size_at(item, at)), one_line(file.path())});
+      table.line({context.text().byte_count(size_at(item, at)), one_line(file.path())});
     }
   }
   table.print(context.out);

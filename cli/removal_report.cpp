@@ -32,8 +32,8 @@ std::vector<std::size_t> existing_once(const FileManager& files, std::span<const
 }
 
 std::optional<std::int64_t> free_space(const Context& context) {
-  const Url home = context.platform.bookmarks.resolve_and_access(Grant::home);
-  return free_bytes(context.platform.files.granted(), home);
+  const Url home = context.bookmarks().resolve_and_access(Grant::home);
+  return free_bytes(context.files().granted(), home);
 }
 
 std::string line_of(const LeftEntry& entry) {
@@ -97,7 +97,7 @@ void need_somebody_to_ask(const Context& context) {
 }
 
 RemovalPreview preview_removal(Context& context, std::span<const Url> urls) {
-  const FileManager& files = context.platform.files;
+  const FileManager& files = context.files();
   std::vector<Url> listed;
   for (const std::size_t at : existing_once(files, urls)) listed.push_back(urls[at]);
   RemovalPreview preview;
@@ -114,7 +114,7 @@ std::int64_t bytes_staying(Context& context, const RemovalPreview& preview, bool
   for (const LeftEntry& entry : preview.staying) {
     if (with_refused || entry.reason == LeftReason::other_disk) urls.push_back(entry.url);
   }
-  return context.platform.measurer.overall_size_of_files(outermost_of(urls));
+  return context.measurer().overall_size_of_files(outermost_of(urls));
 }
 
 void print_preview(Context& context, const RemovalPreview& preview, const PreviewBytes& bytes) {
@@ -128,7 +128,7 @@ void print_preview(Context& context, const RemovalPreview& preview, const Previe
   for (const Url& url : preview.would_remove) context.out << one_line(url.path()) << '\n';
   print_staying(context, preview, "Would stay: ");
   context.out << "Would remove " << entries_text(preview.would_remove.size()) << ", "
-              << context.platform.text.byte_count(bytes.would_free) << ". Nothing was removed.\n";
+              << context.text().byte_count(bytes.would_free) << ". Nothing was removed.\n";
 }
 
 bool removal_is_agreed(Context& context, const RemovalPreview& preview, std::int64_t bytes,
@@ -141,7 +141,7 @@ bool removal_is_agreed(Context& context, const RemovalPreview& preview, std::int
   if (preview.would_remove.empty()) return true;
   if (!context.asked.json) context.out << '\n';
   if (user_agrees(context, "Remove " + entries_text(preview.would_remove.size()) + ", " +
-                               context.platform.text.byte_count(bytes) + ", for good")) {
+                               context.text().byte_count(bytes) + ", for good")) {
     return true;
   }
   context.err << "Nothing was removed.\n";
@@ -162,7 +162,7 @@ RemovalReport declined_removal(Context& context, const RemovalPreview& preview) 
 
 RemovalReport run_removal(Context& context, std::span<const Url> urls, const StopOnInterrupt& stop,
                           const RemoveListed& remove) {
-  const FileManager& files = context.platform.files;
+  const FileManager& files = context.files();
   const std::vector<std::size_t> places = existing_once(files, urls);
   RemovalReport report;
   report.free_before = free_space(context);

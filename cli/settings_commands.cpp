@@ -22,7 +22,7 @@ void refuse_value_for_this_run(Context& context, std::string_view key) {
 }
 
 void need_saved(Context& context, bool is_saved) {
-  if (!is_saved) throw CommandError(no_access, "the settings" + not_saved_text(context.platform.session));
+  if (!is_saved) throw CommandError(no_access, "the settings" + not_saved_text(context.session()));
 }
 
 /// The value as the program reads it, so that a key never written shows what it stands for.
@@ -41,7 +41,7 @@ std::string readable(const Json& value) {
 void print_settings(Context& context, std::span<const SettingRow> rows) {
   Json values = Json::object();
   for (const SettingRow& row : rows) {
-    values[std::string(row.key)] = effective_value(context.platform.app_settings, row);
+    values[std::string(row.key)] = effective_value(context.settings(), row);
   }
   if (context.asked.json) {
     context.out << json_line(values);
@@ -94,8 +94,8 @@ ExitStatus run_settings(Context& context) {
   if (arguments.size() > 1) {
     PropertyList value = setting_value(row.key, arguments[1]);
     refuse_value_for_this_run(context, row.key);
-    context.platform.app_settings.store().set(row.key, std::move(value));
-    need_saved(context, context.platform.app_settings.synchronize());
+    context.settings().store().set(row.key, std::move(value));
+    need_saved(context, context.settings().synchronize());
   }
   print_settings(context, {&row, 1});
   return done;

@@ -13,7 +13,7 @@ namespace {
 constexpr std::string_view notification_start = "smart_scan_";
 
 void show_progress(Context& context, Progress& progress, std::string_view label, std::int64_t found) {
-  progress.show("Scan in \"" + std::string(label) + "\"  " + context.platform.text.byte_count(found) + " found so far");
+  progress.show("Scan in \"" + std::string(label) + "\"  " + context.text().byte_count(found) + " found so far");
 }
 
 }  // namespace
@@ -21,7 +21,7 @@ void show_progress(Context& context, Progress& progress, std::string_view label,
 std::vector<std::string> run_smart_scan(Context& context, Cleaner& cleaner) {
   std::vector<std::string> posted;
   std::vector<NotificationCenter::Token> tokens;
-  NotificationCenter& center = context.platform.notifications;
+  NotificationCenter& center = context.notifications();
   Progress progress(context);
   show_progress(context, progress, smart_categories().front().label, 0);
   std::int64_t found = 0;

@@ -65,7 +65,7 @@ std::vector<std::string_view> all_groups() {
 }
 
 void print_smart_scan(Context& context, const Cleaner& cleaner, std::span<const std::string_view> groups) {
-  const Text& text = context.platform.text;
+  const Text& text = context.text();
   Table table({Table::Align::left, Table::Align::right}, window_columns());
   std::string_view header;
   bool is_first = true;

@@ -15,9 +15,8 @@ namespace {
 /// Nothing outside the granted folders is ever removed; better to say so than to leave the application and take the
 /// rest.
 void need_access_to(Context& context, const Url& application) {
-  (void)context.platform.bookmarks.resolve_and_access(
-      Grant::disk);  // whoever granted the disk may remove what is on it
-  if (context.platform.files.granted().holds(application)) return;
+  (void)context.bookmarks().resolve_and_access(Grant::disk);  // whoever granted the disk may remove what is on it
+  if (context.files().granted().holds(application)) return;
   throw CommandError(no_access, "\"" + one_line(application.path()) +
                                     "\" lies in none of the folders that access was given to (\"home\", "
                                     "\"Applications\", \"macOS\"); give access to the folder that holds it, with "

@@ -5,6 +5,7 @@
 #include "cli/table.h"
 #include "inventory/application.h"
 #include "inventory/unused_applications.h"
+#include "platform/platform.h"
 
 namespace tarnby::cli {
 

@@ -4,6 +4,7 @@
 
 #include "engine/file_types.h"
 #include "places/macos_home.h"
+#include "platform/platform.h"
 
 namespace tarnby {
 

@@ -18,9 +18,10 @@
 #include "engine/smart_outline_item.h"
 #include "leftovers/cache.h"
 #include "leftovers/remainders.h"
-#include "platform/platform.h"
 
 namespace tarnby {
+
+class Platform;
 
 /// The cleaning engine: the standard locations, one record per category, the scans that fill them and the removal of
 /// what was chosen.

@@ -4,6 +4,7 @@
 
 #include "engine/cleaner.h"
 #include "files/bytes.h"
+#include "platform/platform.h"
 
 namespace tarnby {
 

@@ -1,5 +1,6 @@
 #include "engine/cleaner.h"
 #include "files/bytes.h"
+#include "platform/platform.h"
 
 namespace tarnby {
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/platform.h"
 #include "text/property_list.h"
 
 namespace tarnby {

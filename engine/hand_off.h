@@ -6,9 +6,10 @@
 
 #include "engine/cleaner.h"
 #include "files/url.h"
-#include "platform/platform.h"
 
 namespace tarnby {
+
+class Platform;
 
 // How files are handed to the outside helper
 //

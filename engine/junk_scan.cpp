@@ -3,6 +3,7 @@
 #include "engine/cleaner.h"
 #include "files/bytes.h"
 #include "places/macos_home.h"
+#include "platform/platform.h"
 
 namespace tarnby {
 

@@ -4,6 +4,7 @@
 #include "engine/large_file_walk.h"
 #include "files/bytes.h"
 #include "places/macos_home.h"
+#include "platform/platform.h"
 
 namespace tarnby {
 

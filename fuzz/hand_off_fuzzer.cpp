@@ -3,6 +3,7 @@
 
 #include "engine/hand_off.h"
 #include "fuzz/fuzzer.h"
+#include "platform/platform.h"
 
 using namespace tarnby;
 

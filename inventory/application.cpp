@@ -5,6 +5,7 @@
 
 #include "inventory/application_search.h"
 #include "places/macos_home.h"
+#include "platform/platform.h"
 
 namespace tarnby {
 

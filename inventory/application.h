@@ -9,9 +9,14 @@
 
 #include "inventory/application_item.h"
 #include "platform/bundle.h"
-#include "platform/platform.h"
 
 namespace tarnby {
+
+class AppSettings;
+class ApplicationDelegate;
+class FileManager;
+class Platform;
+class Text;
 
 /// The icon file that a bundle's Info.plist names; none when it names none, or none that is there. Any thread may call.
 Image app_icon_of(const FileManager& files, const Url& bundle);

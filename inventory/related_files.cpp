@@ -7,6 +7,7 @@
 #include "places/macos_home.h"
 #include "places/related_locations.h"
 #include "platform/bundle.h"
+#include "platform/platform.h"
 #include "text/text.h"
 
 namespace tarnby {

@@ -3,9 +3,10 @@
 #include <vector>
 
 #include "inventory/application_item.h"
-#include "platform/platform.h"
 
 namespace tarnby {
+
+class Platform;
 
 // How the files of an application are known
 //

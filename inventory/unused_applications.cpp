@@ -5,6 +5,7 @@
 
 #include "inventory/application.h"
 #include "inventory/application_search.h"
+#include "platform/platform.h"
 
 namespace tarnby {
 

@@ -3,6 +3,7 @@
 #include "files/bytes.h"
 #include "inventory/application_search.h"
 #include "places/macos_home.h"
+#include "platform/platform.h"
 
 namespace tarnby {
 

@@ -11,9 +11,15 @@
 #include "inventory/application.h"
 #include "leftovers/cache_item.h"
 #include "leftovers/known_applications.h"
-#include "platform/platform.h"
 
 namespace tarnby {
+
+class AppSettings;
+class ApplicationDelegate;
+class FileManager;
+class Measurer;
+class Platform;
+class Text;
 
 /// Finds the cache folders of the user's account and ties them to installed applications. Synchronous, on the caller's
 /// thread; no failure is reported; one search at a time.

@@ -3,8 +3,13 @@
 #include <algorithm>
 
 #include "places/macos_home.h"
+#include "platform/platform.h"
 
 namespace tarnby {
+
+bool FolderGrants::store(Grant grant, const Url& folder) {
+  return platform_.bookmarks.store(grant, folder);
+}
 
 GrantFault FolderGrants::fault_of(Grant grant, const GrantState& state) const {
   if (state.folder.empty()) return GrantFault::missing;

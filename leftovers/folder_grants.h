@@ -4,9 +4,10 @@
 
 #include "files/url.h"
 #include "platform/bookmarks.h"
-#include "platform/platform.h"
 
 namespace tarnby {
+
+class Platform;
 
 /// What keeps a folder from standing for a grant.
 enum class GrantFault {
@@ -51,7 +52,7 @@ class FolderGrants {
   explicit FolderGrants(Platform& platform) : platform_(platform) {}
 
   /// Stores the folder and brings it to the disk; false when it could not be saved. Says nothing of its name.
-  bool store(Grant grant, const Url& folder) { return platform_.bookmarks.store(grant, folder); }
+  bool store(Grant grant, const Url& folder);
 
   /// The home folder must belong to the user, and be the one that the account names or be named as the user; the
   /// Applications folder must be named "Applications"; a disk may have any name.

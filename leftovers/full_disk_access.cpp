@@ -1,6 +1,7 @@
 #include "leftovers/full_disk_access.h"
 
 #include "places/macos_home.h"
+#include "platform/platform.h"
 
 namespace tarnby {
 
@@ -20,6 +21,8 @@ constexpr ProbeRow probe_rows[] = {
 };
 
 }  // namespace
+
+FullDiskAccess::FullDiskAccess(Platform& platform) : FullDiskAccess(platform, platform.session.system_version) {}
 
 bool FullDiskAccess::is_guarded() const {
   return !version_ || !(*version_ < first_with_switches);

@@ -3,10 +3,11 @@
 #include <optional>
 #include <string_view>
 
-#include "platform/platform.h"
 #include "platform/session.h"
 
 namespace tarnby {
+
+class Platform;
 
 /// What a look at the probe file says of the access that this program has.
 enum class DiskAccess {
@@ -26,7 +27,7 @@ class FullDiskAccess {
  public:
   /// @param version of the system; none where no switches are. The session's, except in tests.
   FullDiskAccess(Platform& platform, std::optional<SystemVersion> version) : platform_(platform), version_(version) {}
-  explicit FullDiskAccess(Platform& platform) : FullDiskAccess(platform, platform.session.system_version) {}
+  explicit FullDiskAccess(Platform& platform);
 
   /// False on versions from before the switches: nothing here is called then.
   bool is_guarded() const;

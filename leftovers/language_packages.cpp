@@ -2,6 +2,7 @@
 #include <set>
 
 #include "leftovers/remainders.h"
+#include "platform/platform.h"
 
 namespace tarnby {
 

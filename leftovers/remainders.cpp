@@ -7,6 +7,7 @@
 #include "inventory/application_search.h"
 #include "inventory/unused_applications.h"
 #include "places/macos_home.h"
+#include "platform/platform.h"
 #include "text/folded_index.h"
 
 namespace tarnby {

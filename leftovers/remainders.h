@@ -9,9 +9,13 @@
 
 #include "leftovers/cache.h"
 #include "leftovers/remainder_item.h"
-#include "platform/platform.h"
 
 namespace tarnby {
+
+class AppSettings;
+class ApplicationDelegate;
+class FileManager;
+class Platform;
 
 // How leftovers are found
 //

@@ -7,6 +7,7 @@
 #include "files/file_manager.h"
 #include "files/measurer.h"
 #include "platform/app_settings.h"
+#include "platform/application_delegate.h"
 #include "platform/bookmarks.h"
 #include "platform/file_metadata.h"
 #include "platform/login_items.h"
@@ -18,13 +19,6 @@
 #include "text/text.h"
 
 namespace tarnby {
-
-/// The delegate of the running application, as the objects below the window know it: they keep a reference to it and
-/// ask nothing of it.
-class ApplicationDelegate {
- public:
-  virtual ~ApplicationDelegate() = default;
-};
 
 /// Everything the operating system gives, in one place. The objects above take what they need from it when they are
 /// made; it outlives them all.

@@ -7,6 +7,7 @@
 #include "app/access/folder_card.h"
 #include "app/parts/layouts.h"
 #include "app/parts/links.h"
+#include "platform/platform.h"
 #include "ui/text_label.h"
 
 namespace tarnby {
@@ -41,7 +42,7 @@ QString path_text(const Url& folder) {
 
 SandboxViewController::SandboxViewController(AppContext& context)
     : Screen(context),
-      app_settings(context.platform.app_settings),
+      app_settings(context.settings()),
       access_(FolderGrants(context.platform).access()),
       changes_(access_.is_complete()) {
   auto* layout = new QVBoxLayout(this);
@@ -125,7 +126,7 @@ void SandboxViewController::open_sandbox_webpage() {
 }
 
 void SandboxViewController::choose(Grant grant) {
-  const Url start = grant == Grant::home ? context_.platform.session.home_folder : Url::file("/Applications");
+  const Url start = grant == Grant::home ? context_.session().home_folder : Url::file("/Applications");
   const FolderRequest request = {context_.text("Allow access"), context_.text("Allow"), start};
   auto here = std::make_shared<std::optional<Url>>();
   const auto go_on = while_here([this, grant, here] {
@@ -166,8 +167,8 @@ void SandboxViewController::go_home() {
   context_.take_grants_anew();
   sandbox_end_anim();
   // Whether this screen is still there by then or not.
-  context_.platform.main_queue.after(
-      until_home, [&center = context_.platform.notifications] { center.post("home_view_controller_for_launch"); });
+  context_.main_queue().after(until_home,
+                              [&center = context_.notifications()] { center.post("home_view_controller_for_launch"); });
 }
 
 void SandboxViewController::sandbox_end_anim() {
@@ -210,7 +211,7 @@ void SandboxViewController::show_fault(Grant grant, GrantFault fault, const Url&
 
 /// Where the user's home folder is, as far as the account tells; nothing there is looked at.
 QString SandboxViewController::wanted_home() const {
-  const Session& session = context_.platform.session;
+  const Session& session = context_.session();
   return path_text(session.account_home.empty() ? session.home_folder : session.account_home);
 }
 

@@ -8,6 +8,7 @@
 #include "app/cleaned/left_panel.h"
 #include "app/parts/layouts.h"
 #include "app/parts/screen_catalogue.h"
+#include "text/localization.h"
 #include "ui/freed_view.h"
 #include "ui/panel.h"
 #include "ui/shadow_label.h"
@@ -151,7 +152,7 @@ void CleanedViewController::update_left() {
 }
 
 void CleanedViewController::view_did_appear() {
-  AppSettings& settings = context_.platform.app_settings;
+  AppSettings& settings = context_.settings();
   count_removal(context_);
   cleaned_so_far->setText(
       context_.text("Cleaned so far: %@", {context_.byte_count(settings.integer("TotallyCleaned"))}));
@@ -169,7 +170,7 @@ void CleanedViewController::done() {
 
 void CleanedViewController::find_now() {
   // The first takes this screen away; the centre outlives it.
-  NotificationCenter& center = context_.platform.notifications;
+  NotificationCenter& center = context_.notifications();
   center.post("home_end_anim_complete");
   center.post("smart_scan_view_controller");
 }

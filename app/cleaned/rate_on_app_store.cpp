@@ -8,7 +8,7 @@
 namespace tarnby {
 
 RateOnAppStore::RateOnAppStore(AppContext& context) : Screen(context) {
-  const std::int64_t total = context.platform.app_settings.integer("TotallyCleaned");
+  const std::int64_t total = context.settings().integer("TotallyCleaned");
   setWindowTitle(context.text("Do you like Tarnby cleaner?"));
   const Question question =
       ask(*this, context.text("For all time used of Tarnby cleaner you cleaned up %@.", {context.byte_count(total)}),
@@ -21,7 +21,7 @@ RateOnAppStore::RateOnAppStore(AppContext& context) : Screen(context) {
 
 void RateOnAppStore::rate_on_mac_app_store() {
   context_.workspace.open_link(links::store_page);
-  context_.platform.app_settings.set_boolean("RateOnStore", true);
+  context_.settings().set_boolean("RateOnStore", true);
   context_.flush_settings();
   Q_EMIT dismissed();
 }

@@ -12,6 +12,7 @@
 #include "app/desktop/information_window.h"
 #include "app/desktop/preview_panel.h"
 #include "app/desktop/resources.h"
+#include "platform/platform.h"
 
 namespace tarnby {
 

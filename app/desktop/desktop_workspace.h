@@ -5,7 +5,6 @@
 #include <functional>
 #include <memory>
 
-#include "platform/platform.h"
 #include "platform/queues.h"
 #include "platform/workspace.h"
 
@@ -15,6 +14,7 @@ namespace tarnby {
 
 class IconReader;
 class InformationWindow;
+class Platform;
 class PreviewPanel;
 
 /// The workspace of a freedesktop.org desktop: a file manager that answers on the session bus, the desktop's openers,

@@ -6,6 +6,7 @@
 #include <QLocale>
 #include <cmath>
 
+#include "platform/platform.h"
 #include "ui/text_label.h"
 
 namespace tarnby {

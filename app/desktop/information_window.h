@@ -4,12 +4,14 @@
 #include <memory>
 
 #include "app/icons/icon_reader.h"
-#include "platform/platform.h"
 
 class QFormLayout;
 class QLabel;
 
 namespace tarnby {
+
+class BackgroundQueue;
+class Platform;
 
 /// Tells what is known of one entry: kind, size, place, when it changed. The size of a folder is measured in the
 /// background.

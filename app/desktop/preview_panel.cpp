@@ -9,6 +9,7 @@
 #include <cmath>
 
 #include "app/desktop/information_window.h"
+#include "platform/platform.h"
 #include "ui/scroller.h"
 #include "ui/text_label.h"
 

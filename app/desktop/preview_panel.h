@@ -5,13 +5,15 @@
 #include <memory>
 
 #include "app/icons/icon_reader.h"
-#include "platform/platform.h"
 
 class QLabel;
 class QPlainTextEdit;
 class QStackedLayout;
 
 namespace tarnby {
+
+class BackgroundQueue;
+class Platform;
 
 /// A quick look at one entry: a picture, the beginning of a text, what a folder holds, or what is known of anything
 /// else. Space and Escape close it. What it shows is read in the background.

@@ -7,6 +7,7 @@
 #include "app/privacy/privacy_disk_access_view_controller.h"
 #include "app/scheduler/scheduler.h"
 #include "leftovers/full_disk_access.h"
+#include "platform/platform.h"
 #include "ui/shadow_label.h"
 #include "ui/text_label.h"
 
@@ -61,7 +62,7 @@ HomeViewController::~HomeViewController() = default;
 void HomeViewController::view_did_appear() {
   if (FullDiskAccess(context_.platform).is_guarded()) {
     // Taken before the folders are touched, which may be over the next moment: the system's own questions go first.
-    folders_were_touched_ = context_.platform.app_settings.boolean("PrivacyAccess");
+    folders_were_touched_ = context_.settings().boolean("PrivacyAccess");
     if (!folders_were_touched_) privacy_for_directories();
     privacy_full_disk_access();
   }
@@ -71,9 +72,9 @@ void HomeViewController::view_did_appear() {
 }
 
 bool HomeViewController::offers_scheduler() const {
-  const AppSettings& settings = context_.platform.app_settings;
+  const AppSettings& settings = context_.settings();
   return settings.integer("appLaunchCount") >= first_offer && !settings.boolean("Scheduler") &&
-         !settings.boolean("EnableScheduler") && context_.platform.login_items.is_installed(scheduler_identifier);
+         !settings.boolean("EnableScheduler") && context_.login_items().is_installed(scheduler_identifier);
 }
 
 void HomeViewController::privacy_for_directories() {
@@ -116,7 +117,7 @@ void HomeViewController::update_ui() {
 QString HomeViewController::status_text() const {
   if (context_.removal.running) return context_.text("Still removing…");
   if (!context_.turn.is_free()) return context_.text("Still stopping the scan…");
-  const std::int64_t total = context_.platform.app_settings.integer("TotallyCleaned");
+  const std::int64_t total = context_.settings().integer("TotallyCleaned");
   return total > 0 ? context_.text("Cleaned so far: %@", {context_.byte_count(total)}) : QString();
 }
 

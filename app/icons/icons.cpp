@@ -3,6 +3,8 @@
 #include <cmath>
 #include <future>
 
+#include "platform/platform.h"
+
 namespace tarnby {
 
 Icons::~Icons() {

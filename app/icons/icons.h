@@ -10,9 +10,11 @@
 #include <vector>
 
 #include "app/icons/icon_reader.h"
-#include "platform/platform.h"
+#include "platform/queues.h"
 
 namespace tarnby {
+
+class Platform;
 
 /// The icons that rows are drawn with. They are read when they are first asked for, on a thread of their own, which no
 /// scan and no measurement holds up. Main thread only.

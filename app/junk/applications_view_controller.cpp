@@ -1,5 +1,7 @@
 #include "app/junk/applications_view_controller.h"
 
+#include "text/localization.h"
+
 namespace tarnby {
 
 ApplicationsViewController::ApplicationsViewController(AppContext& context)

@@ -7,6 +7,7 @@
 #include "app/parts/category_look.h"
 #include "app/parts/overlay.h"
 #include "app/parts/screen_catalogue.h"
+#include "platform/platform.h"
 #include "ui/color_tag.h"
 #include "ui/text_label.h"
 

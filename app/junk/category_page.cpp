@@ -16,7 +16,7 @@ namespace tarnby {
 CategoryPage::CategoryPage(AppContext& context, const Plan& plan)
     : Screen(context),
       appDelegate(context.appDelegate),
-      app_settings(context.platform.app_settings),
+      app_settings(context.settings()),
       sharedCleaner(context.sharedCleaner()) {
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);

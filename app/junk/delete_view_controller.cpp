@@ -5,6 +5,7 @@
 
 #include "app/junk/download_helper.h"
 #include "app/parts/layouts.h"
+#include "text/localization.h"
 #include "ui/theme.h"
 
 namespace tarnby {
@@ -38,7 +39,7 @@ constexpr milliseconds complete_delay{3300};
 DeleteViewController::DeleteViewController(AppContext& context)
     : RemovalScreen(context, ring_time),
       appDelegate(context.appDelegate),
-      app_settings(context.platform.app_settings),
+      app_settings(context.settings()),
       sharedCleaner(context.sharedCleaner()),
       deleteView(ring_),
       clean_label(line_),

@@ -4,6 +4,7 @@
 
 #include "engine/entry_text.h"
 #include "files/bytes.h"
+#include "text/localization.h"
 #include "ui/text_label.h"
 
 namespace tarnby {

@@ -8,6 +8,7 @@
 
 #include "app/parts/entry_menu.h"
 #include "app/parts/layouts.h"
+#include "platform/platform.h"
 #include "ui/panel.h"
 #include "ui/text_label.h"
 
@@ -42,7 +43,7 @@ std::int64_t large_file_size_at_index(int position) {
 }
 
 LargeFilesViewController::LargeFilesViewController(AppContext& context)
-    : Screen(context), app_settings(context.platform.app_settings) {
+    : Screen(context), app_settings(context.settings()) {
   setWindowTitle(context.text("Large files"));
   build();
   context.large_files_are_known ? show_known() : search();
@@ -194,14 +195,14 @@ void LargeFilesViewController::search() {
           }
         }
         if (!*given_up) details->also_listed = also_listed(cleaner, cleaner.largeFiles);
-        context.platform.main_queue.async(found);
+        context.main_queue().async(found);
       });
 }
 
 void LargeFilesViewController::will_retire() {
   if (!searching_) return;
   *given_up_ = true;
-  context_.platform.files.stop_looking();
+  context_.files().stop_looking();
 }
 
 void LargeFilesViewController::show_found() {

@@ -2,6 +2,7 @@
 
 #include "app/junk/category_about.h"
 #include "app/parts/screen_catalogue.h"
+#include "text/localization.h"
 
 namespace tarnby {
 

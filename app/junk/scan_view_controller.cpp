@@ -7,6 +7,7 @@
 #include "app/parts/layouts.h"
 #include "files/bytes.h"
 #include "leftovers/remainders.h"
+#include "text/localization.h"
 #include "ui/text_label.h"
 
 namespace tarnby {
@@ -92,7 +93,7 @@ const ScanViewController::Flicker ScanViewController::mails = {
 ScanViewController::ScanViewController(AppContext& context)
     : ScanScreen(context),
       appDelegate(context.appDelegate),
-      app_settings(context.platform.app_settings),
+      app_settings(context.settings()),
       sharedCleaner(context.sharedCleaner()) {
   const QColor quiet = theme::readable(theme::secondary, theme::wave_ground);
   scanView = new ScanView(context.clock, this);
@@ -262,7 +263,7 @@ void ScanViewController::scan_complete() {
   scanView->show_number(context_.byte_count(sums().both));
   scan_label->show_text(context_.text("Scan complete..."));
   text->setText(QStringLiteral("Tarnby cleaner..."));  // the program's name is the same in every language
-  after(until_pages, [&center = context_.platform.notifications] {
+  after(until_pages, [&center = context_.notifications()] {
     center.post("scan_end_anim_complete");  // takes this screen away
     center.post("page_controller");
   });

@@ -4,6 +4,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "platform/platform.h"
 #include "ui/text_label.h"
 
 namespace tarnby {
@@ -18,7 +19,7 @@ constexpr int row_width = 260;
 }  // namespace
 
 SelectBrowsers::SelectBrowsers(AppContext& context)
-    : Screen(context), app_settings(context.platform.app_settings), sharedCleaner(context.sharedCleaner()) {
+    : Screen(context), app_settings(context.settings()), sharedCleaner(context.sharedCleaner()) {
   setWindowTitle(context.text("Select browser"));
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(20, 20, 20, 20);

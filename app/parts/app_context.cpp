@@ -2,6 +2,7 @@
 
 #include <QLocale>
 
+#include "platform/platform.h"
 #include "text/text.h"
 
 namespace tarnby {
@@ -15,6 +16,34 @@ std::vector<std::string> in_utf8(std::initializer_list<QString> values) {
 }
 
 }  // namespace
+
+AppSettings& AppContext::settings() const {
+  return platform.app_settings;
+}
+
+FileManager& AppContext::files() const {
+  return platform.files;
+}
+
+Measurer& AppContext::measurer() const {
+  return platform.measurer;
+}
+
+NotificationCenter& AppContext::notifications() const {
+  return platform.notifications;
+}
+
+MainQueue& AppContext::main_queue() const {
+  return platform.main_queue;
+}
+
+LoginItems& AppContext::login_items() const {
+  return platform.login_items;
+}
+
+const Session& AppContext::session() const {
+  return platform.session;
+}
 
 QString AppContext::text(const char* english) const {
   return QString::fromStdString(platform.localization.text(english));

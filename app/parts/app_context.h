@@ -12,11 +12,19 @@
 #include "app/parts/engine_turn.h"
 #include "app/parts/removal_run.h"
 #include "engine/cleaner.h"
-#include "platform/platform.h"
+#include "files/file_manager.h"
+#include "platform/app_settings.h"
+#include "platform/notification_center.h"
+#include "platform/queues.h"
 #include "platform/workspace.h"
 #include "ui/animation_clock.h"
 
 namespace tarnby {
+
+class LoginItems;
+class Measurer;
+class Platform;
+struct Session;
 
 /// What every screen needs, in one place. Outlives the screens. Main thread only, but for what says otherwise.
 struct AppContext {
@@ -35,7 +43,7 @@ struct AppContext {
   std::function<void()> take_grants_anew = [] {};
   RemovalRun removal = {};
   Icons icons{platform};
-  EngineTurn turn{platform.notifications, platform.main_queue};
+  EngineTurn turn{notifications(), main_queue()};
   /// The last smart scan found nothing it knows in the home folder, and nothing else either. Main thread.
   bool scanned_home_is_empty = false;
   /// A search for large files of this launch has found some, and nothing writes them any more. Main thread.
@@ -53,6 +61,15 @@ struct AppContext {
   std::atomic<int> consents_asked{0};
   /// Runs work there. Main thread.
   void ask_consent(std::function<void()> work);
+
+  // The parts of the platform that screens use.
+  AppSettings& settings() const;
+  FileManager& files() const;
+  Measurer& measurer() const;
+  NotificationCenter& notifications() const;
+  MainQueue& main_queue() const;
+  LoginItems& login_items() const;
+  const Session& session() const;
 
   /// The program is to end: what looks stops, and a removal, too.
   void end();

@@ -5,7 +5,8 @@
 #include <QWidget>
 #include <functional>
 
-#include "platform/platform.h"
+#include "platform/app_settings.h"
+#include "platform/application_delegate.h"
 
 namespace tarnby {
 

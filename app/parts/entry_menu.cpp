@@ -2,6 +2,8 @@
 
 #include <QMenu>
 
+#include "text/localization.h"
+
 namespace tarnby {
 
 QMenu* make_entry_menu(const AppContext& context, QWidget* parent, EntryMenuWork work) {

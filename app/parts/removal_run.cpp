@@ -5,6 +5,7 @@
 
 #include "app/parts/app_context.h"
 #include "engine/chosen_amount.h"
+#include "platform/platform.h"
 
 namespace tarnby {
 
@@ -68,16 +69,16 @@ void start_removal(AppContext& context, RemovalJob job) {
   // Nobody replaces the engine's lists meanwhile: that takes another scan, which waits behind this removal.
   context.background.async([&context, &cleaner = context.sharedCleaner(), job = std::move(job)] {
     context.removal.untaken = std::make_unique<RemovalOutcome>(run(context, cleaner, job));
-    context.platform.main_queue.async([&context] {
+    context.main_queue().async([&context] {
       take_outcome(context);
-      context.platform.notifications.post(RemovalRun::removal_changed);
+      context.notifications().post(RemovalRun::removal_changed);
     });
   });
 }
 
 void count_removal(AppContext& context) {
   std::int64_t& cleaned = context.sharedCleaner().wasCleaned;
-  context.platform.app_settings.add_integer("TotallyCleaned", std::exchange(cleaned, 0));
+  context.settings().add_integer("TotallyCleaned", std::exchange(cleaned, 0));
   context.removal.counted = true;
   context.flush_settings();
 }
@@ -91,15 +92,15 @@ void look_again_at_left(AppContext& context) {
   const auto still = std::make_shared<std::vector<LeftEntry>>(context.removal.outcome.left);
   const auto bytes = std::make_shared<std::int64_t>(0);
   context.errands.async([&context, still, bytes] {
-    std::erase_if(*still, [&](const LeftEntry& entry) { return !context.platform.files.exists(entry.url); });
-    *bytes = bytes_of(context.platform.measurer, *still);
-    context.platform.main_queue.async([&context, still, bytes] {
+    std::erase_if(*still, [&](const LeftEntry& entry) { return !context.files().exists(entry.url); });
+    *bytes = bytes_of(context.measurer(), *still);
+    context.main_queue().async([&context, still, bytes] {
       RemovalRun& removal = context.removal;
       if (removal.running) return;  // another one
       removal.left_unsure = false;
       removal.outcome.left = std::move(*still);
       removal.outcome.left_bytes = *bytes;
-      context.platform.notifications.post(RemovalRun::removal_changed);
+      context.notifications().post(RemovalRun::removal_changed);
     });
   });
 }

@@ -26,7 +26,7 @@ void ScanScreen::keyPressEvent(QKeyEvent* event) {
 
 void ScanScreen::stop() {
   // The first takes this screen away; the centre outlives it.
-  NotificationCenter& center = context_.platform.notifications;
+  NotificationCenter& center = context_.notifications();
   center.post("scan_end_anim_complete");
   center.post("home_view_controller");
 }

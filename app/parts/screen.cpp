@@ -42,21 +42,20 @@ void Screen::retire() {
   if (!here_) return;
   for (Screen* part : findChildren<Screen*>()) part->retire();
   here_.reset();
-  for (const auto token : observed_) context_.platform.notifications.remove_observer(token);
+  for (const auto token : observed_) context_.notifications().remove_observer(token);
   will_retire();
 }
 
 void Screen::observe(std::string notification, Work observer) {
-  observed_.push_back(context_.platform.notifications.add_observer(std::move(notification), std::move(observer)));
+  observed_.push_back(context_.notifications().add_observer(std::move(notification), std::move(observer)));
 }
 
 void Screen::observe_number(std::string notification, std::function<void(std::int64_t)> observer) {
-  observed_.push_back(
-      context_.platform.notifications.add_number_observer(std::move(notification), std::move(observer)));
+  observed_.push_back(context_.notifications().add_number_observer(std::move(notification), std::move(observer)));
 }
 
 void Screen::after(std::chrono::milliseconds delay, Work work) {
-  context_.platform.main_queue.after(delay, while_here(std::move(work)));
+  context_.main_queue().after(delay, while_here(std::move(work)));
 }
 
 void Screen::every(std::chrono::milliseconds interval, std::function<bool()> work) {

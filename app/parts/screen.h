@@ -49,9 +49,9 @@ class Screen : public QWidget {
   /// Its last chance to stop what it started. Nothing reaches it any more.
   virtual void will_retire() {}
 
-  void post(std::string_view notification) { context_.platform.notifications.post(notification); }
+  void post(std::string_view notification) { context_.notifications().post(notification); }
   void post_number(std::string_view notification, std::int64_t number) {
-    context_.platform.notifications.post(notification, number);
+    context_.notifications().post(notification, number);
   }
   void observe(std::string notification, Work observer);
   void observe_number(std::string notification, std::function<void(std::int64_t)> observer);

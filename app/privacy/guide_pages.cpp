@@ -7,6 +7,7 @@
 #include <array>
 
 #include "app/parts/screen_catalogue.h"
+#include "text/localization.h"
 #include "ui/drawing.h"
 #include "ui/paths.h"
 #include "ui/text_label.h"

@@ -10,6 +10,7 @@
 #include "app/parts/links.h"
 #include "app/parts/screen_catalogue.h"
 #include "leftovers/full_disk_access.h"
+#include "platform/platform.h"
 #include "ui/text_label.h"
 
 namespace tarnby {
@@ -26,7 +27,7 @@ constexpr double shakes = 3;
 PrivacyDiskAccessViewController::PrivacyDiskAccessViewController(AppContext& context)
     : Screen(context),
       appDelegate(context.appDelegate),
-      app_settings(context.platform.app_settings),
+      app_settings(context.settings()),
       shake_(context.clock, 0, [this] { move_window(); }) {
   setWindowTitle(context.text("Full disk access"));
   auto* layout = new QVBoxLayout(this);

@@ -2,6 +2,7 @@
 
 #include "app/parts/question.h"
 #include "app/scheduler/scheduler.h"
+#include "platform/platform.h"
 
 namespace tarnby {
 
@@ -29,7 +30,7 @@ void EnableSchedulerViewController::enable() {
 }
 
 void EnableSchedulerViewController::cancel() {
-  context_.platform.app_settings.set_boolean("EnableScheduler", true);
+  context_.settings().set_boolean("EnableScheduler", true);
   context_.flush_settings();
   Q_EMIT dismissed();
 }

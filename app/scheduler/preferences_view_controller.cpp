@@ -5,6 +5,7 @@
 
 #include "app/parts/layouts.h"
 #include "app/scheduler/scheduler.h"
+#include "platform/login_items.h"
 #include "ui/text_label.h"
 
 namespace tarnby {
@@ -16,7 +17,7 @@ constexpr int words_width = 320;
 }  // namespace
 
 PreferencesViewController::PreferencesViewController(AppContext& context)
-    : Screen(context), app_settings(context.platform.app_settings) {
+    : Screen(context), app_settings(context.settings()) {
   setWindowTitle(context.text("Preferences"));
   QVBoxLayout* layout = sheet_column(this);
   layout->setSpacing(2 * theme::grid);
@@ -25,7 +26,7 @@ PreferencesViewController::PreferencesViewController(AppContext& context)
       add_switch(context.text("Ask before removing"), context.text("Shows how much is removed and what, every time."),
                  !app_settings.boolean("SkipWarning"));
   connect(ask_button, &QAbstractButton::clicked, this, &PreferencesViewController::ask_before_removing);
-  if (context.platform.login_items.is_installed(scheduler_identifier)) {
+  if (context.login_items().is_installed(scheduler_identifier)) {
     scheduler_button = add_switch(context.text("Scheduler"),
                                   context.text("Starts when you log in and reminds you when it is time to clean."),
                                   app_settings.boolean("Scheduler"));

@@ -11,6 +11,7 @@
 #include "app/parts/overlay.h"
 #include "app/parts/screen_catalogue.h"
 #include "app/shell/about_program.h"
+#include "text/localization.h"
 #include "ui/theme.h"
 
 namespace tarnby {
@@ -90,7 +91,7 @@ HomeViewController* CleanerWindowController::home_screen() const {
 
 /// In the place of the home screen, which comes again afterwards.
 void CleanerWindowController::show_access() {
-  NotificationCenter& center = context_.platform.notifications;
+  NotificationCenter& center = context_.notifications();
   center.post("home_end_anim_complete");
   center.post("sandbox_view_controller");
 }

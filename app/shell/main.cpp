@@ -29,6 +29,7 @@
 #include "app/parts/notice.h"
 #include "app/shell/engine_objects.h"
 #include "app/shell/qt_main_queue.h"
+#include "platform/platform.h"
 #include "ui/motion.h"
 
 namespace tarnby {

@@ -5,6 +5,7 @@
 
 #include "app/junk/junk_scan.h"
 #include "leftovers/folder_grants.h"
+#include "platform/platform.h"
 
 namespace tarnby {
 
@@ -62,7 +63,7 @@ std::span<const Navigation> ViewController::navigation() {
 
 ViewController::ViewController(AppContext& context, QWidget* parent)
     : QWidget(parent),
-      app_settings(context.platform.app_settings),
+      app_settings(context.settings()),
       smart_storyboard(ScreenCatalogue::smart_clean()),
       animationView(new BackgroundView(context.clock, this)),
       context_(context) {
@@ -83,11 +84,11 @@ ViewController::~ViewController() {
   for (Screen* screen : {viewcontrollerC.get(), viewcontrollerA.get()}) {
     if (screen != nullptr) screen->retire();
   }
-  for (const auto token : observed_) context_.platform.notifications.remove_observer(token);
+  for (const auto token : observed_) context_.notifications().remove_observer(token);
 }
 
 void ViewController::observe(std::string_view notification, std::function<void()> observer) {
-  observed_.push_back(context_.platform.notifications.add_observer(std::string(notification), std::move(observer)));
+  observed_.push_back(context_.notifications().add_observer(std::string(notification), std::move(observer)));
 }
 
 void ViewController::answer(const Navigation& row) {
@@ -97,12 +98,11 @@ void ViewController::answer(const Navigation& row) {
     turn = context_.turn.take();
     row.begin_scan(context_);
   }
-  if (!row.first.empty()) context_.platform.notifications.post(row.first);
+  if (!row.first.empty()) context_.notifications().post(row.first);
   if (row.delay_ms == 0) return show(row, turn);
-  context_.platform.main_queue.after(std::chrono::milliseconds(row.delay_ms),
-                                     [this, &row, turn, here = std::weak_ptr(here_)] {
-                                       if (!here.expired()) show(row, turn);
-                                     });
+  context_.main_queue().after(std::chrono::milliseconds(row.delay_ms), [this, &row, turn, here = std::weak_ptr(here_)] {
+    if (!here.expired()) show(row, turn);
+  });
 }
 
 void ViewController::show(const Navigation& row, EngineTurn::Held turn) {

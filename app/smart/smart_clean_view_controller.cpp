@@ -26,7 +26,7 @@ constexpr int chart_edge = 3 * theme::grid;
 SmartCleanViewController::SmartCleanViewController(AppContext& context)
     : Screen(context),
       appDelegate(context.appDelegate),
-      app_settings(context.platform.app_settings),
+      app_settings(context.settings()),
       sharedCleaner(context.sharedCleaner()) {
   take(sharedCleaner);
   auto* layout = new QVBoxLayout(this);

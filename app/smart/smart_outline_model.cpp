@@ -4,6 +4,7 @@
 
 #include "app/parts/category_look.h"
 #include "engine/entry_text.h"
+#include "text/localization.h"
 #include "ui/text_label.h"
 
 namespace tarnby {

@@ -32,7 +32,7 @@ constexpr StepRow step_rows[] = {
 SmartScanViewController::SmartScanViewController(AppContext& context)
     : ScanScreen(context),
       appDelegate(context.appDelegate),
-      app_settings(context.platform.app_settings),
+      app_settings(context.settings()),
       sharedCleaner(context.sharedCleaner()) {
   progressView = new ScanView(context.clock, this);
   progressView->setAccessibleName(context.text("Scan"));
@@ -71,18 +71,17 @@ void SmartScanViewController::start() {
     }
   });
   const auto complete = while_here([this] { this->complete(); });
-  context_.background.async(
-      [&cleaner = sharedCleaner, &context = context_, begun, complete, here = here(), turn = context_.turn.held()] {
-        if (!context.begin_looking() || here.expired()) return;
-        context.platform.main_queue.async(begun);
-        cleaner.smart_clean_with_complete_handler([] {});
-        const bool home_is_empty =
-            !cleaner.knows_places() && context.platform.files.list(cleaner.url_home, Hidden::take).empty();
-        context.platform.main_queue.async([&context, home_is_empty, complete] {
-          context.scanned_home_is_empty = home_is_empty;
-          complete();
-        });
-      });
+  context_.background.async([&cleaner = sharedCleaner, &context = context_, begun, complete, here = here(),
+                             turn = context_.turn.held()] {
+    if (!context.begin_looking() || here.expired()) return;
+    context.main_queue().async(begun);
+    cleaner.smart_clean_with_complete_handler([] {});
+    const bool home_is_empty = !cleaner.knows_places() && context.files().list(cleaner.url_home, Hidden::take).empty();
+    context.main_queue().async([&context, home_is_empty, complete] {
+      context.scanned_home_is_empty = home_is_empty;
+      complete();
+    });
+  });
 }
 
 void SmartScanViewController::complete() {

@@ -9,6 +9,7 @@
 #include "app/parts/category_look.h"
 #include "app/parts/overlay.h"
 #include "app/parts/screen_catalogue.h"
+#include "text/localization.h"
 #include "ui/color_tag.h"
 #include "ui/paths.h"
 #include "ui/text_label.h"
@@ -159,7 +160,7 @@ QLayout* WarningCleanupViewController::buttons(const QString& size) {
 }
 
 void WarningCleanupViewController::cleanup() {
-  context_.platform.app_settings.set_boolean("CleanupReady", true);
+  context_.settings().set_boolean("CleanupReady", true);
   if (dont_show_button->isChecked()) dont_show();
   context_.flush_settings();
   Q_EMIT confirmed();
@@ -167,12 +168,12 @@ void WarningCleanupViewController::cleanup() {
 }
 
 void WarningCleanupViewController::dont_show() {
-  context_.platform.app_settings.set_boolean("SkipWarning", true);
+  context_.settings().set_boolean("SkipWarning", true);
 }
 
 Screen* ask_before_removal(AppContext& context, const RemovalQuestion& question, Screen& screen,
                            const std::function<void()>& remove) {
-  if (context.platform.app_settings.boolean("SkipWarning")) {
+  if (context.settings().boolean("SkipWarning")) {
     remove();
     return nullptr;
   }

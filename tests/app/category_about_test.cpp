@@ -61,7 +61,7 @@ TEST(CategoryAbout, lets_browsers_and_large_files_be_chosen_instead) {
   TestWindow at(ada);
   at.open_on_screen();
   int asked = 0;
-  at.platform.notifications.add_observer("show_large_files", [&] { ++asked; });
+  at.ada.notifications.add_observer("show_large_files", [&] { ++asked; });
   CategoryAbout(at.context, "large-files").show_button->click();
   EXPECT_EQ(asked, 1);
   auto* browsers = new CategoryAbout(at.context, "browsers");

@@ -20,7 +20,7 @@ using test::TestWindow;
 
 TEST(CleanedViewController, brings_its_sheets_at_their_counts_only) {
   TestPlatform ada;
-  AppSettings& settings = ada.platform.app_settings;
+  AppSettings& settings = ada.settings;
   const auto due = [&](std::int64_t launches, std::int64_t promotions) {
     settings.set_integer("appLaunchCount", launches);
     settings.set_integer("UOLaunchCount", promotions);
@@ -46,7 +46,7 @@ TEST(CleanedViewController, brings_its_sheets_at_their_counts_only) {
 
 TEST(CleanedViewController, adds_up_once_a_showing_and_asks_for_a_rating_later) {
   TestPlatform ada;
-  AppSettings& settings = ada.platform.app_settings;
+  AppSettings& settings = ada.settings;
   settings.set_integer("appLaunchCount", 10);
   settings.set_integer("TotallyCleaned", 1'000'000);
   TestWindow at(ada);
@@ -93,7 +93,7 @@ TEST(CleanedViewController, adds_up_once_a_showing_and_asks_for_a_rating_later) 
 
 TEST(CleanedViewController, counts_a_promotion_also_when_the_screen_is_left_before_it_comes) {
   TestPlatform ada;
-  AppSettings& settings = ada.platform.app_settings;
+  AppSettings& settings = ada.settings;
   settings.set_integer("UOLaunchCount", 4);
   TestWindow at(ada);
   at.open_on_screen();

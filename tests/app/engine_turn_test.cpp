@@ -60,7 +60,7 @@ TEST(EngineTurn, lets_one_scan_begin_however_fast_and_often_it_is_asked_for) {
 TEST(EngineTurn, makes_whoever_asks_wait_for_a_removal_and_says_so) {
   TestPlatform ada;
   TestWindow at(ada);
-  at.platform.app_settings.add_integer("TotallyCleaned", 5000);
+  at.ada.settings.add_integer("TotallyCleaned", 5000);
   at.open_on_screen();
   at.context.removal.running = true;
   at.post("home_view_controller");

@@ -50,8 +50,8 @@ class IconTest : public testing::Test {
     ada.tree.folder(bundle + "/Contents/Resources");
   }
   /// The icon of the bundle, with nothing of the desktop.
-  QImage read() { return IconReader(ada.platform.files, {}).read(Image::icon_of(ada.url(bundle)), side); }
-  QImage of_any_application() { return IconReader(ada.platform.files, {}).read({}, side); }
+  QImage read() { return IconReader(ada.files, {}).read(Image::icon_of(ada.url(bundle)), side); }
+  QImage of_any_application() { return IconReader(ada.files, {}).read({}, side); }
 
   const std::string bundle = "Applications/Lens.app";
   const std::string place = bundle + "/Contents/Resources/AppIcon.icns";
@@ -165,7 +165,7 @@ TEST_F(IconTest, entries_have_the_icons_of_the_theme_and_drawings_where_it_has_n
   ada.tree.content("themes/other/any/video-x-generic.png", picture({7, 8, 9}));
   ada.tree.fifo("themes/other/any/audio-x-generic.png");
   ada.tree.folder("ada/box").folder("ada/Photos.photoslibrary").link("ada/link.mp4", "/dev/zero");
-  IconReader reader(ada.platform.files, {{"", "absent", "mine"}, {QString::fromStdString(ada.tree.path("themes"))}});
+  IconReader reader(ada.files, {{"", "absent", "mine"}, {QString::fromStdString(ada.tree.path("themes"))}});
   const auto icon = [&](const char* path) { return reader.read(Image::icon_of(ada.url(path)), side); };
   const auto drawn = [](EntryPicture what) {
     QImage drawing(side, side, QImage::Format_ARGB32_Premultiplied);

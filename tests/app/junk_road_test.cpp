@@ -52,7 +52,7 @@ struct Pages {
     return *at.window()->findChild<Page*>();
   }
   std::string sum(CategoryPage& page) { return page.overall_be_cleaned_label->text().toStdString(); }
-  bool setting(const char* key) { return ada.platform.app_settings.boolean(key); }
+  bool setting(const char* key) { return ada.settings.boolean(key); }
 
   TestPlatform ada;
   TestWindow at{ada};
@@ -389,7 +389,7 @@ TEST(CategoryPages, lead_to_the_downloads_and_never_tick_them) {
   Pages pages([](TestPlatform& ada) { ada.tree.file("ada/Downloads/kept", 70'000'000); });
   auto& media = pages.page<MediaViewController>();
   EXPECT_EQ(media.category("downloads").size_label->text(), "") << "nobody has measured them";
-  pages.ada.platform.app_settings.set_boolean("Downloads", true);
+  pages.ada.settings.set_boolean("Downloads", true);
   pages.cleaner.downloads_item = std::make_shared<CleanerItem>();
   pages.cleaner.downloads_item->size = 70'000'000;
   pages.at.post("page_controller");
@@ -429,8 +429,8 @@ TEST(LargeFiles, of_a_search_that_was_given_up_are_not_kept) {
 
 TEST(DeleteViewController, tells_each_step_and_waits_for_ring_and_removal) {
   Pages pages;
-  pages.ada.platform.app_settings.set_boolean("Downloads", true);
-  pages.ada.platform.app_settings.set_boolean("Trash", false);
+  pages.ada.settings.set_boolean("Downloads", true);
+  pages.ada.settings.set_boolean("Trash", false);
   Hold removal(pages.at.background);
   pages.at.post("delete_view_controller");
   const auto* screen = pages.at.screen<DeleteViewController>();
@@ -466,8 +466,8 @@ TEST(DeleteViewController, takes_its_time_where_the_removal_needs_none) {
   pages.cleaner.large_files_item = std::make_shared<CleanerItem>();
   pages.cleaner.large_files_item->files = {pages.ada.url("ada/Movies/short.mov")};
   pages.cleaner.large_files_item->size = 60'000'000;
-  for (const char* on : {"Caches", "Logs", "Trash"}) pages.ada.platform.app_settings.set_boolean(on, false);
-  pages.ada.platform.app_settings.set_boolean("LargeFiles", true);
+  for (const char* on : {"Caches", "Logs", "Trash"}) pages.ada.settings.set_boolean(on, false);
+  pages.ada.settings.set_boolean("LargeFiles", true);
   pages.at.post("delete_view_controller");
   const auto* screen = pages.at.screen<DeleteViewController>();
   EXPECT_EQ(screen->clean_label->text(), "Clean up...") << "where there are no caches to begin with";
@@ -505,7 +505,7 @@ TEST(DeleteViewController, gives_what_is_left_to_the_helper_or_lists_it) {
   QTest::keyClick(panel, Qt::Key_Escape);
   EXPECT_EQ(pages.at.screen<DeleteViewController>(), nullptr) << "goes on to what was cleaned";
 
-  SettingsStore& settings = pages.ada.platform.app_settings.store();
+  SettingsStore& settings = pages.ada.settings.store();
   settings.set("helper_url", pages.ada.tree.path("helper"));
   settings.set("application_support_url", pages.ada.tree.path("support"));
   pages.at.workspace.asked.clear();

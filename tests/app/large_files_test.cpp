@@ -120,8 +120,8 @@ TEST_F(LargeFilesTest, are_ticked_and_unticked_alone_and_by_their_kind) {
 
 TEST_F(LargeFilesTest, that_are_chosen_while_the_category_is_off_count_as_a_whole) {
   std::vector<std::int64_t> changes;
-  at.platform.notifications.add_number_observer("update_ui_with_large_files_item_size",
-                                                [&](std::int64_t change) { changes.push_back(change); });
+  at.ada.notifications.add_number_observer("update_ui_with_large_files_item_size",
+                                           [&](std::int64_t change) { changes.push_back(change); });
   const auto choose = [&](const QModelIndex& chosen) {
     sheet->select_file(chosen, true);
     sheet->submit();
@@ -129,11 +129,11 @@ TEST_F(LargeFilesTest, that_are_chosen_while_the_category_is_off_count_as_a_whol
   };
   open_and_wait();
   choose(file(3, 0));
-  ada.platform.app_settings.set_boolean("LargeFiles", false);
+  ada.settings.set_boolean("LargeFiles", false);
   open_and_wait();
   EXPECT_EQ(sheet->chosen_label->text(), "Chosen before: 600 MB. A new choice takes its place.");
   choose(file(3, 1));
-  EXPECT_TRUE(ada.platform.app_settings.boolean("LargeFiles"));
+  EXPECT_TRUE(ada.settings.boolean("LargeFiles"));
   open_and_wait();
   choose(file(3, 0));
   EXPECT_THAT(changes, ElementsAre(600 * MB, 60 * MB, 540 * MB)) << "the last one takes the place of the one before";

@@ -121,7 +121,7 @@ TEST(SandboxViewController, shows_how_each_stored_folder_stands) {
     TestPlatform ada(Grants::none);
     ada.tree.folder("Shared").folder("x/Applications");
     const auto store = [&](Grant grant, std::string_view folder) {
-      return folder.empty() || ada.platform.bookmarks.store(grant, ada.url(folder));
+      return folder.empty() || ada.bookmarks.store(grant, ada.url(folder));
     };
     ASSERT_TRUE(store(Grant::home, row.home) && store(Grant::applications, row.applications));
     TestWindow at(ada);
@@ -157,7 +157,7 @@ TEST(SandboxViewController, is_deaf_once_it_is_gone) {
   at.post("sandbox_end_anim_complete");
   at.chooser.answer(ada.url("ada"));
   at.settle();
-  EXPECT_EQ(ada.platform.bookmarks.resolve(Grant::home), Url()) << "an answer for a screen that is gone";
+  EXPECT_EQ(ada.bookmarks.resolve(Grant::home), Url()) << "an answer for a screen that is gone";
 }
 
 TEST(SandboxViewController, asks_for_the_home_alone_where_no_applications_folder_belongs_to_it) {

@@ -10,6 +10,7 @@
 #include "app/privacy/privacy_disk_access_view_controller.h"
 #include "app/scheduler/enable_scheduler_view_controller.h"
 #include "app/scheduler/preferences_view_controller.h"
+#include "platform/platform.h"
 #include "platform/settings_store.h"
 #include "tests/app/test_window.h"
 
@@ -22,7 +23,7 @@ using test::TestWindow;
 TEST(Scheduler, is_offered_from_the_fifth_launch_until_it_was_answered) {
   for (const bool accepts : {true, false}) {
     TestPlatform ada;
-    AppSettings& settings = ada.platform.app_settings;
+    AppSettings& settings = ada.settings;
     ada.tree.file("programs/tarnby-cleaner-scheduler", 1).mode("programs/tarnby-cleaner-scheduler", 0755);
     settings.set_integer("appLaunchCount", 4);
     TestWindow at(ada);
@@ -62,7 +63,7 @@ TEST(Scheduler, is_offered_from_the_fifth_launch_until_it_was_answered) {
 TEST(Scheduler, is_not_offered_over_another_sheet_or_beside_another_window) {
   TestPlatform ada;
   ada.tree.file("programs/tarnby-cleaner-scheduler", 1).mode("programs/tarnby-cleaner-scheduler", 0755);
-  ada.platform.app_settings.set_integer("appLaunchCount", 5);
+  ada.settings.set_integer("appLaunchCount", 5);
   TestWindow at(ada);
   at.open_on_screen();
   Sheet* sheet = Sheet::present(std::make_unique<Notice>(at.context, "About", "."), at.window());
@@ -81,7 +82,7 @@ TEST(Scheduler, is_not_offered_over_another_sheet_or_beside_another_window) {
 TEST(Scheduler, is_neither_offered_nor_switched_where_its_program_is_not_installed) {
   TestPlatform ada;
   ada.tree.file("programs/tarnby-cleaner-scheduler", 1);  // nothing that can be started
-  ada.platform.app_settings.set_integer("appLaunchCount", 5);
+  ada.settings.set_integer("appLaunchCount", 5);
   TestWindow at(ada);
   at.open_on_screen();
   at.pass(5000);
@@ -91,7 +92,7 @@ TEST(Scheduler, is_neither_offered_nor_switched_where_its_program_is_not_install
 
 TEST(Preferences, take_back_what_was_not_to_be_asked_again) {
   TestPlatform ada;
-  AppSettings& settings = ada.platform.app_settings;
+  AppSettings& settings = ada.settings;
   TestWindow at(ada);
   for (const bool skips : {true, false}) {
     settings.set_boolean("SkipWarning", skips);
@@ -139,7 +140,7 @@ TEST(Guide, comes_when_access_is_missing_and_goes_when_it_is_there) {
   const_cast<Session&>(ada.platform.session).system_version = SystemVersion{10, 15};
   test::as_plain_user(ada.tree, [&] {  // nothing is unreadable for root
     Guarded user(ada);
-    AppSettings& settings = user.ada.platform.app_settings;
+    AppSettings& settings = user.ada.settings;
     EXPECT_TRUE(settings.boolean("PrivacyAccess")) << "touched once";
     user.at.pass(3990);
     EXPECT_EQ(user.guide(), nullptr) << "the system's own questions go first";
@@ -194,7 +195,7 @@ TEST(Guide, lets_nothing_wait_for_the_persons_answer_to_the_system) {
   std::promise<void> went_on;
   at.errands.async([&] { went_on.set_value(); });
   went_on.get_future().wait();
-  const AppSettings& settings = ada.platform.app_settings;
+  const AppSettings& settings = ada.settings;
   EXPECT_TRUE(settings.boolean("PrivacyFullDisk")) << "looked at meanwhile";
   EXPECT_FALSE(settings.boolean("PrivacyAccess"));
   EXPECT_EQ(at.context.consents_asked, 1) << "or the program's end would wait";

@@ -26,8 +26,7 @@ struct HeldScan {
   bool looks() {
     hold.release();
     at.settle();
-    return !ada.platform.files.walk(ada.url("ada"), Hidden::skip, Packages::skip, [](auto, auto) { return true; })
-                .empty();
+    return !ada.files.walk(ada.url("ada"), Hidden::skip, Packages::skip, [](auto, auto) { return true; }).empty();
   }
 
   TestPlatform ada;
@@ -85,7 +84,7 @@ TEST(Screen, bears_a_home_that_vanishes_while_it_is_scanned_and_removed_from) {
   const auto* screen = at.screen<SmartCleanViewController>();
   ASSERT_NE(screen, nullptr);
   EXPECT_TRUE(screen->is_ticked(0, 0)) << "found while it was there";
-  at.platform.app_settings.set_boolean("SkipWarning", true);
+  at.ada.settings.set_boolean("SkipWarning", true);
   screen->remove_button->click();
   at.settle();
   at.pass(3500);

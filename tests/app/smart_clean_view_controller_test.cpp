@@ -53,7 +53,7 @@ TEST_F(SmartCleanTest, is_ticked_and_walked_by_keyboard_and_says_how_each_row_st
   std::vector<std::string> about;
   for (const SmartCategory& category : smart_categories()) {
     const std::string name = "smart_clean_about_" + std::string(category.type);
-    at.platform.notifications.add_observer(name, [&about, name] { about.push_back(name); });
+    at.ada.notifications.add_observer(name, [&about, name] { about.push_back(name); });
   }
   OutlineView* outline = screen->outlineview;
   ASSERT_EQ(QApplication::focusWidget(), outline);
@@ -165,7 +165,7 @@ TEST_F(SmartCleanTest, asks_before_it_removes_what_is_ticked) {
 }
 
 TEST_F(SmartCleanTest, goes_on_without_asking_when_nothing_is_ticked_or_nobody_wants_to_be_asked) {
-  at.platform.app_settings.set_boolean("SkipWarning", true);
+  at.ada.settings.set_boolean("SkipWarning", true);
   screen->remove_button->click();
   EXPECT_NE(at.screen<SmartCleanupViewController>(), nullptr);
   EXPECT_EQ(at.engine->cleaner.files.size(), 4U);
@@ -175,7 +175,7 @@ TEST_F(SmartCleanTest, goes_on_without_asking_when_nothing_is_ticked_or_nobody_w
   ASSERT_NE(cleaned, nullptr);
   EXPECT_FALSE(cleaned->left_button->isVisible()) << "nothing was left";
   EXPECT_EQ(QApplication::focusWidget(), cleaned->done_button);
-  at.platform.app_settings.set_boolean("SkipWarning", false);
+  at.ada.settings.set_boolean("SkipWarning", false);
 
   at.scan();
   screen = at.screen<SmartCleanViewController>();

@@ -29,7 +29,7 @@ struct Chosen {
     return at.screen<SmartCleanupViewController>();
   }
   const CleanedViewController* cleaned() { return at.screen<CleanedViewController>(); }
-  std::int64_t total() { return ada.platform.app_settings.integer("TotallyCleaned"); }
+  std::int64_t total() { return ada.settings.integer("TotallyCleaned"); }
 
   TestPlatform ada;
   TestWindow at{ada};

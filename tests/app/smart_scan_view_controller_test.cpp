@@ -83,7 +83,7 @@ TEST(SmartScanViewController, that_is_stopped_leads_home_and_the_next_one_finds_
     ASSERT_NE(screen, nullptr);
     EXPECT_EQ(QApplication::focusWidget(), screen->stop_button);
     by_key ? QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape) : screen->stop_button->click();
-    EXPECT_TRUE(ada.platform.files.stopped_looking());
+    EXPECT_TRUE(ada.files.stopped_looking());
     EXPECT_EQ(at.screen(Layer::overlay), nullptr);
     EXPECT_NE(at.screen<HomeViewController>(), nullptr);
     scan.release();
@@ -108,7 +108,7 @@ TEST(SmartScanViewController, that_waits_for_the_background_does_not_scan_once_t
   at.context.end();
   hold.release();
   at.settle();
-  EXPECT_TRUE(ada.platform.files.stopped_looking());
+  EXPECT_TRUE(ada.files.stopped_looking());
   EXPECT_FALSE(at.engine->cleaner.search_is_complete);
 }
 

@@ -2,13 +2,15 @@
 
 #include <atomic>
 
+#include "platform/platform.h"
+
 namespace tarnby::test {
 
 TestWindow::TestWindow(TestPlatform& user)
     : ada(user),
       platform(user.platform),
       time{user.main_queue},
-      delegate(platform.app_settings, [this] { context.flush_settings(); }),
+      delegate(ada.settings, [this] { context.flush_settings(); }),
       context{platform, time.clock, delegate, background, errands, workspace, chooser, [this]() -> Cleaner& {
                 if (!engine) engine.emplace(ada);
                 return engine->cleaner;

@@ -73,7 +73,7 @@ class TestWindow {
   ViewController& content() { return window_->content(); }
   QWidget* window() { return window_.get(); }
 
-  void post(const char* notification) { platform.notifications.post(notification); }
+  void post(const char* notification) { ada.notifications.post(notification); }
   /// Waits for the background threads, and runs what they have handed over.
   void settle();
   /// Lets time pass, and what was to be deleted go.

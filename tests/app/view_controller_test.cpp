@@ -134,7 +134,7 @@ TEST(ScreenCatalogue, makes_every_screen_it_names_and_no_other) {
 
 TEST(Launch, counts_and_sets_the_category_flags_on_the_disk) {
   TestPlatform ada;
-  AppSettings& settings = ada.platform.app_settings;
+  AppSettings& settings = ada.settings;
   for (const bool promotes : {true, false}) {
     settings.set_boolean("Browsers", true);
     settings.set_boolean("Caches", false);

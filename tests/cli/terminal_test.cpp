@@ -10,6 +10,7 @@
 #include "cli/context.h"
 #include "cli/interrupt.h"
 #include "cli/removal_report.h"
+#include "platform/platform.h"
 #include "tests/cli/cli_home.h"
 
 namespace tarnby::test {

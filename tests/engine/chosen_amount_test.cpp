@@ -62,9 +62,9 @@ TEST(ChosenAmount, counts_junk_and_large_files_together) {
     cleaner.large_files_item->files.push_back(file->url_file);
     cleaner.large_files_item->size += file->size;
   }
-  home.ada.platform.app_settings.set_boolean("LargeFiles", true);
+  home.ada.settings.set_boolean("LargeFiles", true);
   EXPECT_EQ(cleaner.cleanup_amount(), 10'000'324 + 1'000 + 20'000'000) << "one of them lies in a leftover";
-  home.ada.platform.app_settings.set_boolean("Remainders", false);
+  home.ada.settings.set_boolean("Remainders", false);
   EXPECT_EQ(cleaner.cleanup_amount(), 320 + 1'000 + 30'000'000);
 }
 
@@ -75,7 +75,7 @@ TEST(ChosenAmount, does_not_let_what_counts_nothing_stand_for_what_is_in_it) {
     return LargeFile::init_with_file_url(ada.url(path), "", size, "");
   };
   const CleanerEntry entries[] = {row("ada/a.pkg", 0), row("ada/a.pkg/in", 7), row("ada/a.pkg", 7)};
-  const ChosenAmount amount(entries, ada.platform.measurer);
+  const ChosenAmount amount(entries, ada.measurer);
   EXPECT_EQ(amount.amount(std::span(entries).first(2)), 7) << "an installer that is a folder counts nothing";
   EXPECT_EQ(amount.amount(entries), 7);
 }
@@ -89,7 +89,7 @@ TEST(CleanedAmount, is_what_this_run_took_and_what_is_not_there_any_more) {
     std::vector<Removal> removals;
     for (const std::int64_t each : bytes) removals.push_back({.attempted = true, .error = {}, .bytes = each});
     removals.resize(urls.size(), {.attempted = true, .error = std::make_error_code(std::errc::io_error)});
-    return cleaned_amount(counted, ada.platform.measurer, left_of(ada.platform.files, urls, removals), removals);
+    return cleaned_amount(counted, ada.measurer, left_of(ada.files, urls, removals), removals);
   };
   EXPECT_EQ(cleaned(2'000, {9'000, 9'000, 9'000}), 1'470) << "what came back, each byte of it once";
   EXPECT_EQ(cleaned(2'000, {40, 2}), 42) << "others have taken the rest";

@@ -39,7 +39,7 @@ TEST(Cleaner, counts_the_categories_that_are_switched_on) {
       {"LargeFiles", &Cleaner::large_files_item}};
   TestPlatform ada;
   Engine of(ada);
-  AppSettings& settings = ada.platform.app_settings;
+  AppSettings& settings = ada.settings;
   std::int64_t bytes = 1;
   for (const auto& [setting, item] : items) {
     settings.set_boolean(setting, true);

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 
+#include "platform/platform.h"
 #include "tests/engine/test_engine.h"
 
 namespace tarnby {
@@ -30,7 +31,7 @@ struct FullHome {
   }
 
   void switch_all(bool is_on) {
-    for (const auto& category : cleanup_categories()) ada.platform.app_settings.set_boolean(category.setting, is_on);
+    for (const auto& category : cleanup_categories()) ada.settings.set_boolean(category.setting, is_on);
   }
 
   /// Runs, and tells which categories have lost their file.
@@ -62,7 +63,7 @@ TEST(Cleanup, removes_the_categories_that_are_switched_on_and_never_downloads) {
   EXPECT_EQ(cleaner.wasCleaned, 1'000);
 
   home.switch_all(true);
-  home.ada.platform.app_settings.set_boolean("Mails", false);
+  home.ada.settings.set_boolean("Mails", false);
   cleaner.browser_item->size = 0;
   EXPECT_EQ(cleaner.beCleaned(), 10 + 20 + 30 + 60 + 70 + 80);
   EXPECT_THAT(home.run(), ElementsAre("Caches", "Logs", "Remainders", "Trash", "LargeFiles"));

@@ -26,10 +26,10 @@ std::string list_of(const char* body) {
 struct Screen {
   Screen() {
     ada.tree.file("helper").folder("support").file("ada/a & b").file("ada/b");
-    ada.platform.app_settings.store().set("helper_url", ada.tree.path("helper"));
-    ada.platform.app_settings.store().set("application_support_url", ada.tree.path("support"));
+    ada.settings.store().set("helper_url", ada.tree.path("helper"));
+    ada.settings.store().set("application_support_url", ada.tree.path("support"));
     for (const char* name : {"cleaned_view_controller", "cleanup_with_file_exist"}) {
-      ada.platform.notifications.add_observer(name, [this, name] { posted.emplace_back(name); });
+      ada.notifications.add_observer(name, [this, name] { posted.emplace_back(name); });
     }
     of.cleaner.remainder_urls = {ada.url("ada/b"), ada.url("ada/a & b"), ada.url("ada/\xff"), ada.url("ada/\x01")};
   }

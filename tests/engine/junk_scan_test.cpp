@@ -60,7 +60,7 @@ TEST(JunkScan, fills_six_categories_and_counts_absent_clients_of_earlier_scans_a
   EXPECT_EQ(cleaner.apps_junk_size, 5 + 16 + 1 + 224);
   EXPECT_EQ(cleaner.media_junk_size, 768 + 10);
   EXPECT_EQ(cleaner.browser_item->string_size, "224 bytes");
-  EXPECT_TRUE(ada.platform.app_settings.boolean("Mozilla"));
+  EXPECT_TRUE(ada.settings.boolean("Mozilla"));
 
   for (const char* gone : {"ada/Library", "ada/.Trash"}) std::filesystem::remove_all(ada.tree.path(gone));
   ada.tree.file(chrome + "Application Cache/x", 1000).file(chrome + "Local Storage/x", 1);

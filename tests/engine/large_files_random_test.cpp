@@ -115,7 +115,7 @@ TEST(LargeFiles, of_any_home_are_those_that_a_walk_entry_by_entry_finds) {
     }
     ada.tree.link("ada/link.app", any_of(folders));
     test::Engine of(ada);
-    Reading reading{of.cleaner, ada.platform.text};
+    Reading reading{of.cleaner, ada.text};
     for (const char* which : {"first", "second, which begins with the memory of the first"}) {
       of.cleaner.search_large_files_with_complete_handler([](const auto&, const auto&, auto) {});
       reading.search();

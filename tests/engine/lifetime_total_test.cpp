@@ -4,6 +4,7 @@
 
 #include <limits>
 
+#include "platform/platform.h"
 #include "tests/support/test_platform.h"
 
 namespace tarnby {
@@ -14,14 +15,14 @@ TEST(LifetimeTotal, adds_to_what_is_on_the_disk_by_then_and_is_there_at_once) {
   PlainMainQueue queue;
   Platform other(ada.platform.session, nullptr, queue);
   EXPECT_EQ(add_to_lifetime_total(other.app_settings, 5), 5);
-  EXPECT_EQ(add_to_lifetime_total(ada.platform.app_settings, 10), 15) << "another process added meanwhile";
-  EXPECT_EQ(add_to_lifetime_total(ada.platform.app_settings, most), most) << "no more than can be counted";
+  EXPECT_EQ(add_to_lifetime_total(ada.settings, 10), 15) << "another process added meanwhile";
+  EXPECT_EQ(add_to_lifetime_total(ada.settings, most), most) << "no more than can be counted";
   Platform next(ada.platform.session, nullptr, queue);
   EXPECT_EQ(next.app_settings.integer("TotallyCleaned"), most);
 
-  ada.platform.app_settings.set_integer("TotallyCleaned", -7);
-  EXPECT_EQ(ada.platform.app_settings.integer("TotallyCleaned"), 0) << "nobody cleans less than nothing";
-  EXPECT_EQ(add_to_lifetime_total(ada.platform.app_settings, 5), 5);
+  ada.settings.set_integer("TotallyCleaned", -7);
+  EXPECT_EQ(ada.settings.integer("TotallyCleaned"), 0) << "nobody cleans less than nothing";
+  EXPECT_EQ(add_to_lifetime_total(ada.settings, 5), 5);
 }
 
 }  // namespace tarnby

@@ -155,8 +155,8 @@ TEST(LookProblem, without_handles_nothing_is_clean_and_nothing_left_over_that_so
         EXPECT_TRUE(item.size >= 10 || told(category.setting)) << category.setting << " is not empty";
       }
       raise_handle_limit();
-      for (const auto& category : cleanup_categories()) ada.platform.app_settings.set_boolean(category.setting, false);
-      ada.platform.app_settings.set_boolean("Remainders", true);
+      for (const auto& category : cleanup_categories()) ada.settings.set_boolean(category.setting, false);
+      ada.settings.set_boolean("Remainders", true);
       of.cleaner.cleanup_with_complete_handler([] {});
       EXPECT_TRUE(ada.tree.exists(library + "Preferences/com.here.tool.plist")) << "nor does a removal run take it";
       ada.tree.file(library + "Caches/org.gone.tool/x", 10);

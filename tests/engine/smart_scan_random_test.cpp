@@ -61,7 +61,7 @@ struct Reading {
   }
 
   void group(Rows rows, bool sorted, bool also_empty) {
-    const auto before = [&](const auto& a, const auto& b) { return ada.platform.text.compare(a.first, b.first) < 0; };
+    const auto before = [&](const auto& a, const auto& b) { return ada.text.compare(a.first, b.first) < 0; };
     if (sorted) std::stable_sort(rows.begin(), rows.end(), before);
     for (const auto& [label, paths] : rows) {
       std::int64_t bytes = 0;

@@ -31,7 +31,7 @@ TEST(SmartScan, of_an_empty_home_has_all_groups_and_tells_every_step) {
     const Cleaner& cleaner = of.cleaner;
     Texts posted;
     for (const std::string& name : notifications) {
-      ada.platform.notifications.add_observer(name, [&posted, name] { posted.push_back(name); });
+      ada.notifications.add_observer(name, [&posted, name] { posted.push_back(name); });
     }
     of.cleaner.smart_clean_with_complete_handler([&] {
       EXPECT_TRUE(cleaner.search_is_complete);
@@ -61,7 +61,7 @@ TEST(SmartScan, lets_the_main_thread_read_what_a_notification_says_is_finished) 
   Engine of(ada);
   std::vector<std::int64_t> seen;
   for (std::size_t at = 0; at < notifications.size(); ++at) {
-    ada.platform.notifications.add_observer(notifications[at], [&, at] {
+    ada.notifications.add_observer(notifications[at], [&, at] {
       const SmartCategory& finished = smart_categories()[at];
       seen.push_back((of.cleaner.*finished.outline)->size);
       for (const CleanerEntry& entry : (of.cleaner.*finished.item)->items) EXPECT_FALSE(test::label_of(entry).empty());
@@ -83,7 +83,7 @@ TEST(SmartScan, that_is_stopped_reads_no_application_and_calls_nothing_left_over
   ada.tree.file(library + "Caches/com.gone.tool/x", 1);
   Engine of(ada);
   of.remainders.installedApplications = {ada.url(editor)};
-  ada.platform.files.stop_looking();
+  ada.files.stop_looking();
   test::OpenWatch watch(ada.tree.path(editor + "/Contents/Info.plist"));
   of.scan();
   EXPECT_THAT(of.cache.smart_caches(), IsEmpty());
@@ -92,7 +92,7 @@ TEST(SmartScan, that_is_stopped_reads_no_application_and_calls_nothing_left_over
   of.inventory.installedApplications([](bool) {});
   of.inventory.unusedApplications([](bool) {});
   EXPECT_FALSE(watch.has_seen_any());
-  ada.platform.files.look_again();
+  ada.files.look_again();
   of.scan();
   EXPECT_EQ(of.cleaner.total_smart_size, 3) << "two caches, of which one is left over";
 }

@@ -24,12 +24,12 @@ std::vector<std::string> lines(TestPlatform& ada, const std::vector<LeftEntry>& 
 }
 
 std::vector<std::string> told(TestPlatform& ada, const std::vector<Url>& urls, const std::vector<Removal>& removals) {
-  return lines(ada, left_of(ada.platform.files, urls, removals));
+  return lines(ada, left_of(ada.files, urls, removals));
 }
 
 std::vector<std::string> removed(TestPlatform& ada, const std::vector<Url>& urls) {
-  ada.platform.bookmarks.resolve_and_access(Grant::home);
-  return told(ada, urls, ada.platform.files.remove(urls));
+  ada.bookmarks.resolve_and_access(Grant::home);
+  return told(ada, urls, ada.files.remove(urls));
 }
 
 TEST(WhyLeft, tells_in_words_what_stood_in_the_way) {
@@ -56,13 +56,13 @@ TEST(WhyLeft, tells_of_mounted_disks_before_and_after_and_of_missing_permission)
   TestPlatform ada;
   ada.tree.file("ada/box/in").folder("ada/box/a disk").file("ada/locked/in").mode("ada/locked", 0555);
   const bool ran = test::with_own_mounts([&] {
-    ada.platform.bookmarks.resolve_and_access(Grant::home);
+    ada.bookmarks.resolve_and_access(Grant::home);
     const Url listed[] = {ada.url("ada/locked"), ada.url("ada/box"), ada.url("ada/box/a disk"), ada.url("ada/Library"),
                           ada.url("ada/box")};
     for (const char* point : {"ada/box/a disk", "ada/box/a disk/in it"}) {
       ASSERT_EQ(mount("none", ada.tree.folder(point).path(point).c_str(), "tmpfs", 0, nullptr), 0);
     }
-    EXPECT_THAT(lines(ada, known_to_stay(ada.platform.files, listed)),
+    EXPECT_THAT(lines(ada, known_to_stay(ada.files, listed)),
                 testing::ElementsAre("ada/box/a disk: another disk is mounted there",
                                      "ada/Library: it is never removed whole"));
     EXPECT_THAT(removed(ada, {ada.url("ada/box")}), testing::ElementsAre("ada/box: another disk is mounted there"));

@@ -82,7 +82,7 @@ TEST(Application, finds_the_icon_that_the_list_names) {
 
 /// The paths of what the inventory lists, in order.
 Paths listed(TestPlatform& ada, const std::map<const char*, std::int64_t>& settings = {}) {
-  for (const auto& [key, value] : settings) ada.platform.app_settings.set_integer(key, value);
+  for (const auto& [key, value] : settings) ada.settings.set_integer(key, value);
   Application inventory(ada.platform);
   inventory.installedApplications([](bool done) { EXPECT_TRUE(done); });
   Paths paths;

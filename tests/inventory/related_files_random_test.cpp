@@ -260,7 +260,7 @@ void check(test::TestPlatform& ada, std::uint32_t seed, const Paths& folders) {
   const ApplicationItem described = *Application(ada.platform).application(make.application());
   for (const std::string& folder : folders) make.entries(folder, described);
   const bool any = make.below(2) == 1;
-  ada.platform.app_settings.set_integer("AllowAny", any ? 1 : 2);
+  ada.settings.set_integer("AllowAny", any ? 1 : 2);
 
   ApplicationItem shown = described;
   shown.getfiles(ada.platform, [] {});
@@ -271,7 +271,7 @@ void check(test::TestPlatform& ada, std::uint32_t seed, const Paths& folders) {
   EXPECT_EQ(paths_of(removed.files), (PlainSearch{ada, described, make.login_items, any, false}.list()));
 
   const std::vector<Url> listed = removed.listed_files();
-  const std::vector<bool> refused = ada.platform.files.refuses_to_remove(listed);
+  const std::vector<bool> refused = ada.files.refuses_to_remove(listed);
   std::set<std::string> going;
   for (std::size_t at = 0; at < listed.size(); ++at) {
     EXPECT_NE(std::find(shown.files.begin(), shown.files.end(), listed[at]), shown.files.end()) << "not shown";
@@ -287,7 +287,7 @@ TEST(RelatedFiles, are_what_a_plain_reading_of_the_table_tells) {
   SCOPED_TRACE(test::how_to_repeat(seed));
   test::TestPlatform ada;
   ada.tree.folder("disk");
-  ASSERT_TRUE(ada.platform.bookmarks.store(Grant::disk, ada.url("disk")));
+  ASSERT_TRUE(ada.bookmarks.store(Grant::disk, ada.url("disk")));
   Paths all;
   for (unsigned round = 0; round < std::size(plain_rows) + 12 && !HasFailure(); ++round) {
     const PlainRow* alone = round < std::size(plain_rows) ? &plain_rows[round] : nullptr;

@@ -74,8 +74,8 @@ TEST(RelatedFiles, are_found_at_the_real_path_where_a_disk_has_a_link_to_its_var
                                             "disk/private/var/db/com.example.db"};
     for (const std::string& path : found) ada.tree.file(path);
     ada.tree.file("disk/private/var/db/other");
-    ASSERT_TRUE(ada.platform.bookmarks.store(Grant::disk, ada.url("disk")));
-    ada.platform.app_settings.set_integer("AllowAny", 1);
+    ASSERT_TRUE(ada.bookmarks.store(Grant::disk, ada.url("disk")));
+    ada.settings.set_integer("AllowAny", 1);
     const auto item = Application(ada.platform).application(ada.url("Applications/Database.app"));
     item->getfiles(ada.platform, [] {});
     auto shown = ada.relative(item->listed_files());

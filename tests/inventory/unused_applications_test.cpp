@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "inventory/application.h"
+#include "platform/platform.h"
 #include "tests/support/test_platform.h"
 
 namespace tarnby {
@@ -68,7 +69,7 @@ TEST(UnusedApplications, were_neither_opened_nor_changed_for_thirty_days) {
 
 TEST(UnusedApplications, are_one_item_for_all_copies_of_an_identifier) {
   TestPlatform ada;
-  ASSERT_TRUE(ada.platform.bookmarks.store(Grant::applications, ada.url("ada/Applications")));
+  ASSERT_TRUE(ada.bookmarks.store(Grant::applications, ada.url("ada/Applications")));
   add(ada, "ada/Downloads/Z.app", "com.example.z", 50 * day);
   add(ada, "ada/Applications/z.app", "com.example.z", 60 * day);
   add(ada, "ada/Desktop/more/Z2.app", "com.example.z");

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include "platform/platform.h"
 #include "tests/support/test_platform.h"
 
 namespace tarnby {

@@ -44,10 +44,10 @@ TEST(FullDiskAccess, tells_by_the_file_of_its_version_and_writes_down_only_what_
       };
       put("ada/Library/Safari/CloudTabs.db", c.newer_mode);
       put("ada/Library/Safari/Bookmarks.plist", c.older_mode);
-      ada.platform.app_settings.set_boolean("PrivacyFullDisk", before);
+      ada.settings.set_boolean("PrivacyFullDisk", before);
       test::as_plain_user(ada.tree, [&] {
         EXPECT_EQ(FullDiskAccess(ada.platform, c.version).test(), c.access);
-        EXPECT_EQ(ada.platform.app_settings.boolean("PrivacyFullDisk"), before ? c.from_true : c.from_false);
+        EXPECT_EQ(ada.settings.boolean("PrivacyFullDisk"), before ? c.from_true : c.from_false);
       });
     }
   }
@@ -66,7 +66,7 @@ TEST(FullDiskAccess, has_the_user_asked_for_each_personal_folder_once) {
   test::OpenWatch photos(home + "Pictures/Photos Library.photoslibrary");
   FullDiskAccess(ada.platform, catalina).privacy_for_directories();
   EXPECT_TRUE(desktop.has_seen_any() && documents.has_seen_any() && photos.has_seen_any());
-  EXPECT_TRUE(ada.platform.app_settings.boolean("PrivacyAccess")) << "although there are no Downloads";
+  EXPECT_TRUE(ada.settings.boolean("PrivacyAccess")) << "although there are no Downloads";
 }
 
 TEST(FullDiskAccess, knows_a_file_in_a_folder_that_is_guarded_as_well) {
@@ -74,7 +74,7 @@ TEST(FullDiskAccess, knows_a_file_in_a_folder_that_is_guarded_as_well) {
   ada.tree.folder("ada/Library/Safari/CloudTabs.db").folder("ada/Guarded/x").mode("ada/Guarded", 0);
   EXPECT_EQ(FullDiskAccess(ada.platform, catalina).test(), DiskAccess::unknown) << "a folder is no probe";
   test::as_plain_user(ada.tree, [&] {
-    EXPECT_EQ(ada.platform.files.readability(ada.url("ada/Guarded/x/y")), Readability::absent) << "not even told of";
+    EXPECT_EQ(ada.files.readability(ada.url("ada/Guarded/x/y")), Readability::absent) << "not even told of";
   });
 }
 

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "leftovers/remainders.h"
+#include "platform/platform.h"
 #include "tests/support/test_platform.h"
 
 namespace tarnby {

@@ -7,6 +7,7 @@
 #include <random>
 #include <set>
 
+#include "platform/platform.h"
 #include "tests/support/seed.h"
 #include "tests/support/test_platform.h"
 
@@ -103,7 +104,7 @@ TEST(Remainders, gives_orphans_what_the_rule_says_whatever_the_names) {
     std::set<std::string> met;
     std::vector<Url> entries;
     for (const std::string& place : places) {
-      const auto listed = ada.platform.files.list_urls(ada.url(top + place));
+      const auto listed = ada.files.list_urls(ada.url(top + place));
       entries.insert(entries.end(), listed.begin(), listed.end());
     }
     for (const Url& orphan : entries) {

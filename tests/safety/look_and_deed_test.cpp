@@ -103,7 +103,7 @@ TEST(BetweenLookAndDeed, what_was_found_is_known_however_it_was_found) {
     if (url.is_within(ada.url("ada"))) found.push_back(url);
   }
   EXPECT_EQ(found.size(), 6U);
-  for (const Url& url : found) EXPECT_EQ(url.listed_kind(), ada.platform.files.status(url).kind) << url.path();
+  for (const Url& url : found) EXPECT_EQ(url.listed_kind(), ada.files.status(url).kind) << url.path();
 }
 
 }  // namespace

@@ -4,7 +4,10 @@
 #include <sys/stat.h>
 
 #include <cerrno>
+#include <stdexcept>
 #include <system_error>
+
+#include "platform/platform.h"
 
 namespace tarnby::test {
 
@@ -19,7 +22,14 @@ Session session_of_ada(const TempTree& tree, std::string_view home) {
 }  // namespace
 
 TestPlatform::TestPlatform(Grants grants, std::string_view home)
-    : platform(session_of_ada(tree, home), nullptr, main_queue) {
+    : own_(std::make_unique<Platform>(session_of_ada(tree, home), nullptr, main_queue)),
+      platform(*own_),
+      settings(platform.app_settings),
+      bookmarks(platform.bookmarks),
+      files(platform.files),
+      measurer(platform.measurer),
+      notifications(platform.notifications),
+      text(platform.text) {
   platform.now = [] { return standing_clock; };
   tree.folder(home).folder("Applications");
   if (grants == Grants::none) return;
@@ -27,6 +37,8 @@ TestPlatform::TestPlatform(Grants grants, std::string_view home)
                       platform.bookmarks.store(Grant::applications, tree.url("Applications"));
   if (!stored) throw std::runtime_error("test platform: the grants could not be stored");
 }
+
+TestPlatform::~TestPlatform() = default;
 
 TestPlatform& TestPlatform::application(std::string_view path, const BundleValues& values, ListForm form) {
   tree.content(std::string(path) + "/Contents/Info.plist", info_list(values, form));

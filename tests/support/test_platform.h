@@ -1,14 +1,24 @@
 #pragma once
 
+#include <memory>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "platform/platform.h"
+#include "files/file_manager.h"
+#include "files/measurer.h"
+#include "platform/app_settings.h"
+#include "platform/bookmarks.h"
+#include "platform/notification_center.h"
 #include "tests/support/hand_main_queue.h"
 #include "tests/support/temp_tree.h"
+#include "text/text.h"
 #include "tools/bundle_files.h"
+
+namespace tarnby {
+class Platform;
+}  // namespace tarnby
 
 namespace tarnby::test {
 
@@ -24,10 +34,25 @@ class TestPlatform {
 
   /// @param home the home folder, for a test that wants it elsewhere; it and Applications are granted as asked.
   explicit TestPlatform(Grants grants = Grants::both, std::string_view home = "ada");
+  ~TestPlatform();
+  TestPlatform(const TestPlatform&) = delete;
+  TestPlatform& operator=(const TestPlatform&) = delete;
 
   TempTree tree;
   HandMainQueue main_queue;
-  Platform platform;
+
+ private:
+  std::unique_ptr<Platform> own_;
+
+ public:
+  Platform& platform;
+  // Its parts, for a test that needs nothing else of it.
+  AppSettings& settings;
+  Bookmarks& bookmarks;
+  FileManager& files;
+  Measurer& measurer;
+  NotificationCenter& notifications;
+  const Text& text;
 
   Url url(std::string_view path) const { return tree.url(path); }
 

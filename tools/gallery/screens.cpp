@@ -19,6 +19,7 @@
 #include "app/smart/smart_clean_view_controller.h"
 #include "app/smart/smart_cleanup_view_controller.h"
 #include "app/smart/smart_scan_view_controller.h"
+#include "platform/platform.h"
 #include "tools/gallery/stage.h"
 
 namespace tarnby {

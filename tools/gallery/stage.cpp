@@ -9,6 +9,7 @@
 #include <optional>
 
 #include "engine/smart_selection.h"
+#include "platform/platform.h"
 #include "tools/bundle_files.h"
 
 namespace tarnby {

@@ -9,6 +9,7 @@
 #include "app/parts/app_context.h"
 #include "app/parts/screen_catalogue.h"
 #include "tests/support/hand_animation_clock.h"
+#include "text/localization.h"
 #include "ui/background_view.h"
 
 namespace tarnby {
