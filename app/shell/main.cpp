@@ -17,6 +17,7 @@
 #include "app/parts/app_context.h"
 #include "app/shell/cleaner_window_controller.h"
 #include "app/shell/command_line.h"
+#include "app/shell/end_signals.h"
 #ifdef __APPLE__
 #include "app/desktop/macos_workspace.h"
 #else
@@ -136,6 +137,8 @@ int run_window(QApplication& application, const CommandLine& line) {
     ask_portal_for_stillness(application);
 #endif
   });
+  // Nobody is asked, as where the window is closed: who ends a session does not wait for an answer.
+  const EndSignals end_signals([] { QApplication::exit(); });
   const int status = QApplication::exec();
   delegate.applicationWillTerminate();
   context.end();
