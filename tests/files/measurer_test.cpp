@@ -96,7 +96,7 @@ TEST(Measurer, sums_stay_at_the_greatest_count) {
   if (!ran) GTEST_SKIP() << "this system permits no mounts";
 }
 
-TEST(Measurer, a_session_measures_each_folder_once) {
+TEST(Measurer, a_size_memory_measures_each_folder_once) {
   for (const Team& team : teams) {
     SCOPED_TRACE(team.why());
     TempTree tree;

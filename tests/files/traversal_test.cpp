@@ -31,10 +31,10 @@ using test::Team;
 using test::teams;
 using test::TempTree;
 
-/// Enters everything and keeps book on what it is told, holding the traversal to its promises on the way.
-class Diary : public TraversalJob {
+/// Enters every folder, records what it is called with, and checks the contract of the traversal on the way.
+class RecordingJob : public TraversalJob {
  public:
-  explicit Diary(bool keeps_handles = false) : keeps_(keeps_handles) {}
+  explicit RecordingJob(bool keeps_handles = false) : keeps_(keeps_handles) {}
 
   void visit(const TraversedFolder& folder, int /*handle*/, std::span<const RawEntry> entries,
              FoldersToEnter& enter) override {
@@ -81,9 +81,9 @@ class Diary : public TraversalJob {
   std::map<std::string, int> below_;
 };
 
-void traverse(const Team& team, Diary& diary, const std::string& start) {
+void traverse(const Team& team, RecordingJob& job, const std::string& start) {
   const TraversalStart starts[] = {{start, 7}};
-  Traversal(team.workers, team.handles).run(diary, starts);
+  Traversal(team.workers, team.handles).run(job, starts);
 }
 
 TEST(Traversal, sees_each_entry_once_and_leaves_each_folder_after_what_it_holds) {
@@ -108,10 +108,10 @@ TEST(Traversal, sees_each_entry_once_and_leaves_each_folder_after_what_it_holds)
   for (const Team& team : {Team{1, 0}, Team{8, 0}, Team{1, 16}, Team{8, 16}, Team{1, 1}, Team{8, 3}}) {
     for (const bool keeps : {false, true}) {
       SCOPED_TRACE(team.why());
-      Diary diary(keeps);
-      traverse(team, diary, tree.path());
-      EXPECT_TRUE(diary.seen == all);
-      EXPECT_TRUE(diary.left == folders);
+      RecordingJob job(keeps);
+      traverse(team, job, tree.path());
+      EXPECT_TRUE(job.seen == all);
+      EXPECT_TRUE(job.left == folders);
     }
   }
 }
@@ -121,20 +121,20 @@ TEST(Traversal, goes_back_up_only_to_the_folder_it_came_through) {
     SCOPED_TRACE(leads_away ? "the way up leads away" : "the whole way was moved");
     TempTree tree;
     tree.file("top/a/b/1/x/y/seen").file("top/a/b/2/x/y/seen").file("canary/1/x/y/no").file("canary/2/x/y/no");
-    Diary diary(true);
-    diary.moves = true;
+    RecordingJob job(true);
+    job.moves = true;
     bool moved = false;
-    diary.on_visit = [&](const TraversedFolder& folder) {
+    job.on_visit = [&](const TraversedFolder& folder) {
       if (moved || folder.name() != "y") return;
       moved = true;
       const std::string way = folder.parent()->parent()->path();
       std::filesystem::rename(leads_away ? way : tree.path("top/a/b"), tree.path("canary/moved"));
     };
-    traverse({1, 1}, diary, tree.path("top"));
+    traverse({1, 1}, job, tree.path("top"));
     EXPECT_TRUE(moved);
-    EXPECT_EQ(diary.seen.size(), leads_away ? 7U : 10U) << "no more of it, or all of it, wherever it is";
-    EXPECT_THAT(diary.seen, testing::Each(testing::Not(testing::EndsWith("no"))));
-    EXPECT_EQ(diary.left.size(), leads_away ? 7U : 9U) << "what was to be entered is left";
+    EXPECT_EQ(job.seen.size(), leads_away ? 7U : 10U) << "no more of it, or all of it, wherever it is";
+    EXPECT_THAT(job.seen, testing::Each(testing::Not(testing::EndsWith("no"))));
+    EXPECT_EQ(job.left.size(), leads_away ? 7U : 9U) << "what was to be entered is left";
   }
 }
 
@@ -142,10 +142,10 @@ TEST(Traversal, takes_more_workers_than_cores_once_they_wait) {
   constexpr std::size_t most = 8;
   TempTree tree;
   for (int i = 0; i < 40; ++i) tree.file(std::to_string(i) + "/x");
-  struct Waiting final : Diary {
+  struct Waiting final : RecordingJob {
     void visit(const TraversedFolder& folder, int handle, std::span<const RawEntry> entries,
                FoldersToEnter& enter) override {
-      Diary::visit(folder, handle, entries, enter);
+      RecordingJob::visit(folder, handle, entries, enter);
       std::unique_lock lock(mutex);
       for (int i = 0; i < 20; ++i) came.wait_for(lock, std::chrono::microseconds(50));
       if (++visits < most) return;  // the others stay until so many are at work
@@ -157,9 +157,9 @@ TEST(Traversal, takes_more_workers_than_cores_once_they_wait) {
     std::condition_variable came;
     std::size_t visits = 0;
     std::set<std::thread::id> workers;
-  } diary;
-  traverse({0, 0}, diary, tree.path());
-  EXPECT_GE(diary.workers.size(), most);
+  } job;
+  traverse({0, 0}, job, tree.path());
+  EXPECT_GE(job.workers.size(), most);
 }
 
 TEST(Traversal, its_end_cancels_what_is_running_and_leaves_what_was_entered) {
@@ -167,49 +167,49 @@ TEST(Traversal, its_end_cancels_what_is_running_and_leaves_what_was_entered) {
   for (int i = 0; i < 50; ++i) tree.folder("top/" + std::to_string(i) + "/x");
   for (const Team& team : teams) {
     SCOPED_TRACE(team.why());
-    Diary diary;
+    RecordingJob job;
     std::latch arrived(1);
     bool first = true;
-    diary.on_visit = [&](const TraversedFolder&) {
+    job.on_visit = [&](const TraversedFolder&) {
       if (!std::exchange(first, false)) return;
       arrived.count_down();
-      while (!diary.cancelled()) std::this_thread::yield();
+      while (!job.cancelled()) std::this_thread::yield();
     };
     {
       Traversal traversal(team.workers, team.handles);
       const TraversalStart starts[] = {{tree.path("top"), 0}};
-      traversal.start(diary, starts, Traversal::Priority::last);
+      traversal.start(job, starts, Traversal::Priority::last);
       arrived.wait();
     }
-    EXPECT_LT(diary.left.size(), 101U) << "not everything was visited";
-    EXPECT_TRUE(diary.left.contains(tree.path("top")));
-    for (const auto& [path, error] : diary.left) EXPECT_TRUE(error == 0 || error == ECANCELED) << path;
+    EXPECT_LT(job.left.size(), 101U) << "not everything was visited";
+    EXPECT_TRUE(job.left.contains(tree.path("top")));
+    for (const auto& [path, error] : job.left) EXPECT_TRUE(error == 0 || error == ECANCELED) << path;
   }
 }
 
 TEST(Traversal, without_memory_for_a_folder_tells_so_and_goes_on_with_the_others) {
   TempTree tree;
   for (const char* path : {"top/a/x/y", "top/short/x/y", "top/b/short/x", "top/c/x"}) tree.folder(path);
-  struct Short final : Diary {
-    using Diary::Diary;
+  struct Short final : RecordingJob {
+    using RecordingJob::RecordingJob;
     void visit(const TraversedFolder& folder, int handle, std::span<const RawEntry> entries,
                FoldersToEnter& enter) override {
-      if (folder.name() != "short") return Diary::visit(folder, handle, entries, enter);
+      if (folder.name() != "short") return RecordingJob::visit(folder, handle, entries, enter);
       enter.add(entries.front().name, 0);
       throw std::bad_alloc();
     }
     Descriptor open_below(int parent, const TraversedFolder& folder) override {
       if (folder.name() == "c") throw std::bad_alloc();
-      return Diary::open_below(parent, folder);
+      return RecordingJob::open_below(parent, folder);
     }
   };
   for (const bool keeps_handles : {false, true}) {
     for (const Team& team : teams) {
       SCOPED_TRACE(team.why());
-      Short diary(keeps_handles);
-      traverse(team, diary, tree.path("top"));
+      Short job(keeps_handles);
+      traverse(team, job, tree.path("top"));
       std::map<std::string, int> left;
-      for (const auto& [path, error] : diary.left) left[path.substr(tree.path().size() + 1)] = error;
+      for (const auto& [path, error] : job.left) left[path.substr(tree.path().size() + 1)] = error;
       EXPECT_THAT(left, testing::UnorderedElementsAre(
                             std::pair("top", 0), std::pair("top/a", 0), std::pair("top/a/x", 0),
                             std::pair("top/a/x/y", 0), std::pair("top/b", 0), std::pair("top/c", ENOMEM),

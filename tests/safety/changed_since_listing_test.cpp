@@ -12,7 +12,7 @@ namespace {
 namespace fs = std::filesystem;
 
 /// What happens to a home after it was looked at, and what the removal of everything that was shown must leave then.
-TEST(BetweenLookAndDeed, what_was_shown_goes_as_it_is_and_what_became_something_else_stays) {
+TEST(ChangedSinceListing, what_was_shown_goes_as_it_is_and_what_became_something_else_stays) {
   struct Case {
     const char* why;
     std::function<void(TempTree&)> change;
@@ -86,7 +86,7 @@ TEST(BetweenLookAndDeed, what_was_shown_goes_as_it_is_and_what_became_something_
   }
 }
 
-TEST(BetweenLookAndDeed, what_was_found_is_known_however_it_was_found) {
+TEST(ChangedSinceListing, what_was_found_is_known_however_it_was_found) {
   TestPlatform ada;
   ada.application("Applications/Editor.app", "com.acme.editor");
   ada.tree.file("ada/Movies/big.mov", 20'000'000).file("ada/Library/Preferences/com.acme.editor.plist", 1);

@@ -63,7 +63,7 @@ Removal removed(FileManager& files, const Url& url, const RemovalOptions& option
   return files.remove({&url, 1}, options).front();
 }
 
-class Misfortune : public testing::Test {
+class SystemFailure : public testing::Test {
  protected:
   void TearDown() override {
     untold_folder.clear();
@@ -73,7 +73,7 @@ class Misfortune : public testing::Test {
   FileManager files{1};
 };
 
-TEST_F(Misfortune, where_the_identity_cannot_be_told_nothing_goes) {
+TEST_F(SystemFailure, where_the_identity_cannot_be_told_nothing_goes) {
   tree.file("grant/t/sub/file").file("grant/file").file("other/file");
   ASSERT_TRUE(files.granted().add(Grant::applications, tree.url("grant")));
   untold_folder = tree.path("other");
@@ -88,7 +88,7 @@ TEST_F(Misfortune, where_the_identity_cannot_be_told_nothing_goes) {
   EXPECT_TRUE(tree.exists("other/file") && tree.exists("grant/file") && tree.exists("grant/t/sub/file"));
 }
 
-TEST_F(Misfortune, a_folder_that_fills_or_handles_that_run_out_meanwhile_get_another_attempt) {
+TEST_F(SystemFailure, a_folder_that_fills_or_handles_that_run_out_meanwhile_get_another_attempt) {
   rlimit enough = {};
   ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &enough), 0);
   const rlimit none = {3, enough.rlim_max};
@@ -116,7 +116,7 @@ TEST_F(Misfortune, a_folder_that_fills_or_handles_that_run_out_meanwhile_get_ano
   }
 }
 
-TEST_F(Misfortune, where_a_sandbox_refuses_to_open_carefully_another_disk_is_still_not_entered) {
+TEST_F(SystemFailure, where_a_sandbox_refuses_to_open_carefully_another_disk_is_still_not_entered) {
   tree.folder("grant/t/disk").file("grant/t/file");
   const bool ran = test::with_own_mounts([&] {
     ASSERT_EQ(mount("none", tree.path("grant/t/disk").c_str(), "tmpfs", 0, nullptr), 0);
@@ -138,7 +138,7 @@ int refusal(long result) {
   return result < 0 ? errno : 0;
 }
 
-TEST_F(Misfortune, what_a_thread_gave_up_the_kernel_refuses) {
+TEST_F(SystemFailure, what_a_thread_gave_up_the_kernel_refuses) {
   tree.file("grant/sub/1").file("settings/list").file("outside/1").folder("grant/empty").link("grant/link", "nowhere");
   const auto at = [&](const char* path) { return tree.path(path); };
   bool has_given_up = false;
@@ -171,7 +171,7 @@ TEST_F(Misfortune, what_a_thread_gave_up_the_kernel_refuses) {
 }
 
 // The guard is out of the way here: in the middle of its work the program goes for something else.
-TEST_F(Misfortune, threads_that_look_or_remove_can_do_nothing_else) {
+TEST_F(SystemFailure, threads_that_look_or_remove_can_do_nothing_else) {
   tree.file("grant/t/sub/1").file("grant/kept").file("outside/1");
   bool kernel_can = false;
   std::thread([&] { kernel_can = give_up_changing({}); }).join();
