@@ -4,23 +4,17 @@
 #include <optional>
 
 #include "cli/context.h"
+#include "text/whole_number.h"
 
 namespace tarnby::cli {
 
 namespace {
 
-std::optional<std::int64_t> whole_number(std::string_view typed) {
-  std::int64_t number = 0;
-  const char* end = typed.data() + typed.size();
-  const auto [stopped, error] = std::from_chars(typed.data(), end, number);
-  return error == std::errc() && stopped == end ? std::optional(number) : std::nullopt;
-}
-
 /// true and false as 1 and 0, or a whole number.
 std::optional<std::int64_t> typed_number(std::string_view typed) {
   if (typed == "true") return 1;
   if (typed == "false") return 0;
-  return whole_number(typed);
+  return whole_number<std::int64_t>(typed);
 }
 
 }  // namespace

@@ -53,14 +53,6 @@ constexpr std::string_view package_extensions[] = {"app",
                                                    "xcodeproj",
                                                    "xpc"};
 
-char ascii_lower(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-bool is_hidden(std::string_view name) {
-  return name.starts_with('.');
-}
-
 /// Keeps the wanted entries of a walk, with their whole paths.
 class WalkJob final : public TraversalJob {
  public:

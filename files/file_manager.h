@@ -31,6 +31,11 @@ struct Entry {
 
 /// Whether a listing or a walk takes entries whose name begins with a dot; a walk that skips them does not enter them.
 enum class Hidden { skip, take };
+/// True when the name begins with a dot.
+inline bool is_hidden(std::string_view name) {
+  return name.starts_with('.');
+}
+
 /// Whether a walk looks inside packages (bundles).
 enum class Packages { skip, enter };
 

@@ -37,10 +37,6 @@ void add_atomically(std::atomic<std::int64_t>& total, std::int64_t bytes) {
   }
 }
 
-bool is_hidden(std::string_view name) {
-  return name.starts_with('.');
-}
-
 bool has_size(EntryKind kind) {
   return kind == EntryKind::file || kind == EntryKind::link;
 }

@@ -14,14 +14,19 @@ namespace tarnby {
 /// when the name ends in a dot.
 std::string_view path_extension_of(std::string_view name);
 
+/// An ASCII letter in lower case; any other character as it is.
+constexpr char ascii_lower(char c) {
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
 /// The part of a path after its last "/".
 std::string_view last_component_of(std::string_view path);
 
 /// A location: a file URL (an absolute path, kept as the bytes the file system gave), a bare relative text (a group
 /// marker, a web address), or nothing at all.
 ///
-/// A file URL has no empty and no "." components and no "/" at its end; ".." is kept, and refused by whoever opens it.
-/// Copies are independent values; any thread may use its own.
+/// A file URL has no empty and no "." components and no "/" at its end; ".." is kept; functions that open a location
+/// refuse it. Copies are independent values; any thread may use its own.
 class Url {
  public:
   /// Nowhere: not a file URL, and whatever is appended to it stays nowhere.
@@ -51,14 +56,14 @@ class Url {
   /// True when this location is `folder` or lies below it, by the components of the two paths.
   bool is_within(const Url& folder) const;
 
-  /// The same location, found by a listing that met an entry of this kind there. Not part of what a location is: it
-  /// counts in no comparison, and what is made of the location does not have it.
+  /// This location with the kind of entry that a listing found there, which a removal compares with what is there by
+  /// then. The kind takes no part in comparisons, and `appending`, `parent` and Url::file(path()) drop it.
   Url listed_as(EntryKind kind) const {
     Url url = *this;
     url.listed_kind_ = kind;
     return url;
   }
-  /// `none` when no listing has found it.
+  /// EntryKind::none when this location does not come from a listing.
   EntryKind listed_kind() const { return listed_kind_; }
 
   friend bool operator==(const Url& a, const Url& b) { return a.text_ == b.text_; }

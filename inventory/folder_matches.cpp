@@ -104,7 +104,7 @@ class Plan {
       const Url begun = Url::file(path);
       // Walks skip what is hidden: a search that begins in a hidden folder is a start of its own.
       const std::string_view name = begun.last_path_component();
-      if (begun.parent() == folder && begun != folder && !name.starts_with('.')) names.emplace_back(name);
+      if (begun.parent() == folder && begun != folder && !is_hidden(name)) names.emplace_back(name);
     }
     for (const std::string& name : names) {
       if (here.special_entries.contains(name)) continue;
@@ -138,7 +138,7 @@ class SearchJob final : public TraversalJob {
     const FolderTask& task = plan_.task(folder.tag());
     Batch batch;
     for (const RawEntry& entry : entries) {
-      if (entry.name.starts_with('.')) continue;
+      if (is_hidden(entry.name)) continue;
       const auto special =
           task.special_entries.empty() ? task.special_entries.end() : task.special_entries.find(entry.name);
       const bool is_special = special != task.special_entries.end();

@@ -18,6 +18,7 @@
 
 #include "text/property_list_readers.h"
 #include "text/text.h"
+#include "text/whole_number.h"
 
 namespace tarnby {
 
@@ -36,15 +37,6 @@ std::string_view trimmed(std::string_view text) {
 
 bool is_blank(std::string_view text) {
   return trimmed(text).empty();
-}
-
-/// All of `text` as a whole number, or none.
-std::optional<std::uint64_t> whole_number(std::string_view text, int base) {
-  std::uint64_t value{};
-  const char* end = text.data() + text.size();
-  const auto [stop, error] = std::from_chars(text.data(), end, value, base);
-  if (error != std::errc{} || stop != end) return std::nullopt;
-  return value;
 }
 
 /// While it lives this thread reads and writes numbers with a point, whatever the user's locale. Not every C++ library
@@ -105,7 +97,7 @@ std::optional<PropertyList> integer_from(std::string&& text) {
   const bool hexadecimal = digits.starts_with("0x") || digits.starts_with("0X");
   if (hexadecimal) digits.remove_prefix(2);
   const int base = hexadecimal ? 16 : 10;
-  const auto size = whole_number(digits, base);
+  const auto size = whole_number<std::uint64_t>(digits, base);
   const auto value = size ? with_sign(*size, negative) : std::nullopt;
   return value ? PropertyList(*value) : large_number(digits, base, negative);
 }
@@ -140,7 +132,7 @@ std::optional<PropertyList> date_from(std::string&& text) {
   const std::string_view date = trimmed(text);
   if (!has_form(date, "0000-00-00T00:00:00Z")) return std::nullopt;
   const auto part = [date](std::size_t start, std::size_t length) {
-    return static_cast<unsigned>(whole_number(date.substr(start, length), 10).value_or(0));
+    return static_cast<unsigned>(whole_number<std::uint64_t>(date.substr(start, length)).value_or(0));
   };
   const chrono::year_month_day day(chrono::year(static_cast<int>(part(0, 4))), chrono::month(part(5, 2)),
                                    chrono::day(part(8, 2)));

@@ -3,6 +3,7 @@
 #include <cstring>
 #include <iterator>
 
+#include "files/url.h"
 #include "text/text_parts.h"
 
 namespace tarnby {
@@ -11,10 +12,6 @@ namespace {
 
 constexpr bool is_ascii(char c) {
   return static_cast<unsigned char>(c) < 0x80;
-}
-
-constexpr char ascii_lower(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c | 0x20) : c;
 }
 
 /// Appends the ASCII that `text` begins with, in lower case, and gives its length.
