@@ -6,10 +6,11 @@
 
 namespace tarnby {
 
-// Rights that the kernel takes away for good. What this program never does it is unable to do then, also where a fault
-// of ours, or somebody who makes use of one, would have it done.
+// Rights that the kernel takes away for good: what this program never has to do it then cannot do, not even when a
+// fault in it is exploited.
 
-/// What a thread may go on changing. Folders are meant as they are open, wherever they are moved to.
+/// The folders in which a thread keeps the right to change something. Each is the folder that the handle is open to,
+/// wherever it is moved.
 struct MayChange {
   /// Below these, entries may be removed; nothing may be made or written.
   std::vector<Descriptor> removing;
@@ -17,12 +18,12 @@ struct MayChange {
   std::vector<Descriptor> writing;
 };
 
-/// Takes the right to remove, make and write anything else from the calling thread and from all that it starts from now
-/// on. Reading is as before, and so is what is open already; threads that run already keep their rights. False where
-/// the kernel has no such thing (on Linux see landlock(7)) or refuses it: then all is as before.
+/// Takes the right to remove, make and write anything else from the calling thread and from all threads that it starts
+/// from now on. Reading stays allowed, and so does writing to files that are open already. Other threads keep their
+/// rights. False, and nothing is changed, when the kernel cannot do this (on Linux see landlock(7)) or refuses.
 bool give_up_changing(const MayChange& but);
 
-/// Likewise the right to make sockets that are not local (unix(7), seccomp(2)).
+/// Takes the right to make sockets that are not local (unix(7), seccomp(2)), likewise.
 bool give_up_network();
 
 }  // namespace tarnby

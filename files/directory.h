@@ -15,7 +15,7 @@
 
 namespace tarnby {
 
-/// What makes an entry the same one as before: its file system and its number there (inode(7)).
+/// Recognises an entry, whatever its path: its file system and its number there (inode(7)).
 struct Identity {
   dev_t device = 0;
   ino_t number = 0;
@@ -28,11 +28,11 @@ struct Status {
   /// Logical length in bytes of a file or of a link's own text; 0 for everything else.
   std::int64_t size = 0;
   Identity identity;
-  /// Why nothing is told (errno(3)); 0 when something is.
+  /// Why the other fields are empty (errno(3)); 0 when they are filled.
   int error = 0;
 };
 
-/// One entry as a folder gives it. `name` is followed by a NUL and lives until the reader reads again.
+/// One entry as a folder lists it. `name` is followed by a NUL and valid until the reader's next `read`.
 struct RawEntry {
   std::string_view name;
   EntryKind kind;
@@ -46,20 +46,20 @@ class DirectoryReader {
   DirectoryReader(const DirectoryReader&) = delete;
   DirectoryReader& operator=(const DirectoryReader&) = delete;
 
-  /// The next entries of the folder, in the order in which the file system gives them. Empty at the end, and when it
-  /// cannot be read (getdents64(2)), see `error`. Their kinds are all told; an entry whose kind nobody tells is
-  /// missing.
+  /// The next entries of the folder, in the order in which the file system lists them. Empty at the end, and when the
+  /// folder cannot be read (getdents64(2)), see `error`. Each has a kind; an entry whose kind cannot be found out is
+  /// left out.
   std::span<const RawEntry> read(int folder);
 
-  /// Why something is missing in what the last call gave (errno(3)), else 0. EIO when it could not read on, whatever
-  /// the system said: an open folder may be read.
+  /// Why the last `read` is incomplete (errno(3)), else 0. Every failure to read on is EIO: a folder that could be
+  /// opened may be read, so it is no lack of permission.
   int error() const { return error_; }
 
-  /// True when the last batch filled the buffer well enough that another one is likely to follow.
+  /// True when the last batch filled the buffer so far that another one is likely to follow.
   bool likely_more() const { return likely_more_; }
 
  private:
-  /// What stands under a name, where the file system does not tell it with the name.
+  /// The kind of an entry, for file systems that do not list it with the name.
   EntryKind ask_kind(int folder, const char* name);
 
   std::unique_ptr<char[]> buffer_;
@@ -68,19 +68,19 @@ class DirectoryReader {
   bool likely_more_ = false;
 };
 
-/// A handle for looking up entries below a folder, not for reading it. A link in its place is not followed. Empty when
-/// it cannot be opened; errno(3) tells why.
+/// A path handle of a folder: for looking up entries below it, not for listing it. A link of that name is not followed.
+/// Empty when it cannot be opened; errno(3) says why.
 Descriptor open_path_handle_at(int parent, const char* name);
 
-/// The same, through a link if one stands there: only for what lies above a granted folder.
+/// The same, following a link of that name: only for what lies above a granted folder.
 Descriptor open_path_handle_following(int parent, const char* name);
 
-/// A handle for reading a folder's entries; a link in its place is not followed. Where the system permits it, reading
-/// leaves the access time alone, here and in files.
+/// A handle for listing a folder; a link of that name is not followed. Where the system permits it, listing does not
+/// change the access times of the folder and of the files in it. Empty when it cannot be opened; errno(3) says why.
 Descriptor open_folder_at(int parent, const char* name);
 
-/// open_path_handle_at and open_folder_at for a path of several names, in one step: a link anywhere in it is not
-/// followed, and nothing that is not below `parent` is reached. Empty with ENOSYS where the system has no such step.
+/// open_path_handle_at and open_folder_at for a path of several names, with one system call. No link in the path is
+/// followed, and nothing outside `parent` is reached. Empty with ENOSYS where the system has no such call.
 Descriptor open_path_handle_beneath(int parent, const char* path);
 Descriptor open_folder_beneath(int parent, const char* path);
 
@@ -90,32 +90,33 @@ Descriptor open_folder_on_same_mount(int parent, const char* name);
 /// A handle for reading a plain file. Links are not followed; a FIFO or a device never makes it wait.
 Descriptor open_file_at(int parent, const char* name);
 
-/// A handle for writing a plain file, which is made, for this user alone, when there is none. Likewise.
+/// A handle for writing a plain file, likewise. When there is none it is made, readable for this user only.
 Descriptor open_file_for_writing_at(int parent, const char* name);
 
 /// Makes a folder for this user alone; false when something stands there that is no folder, or it cannot be made.
 bool make_folder_at(int parent, const char* name);
 
-/// What stands under a name in an open folder.
+/// What an open folder holds under a name; a link itself, not what it points to.
 Status status_at(int parent, const char* name);
 
-/// The length in bytes of the file or link that stands there; 0 for anything else. -1 when that cannot be told, be it
-/// that nothing is there; errno(3) tells why.
+/// The length in bytes of a file or of a link's own text; 0 for other entries. -1 when that cannot be found out, also
+/// because there is no such entry; errno(3) says why.
 std::int64_t size_at(int parent, const char* name);
 
-/// What an open handle stands for.
+/// What an open handle is open to.
 Status status_of(int handle);
 
-/// True when both are known to lie in one file system.
+/// True when both handles are known to be open to entries of one file system.
 bool on_same_device(int handle, int other);
 
-/// Renames an entry and never replaces another; false with EEXIST when there is something under the new name.
+/// Renames an entry without replacing another: false with EEXIST when the new name is taken. False with another
+/// errno(3) when it cannot be renamed.
 bool rename_to_free_name(const std::string& from, const std::string& to);
 
-/// How many removals at once serve the file system best that holds this folder.
+/// How many removals at once are fastest on the file system that holds this folder.
 unsigned removal_threads_for(int folder);
 
-/// How often the calling thread has had to wait since it began: until a disk was read, and until anything happened.
+/// How often the calling thread has had to wait since it began: for a disk, and for anything at all.
 struct ThreadWaits {
   long for_disk = 0;
   long for_anything = 0;
@@ -128,7 +129,7 @@ void raise_handle_limit();
 /// How many handles this process may hold open.
 std::size_t handle_limit();
 
-/// How many more it may open now. Counted only where the limit is low enough to matter.
+/// How many more it may open now; counted only when the limit is low, else the limit itself.
 std::size_t spare_handles();
 
 }  // namespace tarnby

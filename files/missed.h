@@ -9,18 +9,18 @@ namespace tarnby {
 
 class TraversedFolder;
 
-// How it is known that a look told less than there is
+// How a caller learns that a result is incomplete
 //
-// Looks report no failure: what cannot be read is empty. But whoever says "there is nothing here" or "this belongs to
-// nobody" must know whether it was seen at all. So whatever looks notes what it missed, and a watch on the same thread
-// hears of it:
+// Listing, walking and measuring report no failure: what cannot be read is empty. A caller that concludes "there is
+// nothing here" or "no application owns this" must know whether it was seen at all. So every function that looks notes
+// what it missed, and a LookWatch on the same thread collects the notes:
 //
 //     LookWatch watch;
 //       files.list(a)      b may not be read            noted as refused, at a/b
 //       measurer.size(c)   no handle left for c/d/e     noted as failed, at c/d/e, when the size is asked for
 //     watch.missed()       both
 //
-// What is not there was not missed.
+// An entry that does not exist is not missed.
 
 /// What an error (errno(3)) means for a look.
 enum class LookError {
@@ -36,13 +36,13 @@ enum class LookError {
 
 LookError look_error(int error);
 
-/// What one or several looks missed. Of the places where something failed it keeps the first in the order of a walk,
-/// so that two runs tell the same.
+/// What one or several looks missed. Of several locations it keeps the first in the order of a walk, so that two runs
+/// over the same disk report the same.
 struct Missed {
   bool stopped = false;
   /// Where access was refused.
   std::optional<Url> refused;
-  /// Where the disk or the system failed; nowhere when there was not even the memory to tell.
+  /// Where the disk or the system failed; an empty Url when there was no memory to store the location.
   std::optional<Url> failed;
 
   bool anything() const { return stopped || refused || failed; }
@@ -54,10 +54,11 @@ struct Missed {
 void note_missed(int error, const Url& location);
 void note_missed(const Missed& missed);
 
-/// Hears what the looks of its thread miss while it lives. They nest: what one hears, those around it hear at its end.
+/// Collects what is missed on its thread while it exists. Watches nest: at its end a watch passes its notes to the one
+/// around it.
 class LookWatch {
  public:
-  /// `here` when what is missed matters to nobody around.
+  /// `here` keeps the notes from the watches around this one.
   enum class Tells { everybody, here };
 
   explicit LookWatch(Tells tells = Tells::everybody);
@@ -76,10 +77,10 @@ class LookWatch {
   Missed missed_;
 };
 
-/// What the workers of a traversal miss, for the thread that waits for them. Any thread may call.
+/// Collects what the workers of a traversal miss, for the thread that waits for them. Any thread may call.
 class MissedByWorkers {
  public:
-  /// What could not be read of a folder.
+  /// Notes that a folder, or something in it, could not be read.
   void note(int error, const TraversedFolder& folder) noexcept;
   Missed missed() const;
 

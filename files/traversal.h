@@ -19,7 +19,7 @@
 
 namespace tarnby {
 
-// The one traversal. Everything that walks, measures or removes is a TraversalJob run by a Traversal.
+// The one traversal: everything that walks, measures or removes is a TraversalJob run by a Traversal.
 //
 // A worker takes a folder, opens it from its parent's handle, reads a batch of entries and gives them to the job, which
 // says which of the folders among them to enter; those go on top of a common stack, so that the walk goes deep before
@@ -37,20 +37,22 @@ namespace tarnby {
 
 class TraversalJob;
 
-/// A folder that a traversal is in. Lives from before its opening until after its leaving.
+/// A folder that a traversal is in. It exists from the moment it is to be entered until its `leave` has returned; then
+/// the traversal deletes it.
 class TraversedFolder {
  public:
   TraversedFolder(const TraversedFolder&) = delete;
   TraversedFolder& operator=(const TraversedFolder&) = delete;
 
-  /// Null at the place where the traversal started.
+  /// Null for a folder in which the traversal started.
   TraversedFolder* parent() const { return parent_; }
-  /// Its name in its parent; the whole path where the traversal started.
+  /// Its name in its parent; the whole path of a folder in which the traversal started.
   const std::string& name() const { return name_; }
+  /// Built anew from the names of all folders above.
   std::string path() const;
   /// A number that the job chose when it named this folder, to find its own data for it again.
   std::size_t tag() const { return tag_; }
-  /// Why it could not be opened, or not be read to its end (errno(3)); 0 when it was.
+  /// Why it could not be opened or read to its end (errno(3)); 0 without an error. Final when `leave` is called.
   int error() const { return error_.load(std::memory_order_relaxed); }
 
  private:
@@ -66,14 +68,15 @@ class TraversedFolder {
   std::uint32_t depth_;  // below the start; 0 there
   int handle_ = -1;
   std::atomic<int> error_{0};
-  /// Whoever is at work in this folder, and its children that have not been left.
+  /// Reference count: the workers in this folder and the children that have not been left. At 0 the folder is left and
+  /// deleted, and its parent loses one user.
   std::atomic<std::uint32_t> users_{1};
-  /// The same, counting children only until they no longer need this folder's handle: until they are open, or, where
-  /// the job keeps handles, until they are left.
+  /// Reference count of `handle_`: the workers in this folder and the children that still need the handle. A child
+  /// needs it until it is open, or, where the job keeps handles, until it is left. At 0 the handle is closed.
   std::atomic<std::uint32_t> handle_users_{1};
 };
 
-/// The folders of one batch that a job wants to enter.
+/// Collects the folders of one batch that a job wants to enter.
 class FoldersToEnter {
  public:
   /// `name` is a folder of that batch; `tag` is what TraversedFolder::tag tells the job of it from then on.
@@ -87,35 +90,37 @@ class FoldersToEnter {
   std::vector<std::unique_ptr<TraversedFolder>> found_;
 };
 
-/// What is done along one traversal. The functions are called by several workers at once, also for one folder. Where
-/// `visit` or an opening runs out of memory, the folder's error is ENOMEM, and none of the folders are entered that
-/// this batch has named; `leave` must do without.
+/// What is done along one traversal. Several workers call its functions at once, also for the same folder. When `visit`
+/// or an opening throws std::bad_alloc, the folder's error becomes ENOMEM and the folders that this batch has named are
+/// not entered. `leave` must not throw.
 class TraversalJob {
  public:
   virtual ~TraversalJob() = default;
 
-  /// Some entries of an open folder. Each is seen once.
+  /// Called with a batch of entries of an open folder; over all batches each entry is seen once. `entries` and their
+  /// names are valid until it returns.
   virtual void visit(const TraversedFolder& folder, int handle, std::span<const RawEntry> entries,
                      FoldersToEnter& enter) = 0;
 
-  /// Everything below the folder is done, or it could not be opened (see error). `parent_handle` is open when
-  /// keeps_handles() and there is a parent, else -1.
+  /// Called once for each folder, when everything below it is done or it could not be opened (see error).
+  /// `parent_handle` is the parent's handle when keeps_handles() and there is a parent, else -1.
   virtual void leave(const TraversedFolder& folder, int parent_handle);
 
-  /// Opens a folder in which a traversal starts.
+  /// Opens a folder in which a traversal starts; empty, with errno(3) set, when that fails.
   virtual Descriptor open_start(const TraversedFolder& folder) = 0;
 
-  /// Opens a folder below another; jobs that delete are stricter than those that look.
+  /// Opens a folder below another, likewise. Jobs that remove are stricter than those that look.
   virtual Descriptor open_below(int parent, const TraversedFolder& folder);
 
   /// True when a folder's handle must stay open until its children have been left, not only opened.
   virtual bool keeps_handles() const { return false; }
 
-  /// Where a tree is deep, does `work`, which goes through all that is below an open folder, on a thread that suits the
-  /// job better than the calling one, and returns when it is over. False, and nothing done, when there is none.
+  /// Called for the lower part of a deep tree: runs `work`, which goes through everything below the open folder, on a
+  /// thread that suits the job better than the calling one, and returns when it is over. False, and `work` is not
+  /// called, when there is no such thread.
   virtual bool run_apart(int folder, const std::function<void()>& work);
 
-  /// True when nothing is lost by ending it before its time: a job that only looks.
+  /// True for jobs that only read: Traversal::stop_looking cancels them.
   virtual bool only_looks() const { return true; }
 
   /// Visits nothing more. Any thread may call, at any time.
@@ -134,9 +139,9 @@ struct TraversalStart {
   std::size_t tag = 0;
 };
 
-/// The workers. Any thread may start jobs and wait for them; workers are made when there is work for them: at first one
-/// a core, and more whenever one had to wait for the disk. When the system gives none, whoever starts a job does its
-/// work.
+/// The workers. Any thread may start jobs and wait for them. Threads are made when there is work: at first one for each
+/// core, and more whenever one had to wait for the disk. When the system gives no thread, the caller of `start` does
+/// the work itself before it returns.
 class Traversal {
  public:
   /// @param workers how many folders are read at once, from the start; 0 chooses for this machine and its disk.
@@ -152,7 +157,7 @@ class Traversal {
 
   enum class Priority { now, last };
 
-  /// Begins a job at one or more places; returns at once where there are workers. The job must live until `wait` has
+  /// Begins a job in one or more folders; returns at once where there are workers. The job must live until `wait` has
   /// returned for it.
   /// @param priority `now` goes before everything that waits, `last` behind the starts of other jobs.
   void start(TraversalJob& job, std::span<const TraversalStart> starts, Priority priority);

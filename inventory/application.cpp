@@ -57,8 +57,9 @@ bool contains(std::string_view text, std::string_view part) {
   return text.find(part) != std::string_view::npos;
 }
 
-/// Whether an application stays in the list when those of the operating system are left out. The nesting is meant as it
-/// is: the last test can only meet an identifier of the developer tools.
+/// Whether an application stays in the list when those of the operating system are left out. The rows apply in order,
+/// so the last one sees identifiers of the developer tools only. Pinned by
+/// Application.leaves_out_the_systems_own_applications_unless_asked_for_them.
 bool is_kept(const std::string& identifier) {
   if (contains(identifier, "com.apple.iTunes")) return true;
   if (contains(identifier, "iWork")) return true;

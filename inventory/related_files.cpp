@@ -42,7 +42,7 @@ void normalise(ApplicationItem& item) {
 void add_office_identifiers(const FileManager& files, const Url& applications, ApplicationItem& item) {
   if (item.bundle == "com.microsoft.Word") item.optional_bundle = "com.microsoft.Office";
   if (item.bundle->find("com.microsoft") == std::string::npos) return;
-  // One that may be there keeps what it shares.
+  // An application that may be there keeps the shared folder, also when it cannot be looked at.
   const auto is_there = [&](std::string_view name) {
     const Status status = files.status(applications.appending(name));
     return status.kind != EntryKind::none || look_error(status.error) != LookError::none;
@@ -51,13 +51,15 @@ void add_office_identifiers(const FileManager& files, const Url& applications, A
   if (installed == 1) item.optional_developer_id = "UBF8T346G9";
 }
 
-/// A record that went through here before has the stand-in for its company already.
+/// The key made of the company name. On a second pass over a record `company_name` already holds the placeholder, which
+/// is no key.
 std::string company_key_of(const ApplicationItem& item) {
   if (item.company_name == no_company) return {};
   return upper_first(lower_case(*item.company_name));
 }
 
-/// The label's letters. The range from "A" to "z" also has the six characters between "Z" and "a", which is meant.
+/// The label's letters: the bytes from "A" to "z", thus also the six characters [ \ ] ^ _ ` between "Z" and "a". Pinned
+/// by RelatedFiles.are_what_a_plain_reading_of_the_table_tells.
 std::string name_key_of(const ApplicationItem& item) {
   std::string key = item.label;
   std::erase_if(key, [](char c) { return c < 'A' || c > 'z'; });

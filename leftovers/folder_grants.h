@@ -14,7 +14,7 @@ enum class GrantFault {
   none,
   /// Nothing is stored, or the folder is gone.
   missing,
-  /// It is not the folder that is meant.
+  /// It is not the folder that this grant stands for.
   other_folder,
   /// It is named as the home folder is, but belongs to another user.
   other_owner,
@@ -29,7 +29,7 @@ struct GrantState {
   /// The name that such a folder must have; empty when any will do.
   std::string expected_name;
   GrantFault fault = GrantFault::missing;
-  /// The folder is there and is the one that is meant.
+  /// The folder exists and is the one that this grant stands for.
   bool is_valid = false;
   /// The system wants the user to be asked again some day; until then the grant serves.
   bool is_stale = false;

@@ -32,9 +32,9 @@ bool is_kept(std::string_view name) {
          std::end(kept_names);
 }
 
-/// How often a localisation folder is listed. The tests are independent and look at the whole name, so that a name may
-/// meet several, also by accident: "Portuguese.lproj" holds "es". Both are meant, and so is that nothing with "en" in
-/// it is listed for its first two characters.
+/// How often a localisation folder is listed: once for each test it meets. Each test looks at the whole name, so a name
+/// can meet two by accident ("Portuguese.lproj" contains "es"), and a name that contains "en" is never listed for its
+/// first two characters. Pinned by LanguagePackages.are_what_the_tests_meet_each_as_often_as_they_meet_it.
 int times_listed(std::string_view name, const Codes& spoken) {
   const FoldedText folded(name);
   const auto holds = [&](std::string_view code) { return folded.contains(FoldedText(code)); };

@@ -40,7 +40,9 @@ std::string owner_name(const Url& entry, macos_home::NamedBy named_by) {
   return {};
 }
 
-/// The system's own names are never leftovers. "Apple" with a capital does not count as one of them, which is meant.
+/// True when a name may be the identifier of a removed application: two dots or more, and not one of the system's own,
+/// which contain "apple" in lower case. "Apple" with a capital is a name like others; pinned by
+/// Remainders.takes_names_that_look_like_identifiers_and_that_nobody_owns.
 bool may_be_identifier(std::string_view name) {
   return name.find("apple") == std::string_view::npos && std::count(name.begin(), name.end(), '.') >= 2;
 }

@@ -54,7 +54,8 @@ class Remainders {
   std::vector<Url> unusedApps;
   std::vector<Url> unusedApplications;
   RemainderItems remaindersItems;
-  /// Bytes. Never reset, which is meant: each `smart_remianders` adds to what the one before left.
+  /// Bytes. Never reset: each `smart_remianders` adds its sum to that of the searches before it. People read the sum of
+  /// the listed entries instead.
   std::int64_t totalRemaidersSize = 0;
 
   /// Every leftover file or folder, orphan by orphan. Looks for applications itself, at the top of Documents and

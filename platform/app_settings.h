@@ -51,8 +51,9 @@ class AppSettings {
   SettingsStore& store() { return store_; }
   const SettingsStore& store() const { return store_; }
 
-  /// Writes the launch defaults of the seven category flags. Written, not registered: what the user chose on a category
-  /// screen lasts only until the next launch, and that is meant.
+  /// Writes the launch defaults of the seven category flags over what is stored: what the user chose on a category
+  /// screen lasts until the next launch, so that no launch begins with a forgotten choice. Pinned by
+  /// AppSettings.a_launch_is_counted_and_forgets_the_choice_of_categories.
   void initialize_applications_settings();
 
   /// The settings side of a launch, in order: the category flags, "appLaunchCount" + 1, "UOLaunchCount" + 1 unless

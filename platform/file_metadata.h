@@ -8,7 +8,7 @@
 
 namespace tarnby {
 
-/// Moments of an application's life, in whole seconds.
+/// A point in time, in whole seconds.
 using Moment = std::chrono::sys_seconds;
 
 /// What a metadata index would tell of an application. Without such an index, the file system's own times stand in:

@@ -6,14 +6,14 @@
 
 namespace tarnby {
 
-/// A picture that is told, not loaded: whoever paints it loads it then, so that no scan decodes an icon.
+/// Names a picture without loading it. It is loaded when it is painted, so that no scan decodes an icon.
 struct Image {
   enum class Kind { none, named, icon_of_path, file };
 
   Kind kind = Kind::none;
   /// The resource's name, for `named`.
   std::string name;
-  /// The entry whose icon is meant, or the image file, for the other two.
+  /// For `icon_of_path` the entry whose icon it is, for `file` the image file.
   Url url;
 
   static Image named(std::string resource) { return {Kind::named, std::move(resource), {}}; }

@@ -9,11 +9,11 @@ class LoginItems {
  public:
   virtual ~LoginItems() = default;
 
-  /// From now on the program of this identifier ("org.example.helper") starts at every login, or no more. False when
-  /// that could not be brought about; everything is as before then. Any thread may call.
+  /// Makes the program of this identifier ("org.example.helper") start at every login from now on, or no longer. False,
+  /// and nothing is changed, when that fails. Any thread may call.
   virtual bool set_enabled(std::string_view identifier, bool enabled) = 0;
 
-  /// Whether the program of this identifier is there to be started. Any thread may call; folders are looked at.
+  /// Whether the program of this identifier is installed. Looks into folders. Any thread may call.
   virtual bool is_installed(std::string_view identifier) const = 0;
 };
 

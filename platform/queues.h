@@ -11,7 +11,7 @@
 
 namespace tarnby {
 
-/// The queue of the main thread. What is handed to it runs there, in order, after what was handed over before.
+/// The queue of the main thread: work runs there, in the order in which it was handed over.
 class MainQueue {
  public:
   using Work = std::function<void()>;
@@ -21,12 +21,12 @@ class MainQueue {
   /// Hands work over and returns at once. Any thread may call.
   virtual void async(Work work) = 0;
 
-  /// Hands work over that is to run once this much time has passed; what is due at the same moment runs in the order in
+  /// Hands work over that runs once this much time has passed; work that is due at the same moment runs in the order in
   /// which it was handed over. Main thread only.
   virtual void after(std::chrono::milliseconds delay, Work work) = 0;
 };
 
-/// A main queue of our own, for programs without an event loop: the thread that calls `run` is the main thread.
+/// A main queue for programs without an event loop: the thread that calls `run` is the main thread.
 class PlainMainQueue final : public MainQueue {
  public:
   void async(Work work) override;
@@ -52,7 +52,7 @@ class PlainMainQueue final : public MainQueue {
   bool quitting_ = false;
 };
 
-/// Runs work on a thread of its own, one after the other. Its end finishes it.
+/// Runs work on a thread of its own, one piece after the other. The destructor waits as `finish` does.
 class BackgroundQueue {
  public:
   using Work = std::function<void()>;
@@ -65,7 +65,7 @@ class BackgroundQueue {
   /// Hands work over and returns at once. Any thread may call.
   void async(Work work) { queue_.async(std::move(work)); }
 
-  /// Waits for what was handed over before; nothing is taken any more afterwards.
+  /// Waits until the work handed over before has run; the queue accepts no more afterwards.
   void finish();
 
  private:

@@ -37,11 +37,12 @@ class SettingsStore {
   /// what was set, and the next call tries again. True when there was nothing to write.
   virtual bool synchronize() = 0;
 
-  /// False when what the user chose is unknown, because it is there but could not be read or is no settings.
+  /// False when stored settings exist but could not be read: what the user chose is unknown then.
   virtual bool is_readable() const { return true; }
 };
 
-/// What `add` makes of the value that a key holds, if any. Less than nothing counts as nothing, and sums saturate.
+/// The value of a key after `add`. `held` is the value before, null when there is none; a negative one counts as 0. The
+/// sum saturates.
 PropertyList sum_of(const PropertyList* held, std::int64_t amount);
 
 /// A store kept in one XML property-list file.
@@ -49,17 +50,17 @@ PropertyList sum_of(const PropertyList* held, std::int64_t amount);
 /// The file is written whole to a temporary file beside it, flushed to the disk and renamed over the old one, so that a
 /// crash or a full disk at any moment leaves the old or the new content. Writers take turns on a lock file and merge
 /// only the keys they changed into what the file holds by then, so two processes that write different keys both keep
-/// their values. Nobody waits longer than three seconds for a turn; then the file stays as it is. A file that cannot be
+/// their values. A writer waits three seconds for the lock at most; then the file stays as it is. A file that cannot be
 /// parsed is set aside under its name with ".damaged" (".damaged-2" and so on when that is taken) before a new one is
 /// written. A file that is there but cannot be read is never replaced.
 ///
-/// A store that is opened nowhere, or in a place where nothing can be written, keeps its values in memory.
+/// A store without a file, or in a folder where nothing can be written, keeps its values in memory.
 std::unique_ptr<SettingsStore> open_settings_file(const Url& file);
 
-/// From now on this process hardly waits (200 ms) for others that hold its settings. A signal handler may call.
+/// From now on this process waits at most 200 ms for others that hold the settings lock. A signal handler may call.
 void hurry_settings();
 
-/// Where such a file really is, when a link stands in its place; nowhere when that cannot be told.
+/// Where the settings file really is when its path is a link; nowhere when that cannot be found out.
 Url place_of_settings(const Url& file);
 
 /// A layer over another store for one run. Keys set with `set_for_this_run` are seen instead of the store's own, and

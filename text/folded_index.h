@@ -11,22 +11,23 @@ namespace tarnby {
 
 /// Many texts that are looked for at once, where asking `FoldedText::contains` for each of them would take too long.
 ///
-/// They are sorted, and each knows the longest other one that it begins with. Of all that stand at one place of a text
-/// the longest is found by bisection, the others are those it begins with. Immutable; any thread may ask.
+/// The texts are sorted, and each refers to the longest other one that it begins with. Of all that begin at a position
+/// of the searched text, the longest is found by bisection; following its references gives the others. Immutable; any
+/// thread may call.
 class FoldedIndex {
  public:
   explicit FoldedIndex(std::vector<FoldedText> parts);
   FoldedIndex(const FoldedIndex&) = delete;
   FoldedIndex& operator=(const FoldedIndex&) = delete;
 
-  /// Which of the parts the text contains, by their places in the list that was given, each once, in ascending order:
+  /// Which of the parts the text contains, by their indices in the list that was given, each once, in ascending order:
   /// those for which `text.contains(part)` holds. The time it takes grows with the text, not with the number of parts.
   std::vector<std::size_t> parts_in(const FoldedText& text) const;
 
  private:
   struct Part {
     std::string_view bytes;
-    /// Its position in the list that was given.
+    /// Its index in the list that was given.
     std::size_t position;
     /// The last one before it that it begins with, equal ones among them; `none` when there is none.
     std::size_t beginning;
@@ -40,7 +41,7 @@ class FoldedIndex {
   std::vector<FoldedText> texts_;
   /// In byte order.
   std::vector<Part> parts_;
-  /// Whether any part begins with these two bytes: most places of a text need no look at the parts.
+  /// Whether any part begins with these two bytes: at most positions of a text the parts need no look.
   std::bitset<1U << 16U> heads_;
 };
 

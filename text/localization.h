@@ -13,8 +13,8 @@
 
 namespace tarnby {
 
-/// Marks a text that stands in a table of the program and is looked up elsewhere, so that the texts people read can be
-/// found in the sources.
+/// Marks a text in a table of the program that is translated where it is shown, so that a test can find it in the
+/// sources. Returns it unchanged.
 constexpr const char* english(const char* text) {
   return text;
 }
@@ -37,7 +37,7 @@ class Localization {
   static Localization for_languages(std::span<const std::string> preferred, const Url& folder);
 
   /// What a table holds: a property list, a dictionary of texts, or of dictionaries of the forms of a plural by their
-  /// category, "other" being the one that takes the place of any that is not there. None for anything but a dictionary;
+  /// category; "other" stands in for each that is missing. None for anything but a dictionary;
   /// entries of other kinds are left out.
   static std::optional<Table> read_table(std::string_view bytes);
 

@@ -70,7 +70,7 @@ class Text {
   /// not UTF-8 compare as U+FFFD.
   int compare(std::string_view a, std::string_view b) const;
 
-  /// The places of the texts in the order of `compare`; equal ones keep the order they had.
+  /// The indices of the texts in the order of `compare`; equal ones keep the order they had.
   std::vector<std::size_t> order_of(const std::vector<std::string>& texts) const;
 
   /// A byte count for people, decimal units: "Zero KB", "1 byte", "999 bytes", "12 KB", "1.5 MB", "2.25 GB". Halves
