@@ -160,7 +160,8 @@ Side limit(const char* work, const char* threads, const std::vector<std::string>
 /// Removes the same from copies of the home, one a side, which are made anew for each round. The whole command searches
 /// first and measures, which the others do not.
 void compare_removal(const Home& home, const std::string& folder, int rounds) {
-  const std::vector<std::string> copies = {folder + "/ours", folder + "/limit", folder + "/theirs", folder + "/whole"};
+  const std::vector<std::string> copies = {folder + "/ours", folder + "/limit", folder + "/theirs", folder + "/whole",
+                                           folder + "/unconfined"};
   const auto measured_in = [&](const std::string& copy) {
     std::vector<std::string> folders;
     for (const std::string& measured : home.measured) folders.push_back(copy + measured.substr(home.home.size()));
@@ -168,10 +169,12 @@ void compare_removal(const Home& home, const std::string& folder, int rounds) {
   };
   const std::vector<std::string> cleanup = {"cleanup",  "Caches", "Logs",  "Remainders",
                                             "Browsers", "Mails",  "Trash", "--yes"};
-  const std::vector<Side> sides = {{"remove", joined({TARNBY_REMOVE, copies[0]}, measured_in(copies[0]))},
-                                   limit("remove", "8", measured_in(copies[1]), 0),
-                                   {"rm -rf", joined({"rm", "-rf"}, measured_in(copies[2])), 0.5},
-                                   {"cleanup", our_command(cleanup, copies[3], home.applications)}};
+  const std::vector<Side> sides = {
+      {"remove", joined({TARNBY_REMOVE, copies[0]}, measured_in(copies[0]))},
+      limit("remove", "8", measured_in(copies[1]), 0),
+      {"rm -rf", joined({"rm", "-rf"}, measured_in(copies[2])), 0.5},
+      {"cleanup", our_command(cleanup, copies[3], home.applications)},
+      {"unconfined", joined({TARNBY_REMOVE, "--unconfined", copies[4]}, measured_in(copies[4])), 1.25}};
   std::size_t prepared = 0;
   const auto prepare = [&] {
     if (prepared++ % copies.size() == 0) {
