@@ -57,20 +57,6 @@ std::optional<std::string> read_file(const std::string& path) {
   return bytes;
 }
 
-/// Which whole numbers take the form "one"; all others take "other".
-struct PluralRow {
-  std::string_view language;
-  bool zero_is_one;
-  bool one_is_one;
-};
-
-constexpr PluralRow plural_rows[] = {
-    {"fr", true, true},
-    {"ja", false, false},
-    {"zh", false, false},
-};
-constexpr PluralRow usual_plural = {"", false, true};
-
 std::string_view main_part(std::string_view language) {
   return language.substr(0, language.find('-'));
 }
@@ -150,14 +136,6 @@ std::string Localization::plural(std::int64_t count, const std::string& english_
     if (found != table_.end()) return fill(found->second, values);
   }
   return fill(count == 1 ? english_one : english_other, values);
-}
-
-std::string_view plural_category(std::string_view language, std::int64_t count) {
-  const auto* row = std::find_if(std::begin(plural_rows), std::end(plural_rows),
-                                 [&](const PluralRow& one) { return one.language == main_part(language); });
-  const PluralRow& rule = row == std::end(plural_rows) ? usual_plural : *row;
-  const bool is_one = (count == 0 && rule.zero_is_one) || (count == 1 && rule.one_is_one);
-  return is_one ? "one" : "other";
 }
 
 std::vector<std::string> tables_for_language(std::string_view language) {

@@ -60,7 +60,8 @@ class Localization {
   std::string language_;
 };
 
-/// The category of a whole number in a language, by the rules of CLDR for cardinals: "one" or "other".
+/// The category of a whole number in a language, by the rules of CLDR for cardinals: "zero", "one", "two", "few",
+/// "many" or "other". Each system has its own source of them.
 std::string_view plural_category(std::string_view language, std::int64_t count);
 
 /// The names of the tables that serve a preferred language ("de-AT": de-AT, de), best first. Chinese goes by script:
