@@ -108,14 +108,15 @@ const Text& Context::text() const {
   return platform.text;
 }
 
-std::unique_ptr<Platform> platform_for(const Invocation& asked, MainQueue& main_queue) {
+RunPlatform platform_for(const Invocation& asked, MainQueue& main_queue) {
   Session session = current_session();
   if (asked.languages) session.preferred_languages = languages_from_list(*asked.languages, ',');
   auto settings = std::make_unique<RunSettings>(open_standard_settings(session));
   if (asked.dry_run || asked.command->effect == Effect::looks) settings->keep_in_memory();
   set_folders(asked, *settings);
   set_settings(asked, *settings);
-  return std::make_unique<Platform>(std::move(session), std::move(settings), main_queue);
+  RunSettings& of_this_run = *settings;
+  return {std::make_unique<Platform>(std::move(session), std::move(settings), main_queue), of_this_run};
 }
 
 void need_folders(Context& context) {
@@ -127,12 +128,6 @@ void need_folders(Context& context) {
 
 void need_home(Context& context) {
   need_folder(context, folder_rows[0]);
-}
-
-void set_for_this_run(Context& context, std::string_view key, PropertyList value) {
-  // platform_for has made it so.
-  auto& settings = dynamic_cast<RunSettings&>(context.settings().store());
-  settings.set_for_this_run(key, std::move(value));
 }
 
 bool given_for_this_run(const Invocation& asked, std::string_view key) {

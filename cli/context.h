@@ -30,6 +30,8 @@ struct Context {
   std::ostream& out;
   std::ostream& err;
   Platform& platform;
+  /// The platform's settings, to which values can be given that hold for this run.
+  RunSettings& run_settings;
   PlainMainQueue& main_queue;
   bool out_is_terminal;
   bool err_rewrites_lines;
@@ -45,9 +47,15 @@ struct Context {
   const Text& text() const;
 };
 
+/// The platform of one run, and its settings, which the platform owns.
+struct RunPlatform {
+  std::unique_ptr<Platform> platform;
+  RunSettings& settings;
+};
+
 /// Makes this process's platform for this run: folders and settings given on the command line stand before the stored
 /// ones, and nothing of that is stored. Throws CommandError when what was given is no use.
-std::unique_ptr<Platform> platform_for(const Invocation& asked, MainQueue& main_queue);
+RunPlatform platform_for(const Invocation& asked, MainQueue& main_queue);
 
 /// True when an option gives this setting a value of its own for this run.
 bool given_for_this_run(const Invocation& asked, std::string_view key);
@@ -57,9 +65,6 @@ bool given_for_this_run(const Invocation& asked, std::string_view key);
 void need_folders(Context& context);
 /// The same for the home folder alone.
 void need_home(Context& context);
-
-/// Gives a setting a value for this run, which is not stored.
-void set_for_this_run(Context& context, std::string_view key, PropertyList value);
 
 /// An absolute path for one typed by a person, by the current folder; nowhere when that cannot be told.
 Url typed_path(const std::string& text);

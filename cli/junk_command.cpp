@@ -63,7 +63,7 @@ void switch_categories(Context& context, std::span<const std::string_view> named
   if (named.empty()) return need_settings(context);
   for (const CleanupCategory& category : cleanup_categories()) {
     const bool is_named = std::find(named.begin(), named.end(), category.setting) != named.end();
-    set_for_this_run(context, category.setting, is_named);
+    context.run_settings.set_for_this_run(category.setting, is_named);
   }
 }
 

@@ -33,11 +33,13 @@ void hold_standard_handles() {
 
 ExitStatus run_command(const Invocation& asked) {
   static PlainMainQueue main_queue;  // lives as long as the shared platform, which posts to it
-  Platform::set_shared(platform_for(asked, main_queue));
+  RunPlatform made = platform_for(asked, main_queue);
+  Platform::set_shared(std::move(made.platform));
   Context context{asked,
                   std::cout,
                   std::cerr,
                   Platform::shared(),
+                  made.settings,
                   main_queue,
                   isatty(STDOUT_FILENO) != 0,
                   rewrites_lines(),

@@ -136,9 +136,10 @@ TEST(Interrupt, during_a_removal_finishes_the_entry_in_hand_and_reports) {
   asked.applications = tree.path("Applications");
   asked.dry_run = true;  // keeps the settings out of it
   PlainMainQueue queue;
-  const auto platform = cli::platform_for(asked, queue);
+  const cli::RunPlatform made = cli::platform_for(asked, queue);
+  const auto& platform = made.platform;
   std::ostringstream out;
-  cli::Context context{asked, out, out, *platform, queue, false, false, false};
+  cli::Context context{asked, out, out, *platform, made.settings, queue, false, false, false};
   cli::need_folders(context);
 
   const Url urls[] = {tree.url("home/.Trash/1"), tree.url("home/.Trash/2")};
