@@ -21,7 +21,7 @@ Groups named_groups(const Context& context) {
 
 std::vector<CleaningPart> parts_of(const Cleaner& cleaner, const Groups& groups) {
   std::vector<CleaningPart> parts;
-  for (const SmartCategory& category : smart_categories()) {
+  for (const Category& category : smart_categories()) {
     if (std::find(groups.begin(), groups.end(), category.type) == groups.end()) continue;
     for (const CleanerEntry& entry : (cleaner.*category.item)->items) {
       const auto locations = locations_of(entry);

@@ -3,12 +3,35 @@
 #include <algorithm>
 
 #include "cli/commands.h"
+#include "engine/categories.h"
 
 namespace tarnby::cli {
 
 namespace {
 
 constexpr std::size_t any_number = SIZE_MAX;
+
+/// A line for each of these categories: its name and what is in it.
+std::string lines_of(std::span<const Category> rows, std::string_view Category::*name) {
+  constexpr std::size_t help_begins = 12;
+  std::string lines;
+  for (const Category& row : rows) {
+    lines += "  ";
+    lines += row.*name;
+    lines.append(help_begins - (row.*name).size(), ' ');
+    lines += row.help;
+    lines += '\n';
+  }
+  return lines;
+}
+
+std::string groups() {
+  return lines_of(smart_categories(), &Category::type);
+}
+
+std::string categories() {
+  return lines_of(junk_categories(), &Category::setting);
+}
 
 constexpr CommandRow commands[] = {
     {"scan", "", 0, 0, Effect::looks, run_scan, "Look for what can be removed and show it by group",
@@ -23,14 +46,8 @@ Example:
      R"(What is removed does not go to the Trash: it is gone. You are asked first.
 
 Groups:
-  caches      what applications put aside to be faster, and make again
-  logs        what applications wrote down about their work
-  remainders  files of applications that are no longer installed
-  browsers    caches and stored site data of Chrome, Firefox and Safari
-  mails       attachments that mail programs have saved
-  installs    installers in Downloads, Desktop, Documents, Application Support
-  trash       what is in the Trash
-Without a group: all seven.
+)",
+     groups, R"(Without a group: all seven.
 
 Example:
   tarnby-cleaner-cli clean --dry-run       see what would go
@@ -49,13 +66,8 @@ Example:
      R"(What is removed does not go to the Trash: it is gone. You are asked first.
 
 Categories:
-  Caches      what applications put aside to be faster, and make again
-  Logs        what applications wrote down about their work
-  Remainders  files of applications that are no longer installed
-  Browsers    caches and stored site data of Chrome, Firefox and Safari
-  Mails       attachments that mail programs have saved
-  Trash       what is in the Trash
-Without a category: those that the settings of these names switch on.
+)",
+     categories, R"(Without a category: those that the settings of these names switch on.
 
 Example:
   tarnby-cleaner-cli cleanup --dry-run       see what would go

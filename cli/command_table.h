@@ -28,8 +28,11 @@ struct CommandRow {
   Effect effect;
   ExitStatus (*run)(Context& context);
   std::string_view summary;
-  /// The rest of its help, in lines of at most 80 columns.
+  /// The rest of its help, in lines of at most 80 columns: `details`, what `list` makes unless it is null, and what
+  /// follows that.
   std::string_view details;
+  std::string (*list)() = nullptr;
+  std::string_view after_list = {};
 };
 
 /// An option, and where what it says goes.

@@ -83,6 +83,8 @@ std::string command_help(const CommandRow& row) {
   text += row.summary;
   text += ".\n";
   text += row.details;
+  if (row.list != nullptr) text += row.list();
+  text += row.after_list;
   add_own_options(text, row);
   if (row.effect == Effect::removes) {
     text += "\nOptions of commands that remove:\n";

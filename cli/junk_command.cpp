@@ -21,7 +21,7 @@ void run_junk_scan(Context& context, Cleaner& cleaner) {
 
 Json json_categories(const Cleaner& cleaner) {
   Json categories = Json::array();
-  for (const CleanupCategory& category : junk_categories()) {
+  for (const Category& category : junk_categories()) {
     const CleanerItem& item = *(cleaner.*category.item);
     categories.push_back({{"key", category.setting},
                           {"size", item.size},
@@ -34,11 +34,12 @@ Json json_categories(const Cleaner& cleaner) {
 
 Json json_clients(const Cleaner& cleaner) {
   Json clients = Json::array();
-  for (const CleanupCategory& category : junk_categories()) {
-    for (const std::string_view type : client_types(category)) {
-      const auto client = cleaner.client_record(type);
+  for (const Category& category : junk_categories()) {
+    if (category.clients == nullptr) continue;
+    for (const ClientRow& row : category.clients()) {
+      const auto& client = cleaner.*row.item;
       if (!client) continue;
-      clients.push_back({{"type", type}, {"size", client->size}, {"paths", json_paths(client->files)}});
+      clients.push_back({{"type", row.type}, {"size", client->size}, {"paths", json_paths(client->files)}});
     }
   }
   return clients;
@@ -46,7 +47,7 @@ Json json_clients(const Cleaner& cleaner) {
 
 std::vector<std::string_view> all_category_names() {
   std::vector<std::string_view> names;
-  for (const CleanupCategory& category : junk_categories()) names.push_back(category.setting);
+  for (const Category& category : junk_categories()) names.push_back(category.setting);
   return names;
 }
 
@@ -61,15 +62,15 @@ void need_settings(const Context& context) {
 /// With categories named, exactly those are on for this run; otherwise the settings decide.
 void switch_categories(Context& context, std::span<const std::string_view> named) {
   if (named.empty()) return need_settings(context);
-  for (const CleanupCategory& category : cleanup_categories()) {
+  for (const Category& category : cleanup_categories()) {
     const bool is_named = std::find(named.begin(), named.end(), category.setting) != named.end();
     context.run_settings.set_for_this_run(category.setting, is_named);
   }
 }
 
-std::vector<CleanupCategory> switched_on(const Context& context) {
-  std::vector<CleanupCategory> categories;
-  for (const CleanupCategory& category : junk_categories()) {
+std::vector<Category> switched_on(const Context& context) {
+  std::vector<Category> categories;
+  for (const Category& category : junk_categories()) {
     if (context.settings().boolean(category.setting)) categories.push_back(category);
   }
   return categories;
@@ -106,14 +107,14 @@ ExitStatus run_cleanup(Context& context) {
   switch_categories(context, named);
   Cleaner& cleaner = Cleaner::sharedCleaner();
   run_junk_scan(context, cleaner);
-  const std::vector<CleanupCategory> categories = switched_on(context);
+  const std::vector<Category> categories = switched_on(context);
   std::vector<std::string_view> names;
   names.reserve(categories.size());
-  for (const CleanupCategory& category : categories) names.push_back(category.setting);
+  for (const Category& category : categories) names.push_back(category.setting);
   tell_problems(context, cleaner, names);
   Cleaning cleaning;
   cleaning.files = cleaner.cleanup_files();
-  for (const CleanupCategory& category : categories) {
+  for (const Category& category : categories) {
     if (!cleaner.is_switched_on(category)) continue;
     const CleanerItem& item = *(cleaner.*category.item);
     cleaning.parts.push_back({item.files, item.size});

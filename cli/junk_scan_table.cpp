@@ -9,22 +9,14 @@ namespace tarnby::cli {
 
 namespace {
 
-struct ClientsRow {
-  std::shared_ptr<CleanerItem> Cleaner::*item;
-  std::span<const ClientRow> (*clients)();
-};
-
-constexpr ClientsRow clients_rows[] = {{&Cleaner::browser_item, browser_rows}, {&Cleaner::mails_item, mail_rows}};
-
 using Rows = std::vector<std::vector<std::string>>;
 
-Rows rows_of_clients(const Text& text, const Cleaner& cleaner, std::span<const std::string_view> types) {
+Rows rows_of_clients(const Text& text, const Cleaner& cleaner, std::span<const ClientRow> clients) {
   Rows rows;
-  for (const std::string_view type : types) {
-    const auto client = cleaner.client_record(type);
-    if (client && !client->files.empty()) {
-      rows.push_back({"    " + client_name(type), text.byte_count(client->size)});
-    }
+  for (const ClientRow& row : clients) {
+    const auto& client = cleaner.*row.item;
+    if (client && !client->files.empty())
+      rows.push_back({std::string("    ") + row.name, text.byte_count(client->size)});
   }
   return rows;
 }
@@ -40,25 +32,16 @@ Rows rows_of_files(const Context& context, const Cleaner& cleaner, const Cleaner
 
 }  // namespace
 
-std::vector<std::string_view> client_types(const CleanupCategory& category) {
-  std::vector<std::string_view> types;
-  for (const ClientsRow& row : clients_rows) {
-    if (row.item != category.item) continue;
-    for (const ClientRow& client : row.clients()) types.push_back(client.type);
-  }
-  return types;
-}
-
-void print_junk_scan(Context& context, const Cleaner& cleaner, std::span<const CleanupCategory> categories) {
+void print_junk_scan(Context& context, const Cleaner& cleaner, std::span<const Category> categories) {
   const Text& text = context.text();
   Table table({Table::Align::left, Table::Align::right}, window_columns());
   std::vector<CleanerEntry> shown;
-  for (const CleanupCategory& category : categories) {
+  for (const Category& category : categories) {
     const CleanerItem& item = *(cleaner.*category.item);
     shown.emplace_back(cleaner.*category.item);
     table.heading({"  " + std::string(category.label) + "  [" + std::string(category.setting) + "]", item.string_size});
-    const auto clients = client_types(category);
-    const Rows rows = clients.empty() ? rows_of_files(context, cleaner, item) : rows_of_clients(text, cleaner, clients);
+    const Rows rows =
+        category.clients ? rows_of_clients(text, cleaner, category.clients()) : rows_of_files(context, cleaner, item);
     if (const auto problem = cleaner.problem_of(category.setting)) {
       table.line({"    " + problem_text(*problem)});
     } else if (rows.empty()) {

@@ -9,9 +9,6 @@ namespace tarnby::cli {
 
 /// Prints these categories of a junk scan with their sizes: for browsers and mail programs which there are, for the
 /// others what is in them. In a window, of a long category only the beginning.
-void print_junk_scan(Context& context, const Cleaner& cleaner, std::span<const CleanupCategory> categories);
-
-/// The types of the clients of a category in their order; none for most categories.
-std::vector<std::string_view> client_types(const CleanupCategory& category);
+void print_junk_scan(Context& context, const Cleaner& cleaner, std::span<const Category> categories);
 
 }  // namespace tarnby::cli

@@ -23,8 +23,8 @@ Json json_menu(const Cleaner& cleaner) {
 
 Json json_groups(const Cleaner& cleaner) {
   Json groups = Json::array();
-  for (const SmartCategory& category : smart_categories()) {
-    const SmartOutlineItem& row = *(cleaner.*category.outline);
+  for (const Category& category : smart_categories()) {
+    const SmartOutlineItem& row = *(cleaner.*category.smart.outline);
     Json items = Json::array();
     for (const CleanerEntry& entry : (cleaner.*category.item)->items) items.push_back(json_entry(entry));
     groups.push_back({{"type", row.type},

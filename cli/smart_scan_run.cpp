@@ -10,8 +10,6 @@ namespace tarnby::cli {
 
 namespace {
 
-constexpr std::string_view notification_start = "smart_scan_";
-
 void show_progress(Context& context, Progress& progress, std::string_view label, std::int64_t found) {
   progress.show("Scan in \"" + std::string(label) + "\"  " + context.text().byte_count(found) + " found so far");
 }
@@ -25,12 +23,12 @@ std::vector<std::string> run_smart_scan(Context& context, Cleaner& cleaner) {
   Progress progress(context);
   show_progress(context, progress, smart_categories().front().label, 0);
   std::int64_t found = 0;
-  const SmartCategory* finished = &smart_categories().front();
-  for (const SmartCategory& category : smart_categories().subspan(1)) {
-    std::string name = std::string(notification_start) + std::string(category.type);
+  const Category* finished = &smart_categories().front();
+  for (const Category& category : smart_categories().subspan(1)) {
+    std::string name = std::string(category.smart.notification);
     tokens.push_back(center.add_observer(name, [&, name, finished] {
       // The group of a finished category may be read while the scan goes on; the lists and totals still change.
-      found = add_bytes(found, (cleaner.*finished->outline)->size);
+      found = add_bytes(found, (cleaner.*finished->smart.outline)->size);
       posted.push_back(name);
       show_progress(context, progress, category.label, found);
     }));

@@ -60,7 +60,7 @@ bool is_among(std::span<const std::string_view> groups, std::string_view type) {
 
 std::vector<std::string_view> all_groups() {
   std::vector<std::string_view> types;
-  for (const SmartCategory& category : smart_categories()) types.push_back(category.type);
+  for (const Category& category : smart_categories()) types.push_back(category.type);
   return types;
 }
 
@@ -69,15 +69,15 @@ void print_smart_scan(Context& context, const Cleaner& cleaner, std::span<const 
   Table table({Table::Align::left, Table::Align::right}, window_columns());
   std::string_view header;
   bool is_first = true;
-  for (const SmartCategory& category : smart_categories()) {
-    if (!category.header.empty()) header = category.header;
+  for (const Category& category : smart_categories()) {
+    if (!category.smart.header.empty()) header = category.smart.header;
     if (!is_among(groups, category.type)) continue;
     if (!header.empty()) {
       if (!is_first) table.blank();
       table.line({std::string(std::exchange(header, {}))});
     }
     is_first = false;
-    const SmartOutlineItem& group = *(cleaner.*category.outline);
+    const SmartOutlineItem& group = *(cleaner.*category.smart.outline);
     const CleanerItem& item = *(cleaner.*category.item);
     table.heading({"  " + group.label + "  [" + group.type + "]", text.byte_count(sum_of(item.items))});
     if (const auto problem = cleaner.problem_of(category.type)) {

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "engine/categories.h"
 #include "engine/chosen_amount.h"
 #include "engine/cleaner_item.h"
 #include "engine/cleanup.h"
@@ -166,7 +167,7 @@ class Cleaner {
   /// Bytes of that, each location counted once: what people are told before such a run.
   std::int64_t cleanup_amount() const;
   /// True when the category holds something and its setting is true.
-  bool is_switched_on(const CleanupCategory& category) const;
+  bool is_switched_on(const Category& category) const;
 
   /// The smart scan: seven categories in a fixed order, with a total each and a group each for the outline. After each
   /// but the last a notification is posted on the main queue, named after the one that comes next: "smart_scan_logs",
@@ -178,6 +179,8 @@ class Cleaner {
   std::vector<Removal> remove_files(const RemovalOptions& options = {});
 
  private:
+  friend struct CategoryTable;  // names the scans
+
   struct Found {
     std::vector<std::shared_ptr<LargeFile>> files;
     std::int64_t size = 0;
@@ -209,12 +212,11 @@ class Cleaner {
   std::shared_ptr<CleanerItem> measured_item(std::string_view group, Listed listed);
   void scan_junk_browsers();
   void scan_junk_mails();
-  void clean_category(const CleanupCategory& category, CleanupReport& report);
+  void clean_category(const Category& category, CleanupReport& report);
 
   std::shared_ptr<CleanerItem> client_item(const ClientRow& row);
   std::shared_ptr<CleanerItem> all_clients(std::span<const ClientRow> rows);
   std::shared_ptr<CleanerItem> clients_category(std::span<const ClientRow> rows);
-  void keep_client(std::string_view type, const std::shared_ptr<CleanerItem>& item);
   Found measured_entries(const Url& folder, Hidden hidden);
   std::vector<Url> install_candidates() const;
   void sort_by_name(std::vector<std::shared_ptr<LargeFile>>& files) const;
@@ -228,21 +230,5 @@ class Cleaner {
   Cache& cache_;
   Remainders& remainders_;
 };
-
-/// One category of the smart scan, and where the engine keeps what belongs to it.
-struct SmartCategory {
-  std::string_view type;
-  std::string_view label;
-  /// The named picture of its group.
-  std::string_view picture;
-  std::shared_ptr<CleanerItem> Cleaner::*item;
-  std::int64_t Cleaner::*total;
-  std::shared_ptr<SmartOutlineItem> Cleaner::*outline;
-  /// The header that stands before it in the menu; empty for most.
-  std::string_view header;
-};
-
-/// The seven categories in the order in which they are scanned, shown and removed.
-std::span<const SmartCategory> smart_categories();
 
 }  // namespace tarnby

@@ -1,46 +1,19 @@
 #include "engine/cleanup.h"
 
-#include <iterator>
-
 #include "engine/cleaner.h"
 #include "files/bytes.h"
 #include "platform/platform.h"
 
 namespace tarnby {
 
-namespace {
-
-constexpr CleanupCategory categories[] = {
-    {"Caches", "Applications caches", &Cleaner::apps_caches_item},
-    {"Logs", "Applications logs", &Cleaner::apps_logs_item},
-    {"Remainders", "Applications remainders", &Cleaner::apps_remainders_item},
-    {"Browsers", "Browsers", &Cleaner::browser_item},
-    {"Mails", "Mail attachments", &Cleaner::mails_item},
-    {"Trash", "Trash Bin", &Cleaner::trash_item, true, true},
-    {"Downloads", "Downloads", &Cleaner::downloads_item, false},
-    {"LargeFiles", "Large files", &Cleaner::large_files_item, true, true},
-};
-
-constexpr std::size_t filled_by_junk_scan = 6;
-
-}  // namespace
-
-std::span<const CleanupCategory> cleanup_categories() {
-  return categories;
-}
-
-std::span<const CleanupCategory> junk_categories() {
-  return cleanup_categories().first(filled_by_junk_scan);
-}
-
-bool Cleaner::is_switched_on(const CleanupCategory& category) const {
+bool Cleaner::is_switched_on(const Category& category) const {
   const auto& item = this->*category.item;
   return item && item->size > 0 && app_settings->boolean(category.setting);
 }
 
 std::int64_t Cleaner::beCleaned() const {
   std::int64_t bytes = 0;
-  for (const CleanupCategory& category : categories) {
+  for (const Category& category : cleanup_categories()) {
     if (is_switched_on(category)) bytes = add_bytes(bytes, (this->*category.item)->size);
   }
   return bytes;
@@ -48,7 +21,7 @@ std::int64_t Cleaner::beCleaned() const {
 
 std::vector<Url> Cleaner::cleanup_files() const {
   std::vector<Url> urls;
-  for (const CleanupCategory& category : categories) {
+  for (const Category& category : cleanup_categories()) {
     if (!category.is_removed || !is_switched_on(category)) continue;
     const auto& listed = (this->*category.item)->files;
     urls.insert(urls.end(), listed.begin(), listed.end());
@@ -58,7 +31,7 @@ std::vector<Url> Cleaner::cleanup_files() const {
 
 std::vector<CleanerEntry> Cleaner::cleanup_entries() const {
   std::vector<CleanerEntry> entries;
-  for (const CleanupCategory& category : categories) {
+  for (const Category& category : cleanup_categories()) {
     if (category.is_removed && is_switched_on(category)) entries.emplace_back(this->*category.item);
   }
   return entries;
@@ -72,18 +45,18 @@ void Cleaner::cleanup_with_complete_handler(const std::function<void()>& handler
   CleanupReport unread;
   CleanupReport& told = report ? *report : unread;
   remainder_urls.clear();
-  for (const CleanupCategory& category : categories) {
+  for (const Category& category : cleanup_categories()) {
     if (category.is_removed && is_switched_on(category)) clean_category(category, told);
   }
   told.left = std::move(remainder_urls);
-  remainder_urls.clear();  // empty at the end as at the beginning, and that is meant
+  remainder_urls.clear();  // the next run, and whoever hands files to a helper, begins with an empty list
   platform_.group_settings.set("Date", platform_.now());
   (void)platform_.group_settings.synchronize();  // what could not be written now goes with the next run's date
   handler();
 }
 
 /// Counts the size that was measured, however much of it could be removed.
-void Cleaner::clean_category(const CleanupCategory& category, CleanupReport& report) {
+void Cleaner::clean_category(const Category& category, CleanupReport& report) {
   const CleanerItem& item = *(this->*category.item);
   const std::vector<Removal> removals = platform_.files.remove(item.files, report.options);
   for (std::size_t at = 0; at < removals.size(); ++at) {

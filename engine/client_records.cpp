@@ -6,22 +6,6 @@ namespace tarnby {
 
 // What both scans do with browsers and mail programs.
 
-namespace {
-
-/// Where the engine keeps the record of each client.
-struct ClientPlace {
-  std::string_view type;
-  std::shared_ptr<CleanerItem> Cleaner::*item;
-};
-
-constexpr ClientPlace client_places[] = {
-    {"chrome", &Cleaner::browser_chrome_item}, {"mozilla", &Cleaner::browser_mozilla_item},
-    {"safari", &Cleaner::browser_safari_item}, {"apple-mail", &Cleaner::apple_mail_item},
-    {"airmail", &Cleaner::airmail_item},       {"spark", &Cleaner::spark_mail_item},
-};
-
-}  // namespace
-
 void Cleaner::plan_clients() {
   for (const auto rows : {browser_rows(), mail_rows()}) {
     for (const ClientRow& row : rows) {
@@ -53,17 +37,9 @@ std::shared_ptr<CleanerItem> Cleaner::client_item(const ClientRow& row) {
   return item;
 }
 
-void Cleaner::keep_client(std::string_view type, const std::shared_ptr<CleanerItem>& item) {
-  for (const ClientPlace& place : client_places) {
-    if (place.type == type) this->*place.item = item;
-  }
-}
-
 std::shared_ptr<CleanerItem> Cleaner::client_record(std::string_view type) const {
-  for (const ClientPlace& place : client_places) {
-    if (place.type == type) return this->*place.item;
-  }
-  return nullptr;
+  const ClientRow* row = client_row(type);
+  return row ? this->*row->item : nullptr;
 }
 
 }  // namespace tarnby

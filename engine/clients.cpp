@@ -1,5 +1,8 @@
 #include "engine/clients.h"
 
+#include <algorithm>
+
+#include "engine/cleaner.h"
 #include "places/macos_home.h"
 
 namespace tarnby {
@@ -45,17 +48,22 @@ ClientFiles spark_files(const FileManager& /*files*/, const Url& library) {
   return {{}, library.appending(spark_messages)};
 }
 
+constexpr std::string_view browser_group = "browsers";
+constexpr std::string_view mail_group = "mail-clients";
+
 constexpr ClientRow browsers[] = {
-    {"chrome", browser_group, chrome_application_cache, chrome_files, false},
-    {"mozilla", browser_group, firefox_profiles, firefox_files, false},
-    {"safari", browser_group, safari_storage, safari_files, true},
+    {"chrome", "Google Chrome", browser_group, "GoogleChrome", &Cleaner::browser_chrome_item, chrome_application_cache,
+     chrome_files, false},
+    {"mozilla", "Firefox", browser_group, "Mozilla", &Cleaner::browser_mozilla_item, firefox_profiles, firefox_files,
+     false},
+    {"safari", "Safari", browser_group, "Safari", &Cleaner::browser_safari_item, safari_storage, safari_files, true},
 };
 
 constexpr ClientRow mail_programs[] = {
     // The system's own mail program is always there.
-    {"apple-mail", mail_group, "", apple_mail_files, false},
-    {"airmail", mail_group, airmail, airmail_files, false},
-    {"spark", mail_group, spark_messages, spark_files, false},
+    {"apple-mail", "Mail", mail_group, "", &Cleaner::apple_mail_item, "", apple_mail_files, false},
+    {"airmail", "Airmail", mail_group, "", &Cleaner::airmail_item, airmail, airmail_files, false},
+    {"spark", "Spark", mail_group, "", &Cleaner::spark_mail_item, spark_messages, spark_files, false},
 };
 
 }  // namespace
@@ -65,6 +73,14 @@ std::span<const ClientRow> browser_rows() {
 }
 std::span<const ClientRow> mail_rows() {
   return mail_programs;
+}
+
+const ClientRow* client_row(std::string_view type) {
+  for (const auto rows : {browser_rows(), mail_rows()}) {
+    const auto row = std::ranges::find(rows, type, &ClientRow::type);
+    if (row != rows.end()) return &*row;
+  }
+  return nullptr;
 }
 
 std::optional<ClientFiles> client_files(const ClientRow& row, const FileManager& files, const Url& library) {

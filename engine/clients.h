@@ -1,14 +1,18 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <span>
 #include <string_view>
 #include <vector>
 
+#include "engine/cleaner_item.h"
 #include "files/file_manager.h"
 #include "files/url.h"
 
 namespace tarnby {
+
+class Cleaner;
 
 /// The files of one client.
 struct ClientFiles {
@@ -21,7 +25,13 @@ struct ClientFiles {
 /// A browser or a mail program whose data can be cleaned: one row a client, another one is another row.
 struct ClientRow {
   std::string_view type;
+  /// How people call it: "Google Chrome". The same in every language.
+  const char* name;
   std::string_view group;
+  /// The setting that says whether it takes part in its category; empty for one that always does.
+  std::string_view setting;
+  /// Where the engine keeps its record.
+  std::shared_ptr<CleanerItem> Cleaner::*item;
   /// Below the Library; the client counts as present when something stands there. Empty: always present.
   std::string_view must_exist;
   ClientFiles (*files)(const FileManager& files, const Url& library);
@@ -29,13 +39,13 @@ struct ClientRow {
   bool measured_as_folder;
 };
 
-inline constexpr std::string_view browser_group = "browsers";
-inline constexpr std::string_view mail_group = "mail-clients";
-
 /// chrome, mozilla, safari.
 std::span<const ClientRow> browser_rows();
 /// apple-mail, airmail, spark.
 std::span<const ClientRow> mail_rows();
+
+/// The client of a type, or null when there is none.
+const ClientRow* client_row(std::string_view type);
 
 /// The files of a client, none when it is not present.
 std::optional<ClientFiles> client_files(const ClientRow& row, const FileManager& files, const Url& library);

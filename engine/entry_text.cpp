@@ -1,22 +1,13 @@
 #include "engine/entry_text.h"
 
-#include <algorithm>
-#include <iterator>
 #include <string_view>
 
+#include "engine/clients.h"
 #include "engine/smart_selection.h"
 
 namespace tarnby {
 
 namespace {
-
-struct ClientName {
-  std::string_view type;
-  std::string_view name;
-};
-
-constexpr ClientName client_names[] = {{"chrome", "Google Chrome"}, {"mozilla", "Firefox"}, {"safari", "Safari"},
-                                       {"apple-mail", "Mail"},      {"airmail", "Airmail"}, {"spark", "Spark"}};
 
 struct Label {
   std::string operator()(const std::shared_ptr<CacheItem>& item) const { return item->label; }
@@ -28,8 +19,8 @@ struct Label {
 }  // namespace
 
 std::string client_name(std::string_view type) {
-  const auto* row = std::ranges::find(client_names, type, &ClientName::type);
-  return std::string(row == std::end(client_names) ? type : row->name);
+  const ClientRow* row = client_row(type);
+  return row ? row->name : std::string(type);
 }
 
 std::string short_path(const Url& url, const Url& home) {

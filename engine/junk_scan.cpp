@@ -11,7 +11,7 @@ namespace tarnby {
 // folder once, ahead of the moment when its size is asked for, as the smart scan does.
 //
 // A record of a client is replaced only when the client is there. One left from an earlier scan of either kind stays
-// and counts again, and that is meant.
+// and counts again, see JunkScan.fills_six_categories_and_counts_absent_clients_of_earlier_scans_again.
 
 namespace {
 
@@ -53,7 +53,7 @@ void Cleaner::note_junk_amount() {
   junk_amount = nullptr;
   if (platform_.files.stopped_looking()) return;
   std::vector<CleanerEntry> listed(largeFiles.begin(), largeFiles.end());
-  for (const CleanupCategory& category : junk_categories()) {
+  for (const Category& category : junk_categories()) {
     if (const auto& item = this->*category.item) listed.emplace_back(item);
   }
   junk_amount = std::make_shared<const ChosenAmount>(listed, platform_.measurer);
@@ -90,8 +90,8 @@ std::shared_ptr<CleanerItem> Cleaner::measured_item(std::string_view group, List
 std::shared_ptr<CleanerItem> Cleaner::all_clients(std::span<const ClientRow> rows) {
   auto all = std::make_shared<CleanerItem>();
   for (const ClientRow& row : rows) {
-    if (const auto client = client_item(row)) keep_client(row.type, client);
-    if (const auto& kept = client_record(row.type)) add_client(*all, *kept);
+    if (const auto client = client_item(row)) this->*row.item = client;
+    if (const auto& kept = this->*row.item) add_client(*all, *kept);
   }
   all->string_size = platform_.text.byte_count(all->size);
   return all;
@@ -101,7 +101,7 @@ void Cleaner::scan_junk_browsers() {
   const LookWatch watch;
   browser_item = all_clients(browser_rows());
   tell_problem("Browsers", watch.missed());
-  for (const std::string_view browser : {"GoogleChrome", "Mozilla", "Safari"}) app_settings->set_boolean(browser, true);
+  for (const ClientRow& browser : browser_rows()) app_settings->set_boolean(browser.setting, true);
   (void)app_settings->synchronize();  // what could not be written now goes with the next change that is
   apps_junk_size = 0;
   for (const auto& item : {apps_caches_item, apps_logs_item, apps_remainders_item, browser_item}) {

@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <iterator>
 
 #include "engine/cleaner.h"
 #include "files/bytes.h"
@@ -9,23 +8,6 @@
 namespace tarnby {
 
 namespace {
-
-constexpr SmartCategory categories[] = {
-    {"caches", english("Applications caches"), "Smart cache", &Cleaner::apps_caches_item, &Cleaner::totalCacheSize,
-     &Cleaner::outlineCacheItem, english("Apps Junk")},
-    {"logs", english("Applications logs"), "Smart logs", &Cleaner::apps_logs_item, &Cleaner::totalLogsSize,
-     &Cleaner::outlineLogsItem, ""},
-    {"remainders", english("Applications remainders"), "Smart remainders", &Cleaner::apps_remainders_item,
-     &Cleaner::totalRemaindersSize, &Cleaner::outlineRemaindersItem, ""},
-    {"browsers", english("Browsers"), "Smart browsers", &Cleaner::browser_item, &Cleaner::totalBrowserSize,
-     &Cleaner::outlineBrowsersItem, english("Apps Data")},
-    {"mails", english("Mail attachments"), "Smart mails", &Cleaner::mails_item, &Cleaner::totalMailsSize,
-     &Cleaner::outlineMailsItem, ""},
-    {"installs", english("Installation files"), "Smart installs", &Cleaner::install_files_item,
-     &Cleaner::totalInstallSize, &Cleaner::outlineInstallsItem, english("Files")},
-    {"trash", english("Trash Bin"), "Smart trash", &Cleaner::trash_item, &Cleaner::totalTrashSize,
-     &Cleaner::outlineTrashItem, ""},
-};
 
 /// Extensions count exactly as written.
 bool is_installer(const Url& url, const macos_home::InstallerPlace& place) {
@@ -49,39 +31,21 @@ std::vector<CleanerEntry> entries_of(const Records& records) {
 
 }  // namespace
 
-std::span<const SmartCategory> smart_categories() {
-  return categories;
-}
-
 void Cleaner::smart_clean_with_complete_handler(const std::function<void()>& handler) {
   {
     const Measurer::SizeMemory memory(platform_.measurer);
     look_for_places();
     plan_smart_scan();
-    for (const SmartCategory& category : categories) problems_.set(category.type, {});
+    for (const Category& category : smart_categories()) problems_.set(category.type, {});
     smart_outline_items.clear();
     smart_menu_items.clear();
     total_smart_size = 0;
-    struct Step {
-      std::string_view type;
-      void (Cleaner::*scan)();
-      std::string_view next;
-    };
-    constexpr Step steps[] = {
-        {"caches", &Cleaner::scan_caches, "smart_scan_logs"},
-        {"logs", &Cleaner::scan_logs, "smart_scan_remainders"},
-        {"remainders", &Cleaner::scan_remainders, "smart_scan_browsers"},
-        {"browsers", &Cleaner::scan_browsers, "smart_scan_mails"},
-        {"mails", &Cleaner::scan_mails, "smart_scan_installs"},
-        {"installs", &Cleaner::scan_installs, "smart_scan_trash"},
-        {"trash", &Cleaner::scan_trash, {}},
-    };
-    for (const auto& [type, scan, next] : steps) {
+    for (const Category& category : smart_categories()) {
+      if (!category.smart.notification.empty()) post(category.smart.notification);
       if (platform_.files.stopped_looking()) break;  // nobody waits for the rest
       const LookWatch watch;
-      (this->*scan)();
-      tell_problem(type, watch.missed());
-      if (!next.empty()) post(next);
+      (this->*category.smart.scan)();
+      tell_problem(category.type, watch.missed());
     }
     note_smart_amount();
   }
@@ -93,7 +57,7 @@ void Cleaner::note_smart_amount() {
   smart_amount = nullptr;
   if (platform_.files.stopped_looking()) return;
   std::vector<CleanerEntry> listed;
-  for (const SmartCategory& category : categories) {
+  for (const Category& category : smart_categories()) {
     const auto& item = this->*category.item;
     if (item) listed.insert(listed.end(), item->items.begin(), item->items.end());
   }
@@ -110,16 +74,16 @@ void Cleaner::plan_smart_scan() {
 
 /// Files a finished category under its fields, gives it its group, and puts that into both lists.
 void Cleaner::finish_category(std::string_view type, std::shared_ptr<CleanerItem> item, std::int64_t size) {
-  const auto& category = *std::find_if(std::begin(categories), std::end(categories),
-                                       [&](const SmartCategory& row) { return row.type == type; });
+  const Category& category = *category_row(type);
+  const SmartGroup& group = category.smart;
   item->size = size;
   item->type = type;
   this->*category.item = std::move(item);
-  this->*category.total = size;
-  const auto row = SmartOutlineItem::init_with_label(std::string(category.label), size, std::string(type),
-                                                     Image::named(std::string(category.picture)));
-  this->*category.outline = row;
-  if (!category.header.empty()) smart_menu_items.emplace_back(std::string(category.header));
+  this->*group.total = size;
+  const auto row = SmartOutlineItem::init_with_label(category.label, size, std::string(type),
+                                                     Image::named(std::string(group.picture)));
+  this->*group.outline = row;
+  if (!group.header.empty()) smart_menu_items.emplace_back(std::string(group.header));
   smart_menu_items.emplace_back(row);
   smart_outline_items.push_back(row);
   total_smart_size = add_bytes(total_smart_size, size);
@@ -170,7 +134,7 @@ std::shared_ptr<CleanerItem> Cleaner::clients_category(std::span<const ClientRow
   for (const ClientRow& row : rows) {
     const auto client = client_item(row);
     if (!client) continue;
-    keep_client(row.type, client);
+    this->*row.item = client;
     if (!has_location(platform_.files, *client)) continue;  // a row that removes nothing would be no row
     category->items.emplace_back(client);
     category->size = add_bytes(category->size, client->size);

@@ -28,7 +28,7 @@ std::int64_t size_of(const CleanerEntry& entry) {
 
 SmartSelection select_groups(const Cleaner& cleaner, std::span<const std::string_view> types) {
   SmartSelection selection;
-  for (const SmartCategory& category : smart_categories()) {
+  for (const Category& category : smart_categories()) {
     if (std::find(types.begin(), types.end(), category.type) == types.end()) continue;
     const auto& item = cleaner.*category.item;
     if (!item || item->items.empty()) continue;
@@ -37,7 +37,7 @@ SmartSelection select_groups(const Cleaner& cleaner, std::span<const std::string
       const auto locations = locations_of(entry);
       selection.files.insert(selection.files.end(), locations.begin(), locations.end());
     }
-    selection.bytes = add_bytes(selection.bytes, cleaner.*category.total);
+    selection.bytes = add_bytes(selection.bytes, cleaner.*category.smart.total);
   }
   return selection;
 }

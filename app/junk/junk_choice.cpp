@@ -1,16 +1,13 @@
 #include "app/junk/junk_choice.h"
 
-#include <algorithm>
-
 namespace tarnby {
 
 namespace {
 
 /// Whether a run would take what the row holds.
 bool is_ticked(const Cleaner& cleaner, const JunkRow& row) {
-  const auto category =
-      std::ranges::find(cleanup_categories(), std::string_view(row.setting), &CleanupCategory::setting);
-  return category->is_removed && cleaner.is_switched_on(*category);
+  const Category& category = *category_row(row.type);
+  return category.is_removed && cleaner.is_switched_on(category);
 }
 
 }  // namespace

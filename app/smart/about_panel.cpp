@@ -2,7 +2,6 @@
 
 #include <QPainter>
 #include <QVBoxLayout>
-#include <algorithm>
 
 #include "app/parts/category_look.h"
 #include "ui/paths.h"
@@ -16,13 +15,6 @@ constexpr int tag = 28;
 constexpr int edge = 20;
 constexpr int text_width = 280;
 
-const char* label_of_type(std::string_view type) {
-  const auto categories = smart_categories();
-  const auto row = std::find_if(categories.begin(), categories.end(),
-                                [&](const SmartCategory& category) { return category.type == type; });
-  return row == categories.end() ? "" : row->label.data();
-}
-
 }  // namespace
 
 AboutPanel::AboutPanel(AppContext& context, std::string_view type) : Screen(context), type_(type) {
@@ -30,7 +22,7 @@ AboutPanel::AboutPanel(AppContext& context, std::string_view type) : Screen(cont
   layout->setContentsMargins(edge, edge + tag + edge / 2, edge, edge);
   layout->setSpacing(theme::grid);
   QLabel* title =
-      text_label(context.text(label_of_type(type)), theme::Type::title, theme::text, this, theme::Weight::strong);
+      text_label(context.text(category_row(type)->label), theme::Type::title, theme::text, this, theme::Weight::strong);
   QLabel* words = paragraph(context.text(look_of(type).about_text), theme::Type::detail,
                             theme::readable(theme::secondary, theme::sheet), text_width, this);
   for (QLabel* label : {title, words}) {

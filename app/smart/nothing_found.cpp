@@ -77,7 +77,7 @@ QLayout* category_marks(const AppContext& context, QWidget* parent) {
   auto* row = new QHBoxLayout;
   row->setSpacing(theme::grid);
   row->addStretch();
-  for (const SmartCategory& category : smart_categories()) {
+  for (const Category& category : smart_categories()) {
     const CategoryLook& look = look_of(category.type);
     row->addWidget(new CategoryMark(look.color, context.text(look.short_name), parent));
   }

@@ -47,7 +47,7 @@ void SmartCleanLists::take(const Cleaner& cleaner) {
     auto& store = this->*list_rows[at].store;
     store = item ? item->items : std::vector<CleanerEntry>();
     selection(at).assign(store.begin(), store.end());
-    totals_.push_back(cleaner.*categories[at].total);
+    totals_.push_back(cleaner.*categories[at].smart.total);
     ticked_.push_back(store.size());
     listed_bytes_.push_back(bytes_of(store));
   }

@@ -41,7 +41,7 @@ SmartScanViewController::SmartScanViewController(AppContext& context)
   steps = new DashView(this);
   steps->setAccessibleName(context.text("Categories"));
   QStringList names;
-  for (const SmartCategory& category : smart_categories()) names << context.text(look_of(category.type).short_name);
+  for (const Category& category : smart_categories()) names << context.text(look_of(category.type).short_name);
   steps->set_steps(names);
   steps->set_current(0);
   transitionSize(context.byte_count(0));
@@ -108,13 +108,13 @@ void SmartScanViewController::show_next() {
 }
 
 void SmartScanViewController::view_will_appear() {
-  smart_item->show_text(context_.text("Scan in \"%@\"", {context_.text(smart_categories()[0].label.data())}));
+  smart_item->show_text(context_.text("Scan in \"%@\"", {context_.text(smart_categories()[0].label)}));
 }
 
 /// Category `at` begins, the one before it is done. Only finished categories are read: the scan goes on meanwhile and
 /// writes the others and their total.
 void SmartScanViewController::begin_category(std::size_t at, double stroke_end) {
-  transitionItem(context_.text("Scan in \"%@\"", {context_.text(smart_categories()[at].label.data())}));
+  transitionItem(context_.text("Scan in \"%@\"", {context_.text(smart_categories()[at].label)}));
   count_category(at - 1);
   progressView->set_stroke_end(stroke_end);
   steps->set_current(static_cast<int>(at));

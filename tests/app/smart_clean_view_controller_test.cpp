@@ -51,7 +51,7 @@ class SmartCleanTest : public testing::Test {
 
 TEST_F(SmartCleanTest, is_ticked_and_walked_by_keyboard_and_says_how_each_row_stands) {
   std::vector<std::string> about;
-  for (const SmartCategory& category : smart_categories()) {
+  for (const Category& category : smart_categories()) {
     const std::string name = "smart_clean_about_" + std::string(category.type);
     at.ada.notifications.add_observer(name, [&about, name] { about.push_back(name); });
   }

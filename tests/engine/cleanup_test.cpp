@@ -19,7 +19,7 @@ using testing::IsEmpty;
 /// A home with one folder for each category, and an engine whose categories hold just that.
 struct FullHome {
   FullHome() : of(ada) {
-    for (const CleanupCategory& category : cleanup_categories()) {
+    for (const Category& category : cleanup_categories()) {
       const std::string folder = "ada/" + std::string(category.setting);
       ada.tree.file(folder + "/x", 3);
       auto item = std::make_shared<CleanerItem>();
@@ -41,7 +41,7 @@ struct FullHome {
         [&] {
           EXPECT_TRUE(ada.platform.group_settings.value("Date")) << "the date is written before the handler is called";
           EXPECT_THAT(of.cleaner.remainder_urls, IsEmpty());
-          for (const CleanupCategory& category : cleanup_categories()) {
+          for (const Category& category : cleanup_categories()) {
             if (!ada.tree.exists("ada/" + std::string(category.setting) + "/x")) cleaned.emplace_back(category.setting);
           }
         },

@@ -23,7 +23,7 @@ std::vector<std::string> scan(const TestPlatform& ada, Cleaner& cleaner) {
   std::vector<std::string> rows;
   cleaner.clean_with_complete_handler([&] {
     EXPECT_TRUE(cleaner.apps_junk_search_complete && cleaner.media_search_coomplete && cleaner.search_is_complete);
-    for (const CleanupCategory& category : junk_categories()) {
+    for (const Category& category : junk_categories()) {
       const CleanerItem& item = *(cleaner.*category.item);
       const bool has_clients = item.files.size() > 4;
       rows.push_back(test::row_text(std::string(category.setting), item.size,

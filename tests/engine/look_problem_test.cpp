@@ -150,7 +150,7 @@ TEST(LookProblem, without_handles_nothing_is_clean_and_nothing_left_over_that_so
         const auto problem = of.cleaner.problem_of(group);
         return problem && problem->kind == cut_short;
       };
-      for (const CleanupCategory& category : junk_categories()) {
+      for (const Category& category : junk_categories()) {
         const CleanerItem& item = *(of.cleaner.*category.item);
         EXPECT_TRUE(item.size >= 10 || told(category.setting)) << category.setting << " is not empty";
       }
@@ -162,8 +162,8 @@ TEST(LookProblem, without_handles_nothing_is_clean_and_nothing_left_over_that_so
       ada.tree.file(library + "Caches/org.gone.tool/x", 10);
       leave_handles(handles);
       of.scan();
-      for (const SmartCategory& category : smart_categories()) {
-        EXPECT_TRUE(of.cleaner.*category.total >= 10 || told(category.type)) << category.type << " is not empty";
+      for (const Category& category : smart_categories()) {
+        EXPECT_TRUE(of.cleaner.*category.smart.total >= 10 || told(category.type)) << category.type << " is not empty";
       }
       EXPECT_THAT(leftovers(of), testing::Not(testing::Contains(testing::AnyOf("com.here.tool", "com.deep.tool"))));
       EXPECT_TRUE(handles < 40 || !told("remainders")) << "so many are enough";

@@ -62,8 +62,8 @@ TEST(SmartScan, lets_the_main_thread_read_what_a_notification_says_is_finished) 
   std::vector<std::int64_t> seen;
   for (std::size_t at = 0; at < notifications.size(); ++at) {
     ada.notifications.add_observer(notifications[at], [&, at] {
-      const SmartCategory& finished = smart_categories()[at];
-      seen.push_back((of.cleaner.*finished.outline)->size);
+      const Category& finished = smart_categories()[at];
+      seen.push_back((of.cleaner.*finished.smart.outline)->size);
       for (const CleanerEntry& entry : (of.cleaner.*finished.item)->items) EXPECT_FALSE(test::label_of(entry).empty());
     });
   }

@@ -94,7 +94,7 @@ TEST(SwappedFolders, lead_nobody_outside_during_a_scan_and_a_removal) {
       });
       of.scan();
       std::vector<std::string_view> all;
-      for (const SmartCategory& category : smart_categories()) all.push_back(category.type);
+      for (const Category& category : smart_categories()) all.push_back(category.type);
       of.cleaner.files = select_groups(of.cleaner, all).files;
       for (const Removal& removal : of.cleaner.remove_files()) removed += removal.error ? 0U : 1U;
     }

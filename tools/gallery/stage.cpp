@@ -80,18 +80,18 @@ void fill(Cleaner& cleaner, const std::map<std::string_view, std::vector<Cleaner
   cleaner.smart_outline_items.clear();
   cleaner.smart_menu_items.clear();
   cleaner.total_smart_size = 0;
-  for (const SmartCategory& category : smart_categories()) {
+  for (const Category& category : smart_categories()) {
     auto item = std::make_shared<CleanerItem>();
     item->type = category.type;
     if (const auto found = entries.find(category.type); found != entries.end()) item->items = found->second;
     for (const CleanerEntry& entry : item->items) item->size += size_of(entry);
     cleaner.*category.item = item;
-    cleaner.*category.total = item->size;
+    cleaner.*category.smart.total = item->size;
     const auto row =
         SmartOutlineItem::init_with_label(std::string(category.label), item->size, std::string(category.type), {});
-    cleaner.*category.outline = row;
+    cleaner.*category.smart.outline = row;
     cleaner.smart_outline_items.push_back(row);
-    if (!category.header.empty()) cleaner.smart_menu_items.emplace_back(std::string(category.header));
+    if (!category.smart.header.empty()) cleaner.smart_menu_items.emplace_back(std::string(category.smart.header));
     cleaner.smart_menu_items.emplace_back(row);
     cleaner.total_smart_size += item->size;
   }
