@@ -7,8 +7,6 @@
 #include <atomic>
 #include <cerrno>
 #include <cstdio>
-#include <ctime>
-#include <functional>
 #include <sstream>
 #include <string>
 #include <thread>
@@ -270,30 +268,6 @@ TEST(Removal, reaches_any_depth_and_any_count_with_few_handles) {
     EXPECT_THAT(remover.remove(tree, {"grant/wide", "grant/deep"}), Each(0));
     EXPECT_EQ(tree.listing(), Listing{"grant/"});
   }
-}
-
-/// Seconds that the threads of this process have had a processor for meanwhile.
-double processor_time(const std::function<void()>& work) {
-  const std::clock_t before = std::clock();
-  work();
-  return static_cast<double>(std::clock() - before) / CLOCKS_PER_SEC;
-}
-
-TEST(Removal, of_a_deep_tree_takes_no_longer_where_the_kernel_checks_each_step) {
-  TempTree tree;
-  const test::DeepChain deep(tree, "grant/deep", 5000, "d", [](int) {});
-  Remover plain(tree);
-  Remover confined(tree);
-  confined.files.confine_threads(FileManager::Callers::keep_their_rights);
-  const auto look = [&](FileManager& files) {
-    const auto none = [](std::string_view, EntryKind) { return false; };
-    (void)files.walk(tree.url("grant"), Hidden::take, Packages::enter, none);
-  };
-  look(plain.files);
-  const double usual = processor_time([&] { look(plain.files); });
-  EXPECT_LT(processor_time([&] { look(confined.files); }), 10 * usual)
-      << "seconds; the kernel went up from each folder";
-  EXPECT_LT(processor_time([&] { EXPECT_THAT(confined.remove(tree, {"grant/deep"}), Each(0)); }), 30 * usual);
 }
 
 TEST(Removal, does_not_enter_what_is_mounted_in_an_entry) {
