@@ -5,6 +5,7 @@
 #include <iterator>
 
 #include "engine/cleaner.h"
+#include "engine/notifications.h"
 #include "text/localization.h"
 
 namespace tarnby {
@@ -29,7 +30,7 @@ struct CategoryTable {
        .help = "what applications wrote down about their work",
        .item = &Cleaner::apps_logs_item,
        .smart = {.scan = &Cleaner::scan_logs,
-                 .notification = "smart_scan_logs",
+                 .notification = notifications::smart_scan_logs,
                  .picture = "Smart logs",
                  .total = &Cleaner::totalLogsSize,
                  .outline = &Cleaner::outlineLogsItem},
@@ -40,7 +41,7 @@ struct CategoryTable {
        .help = "files of applications that are no longer installed",
        .item = &Cleaner::apps_remainders_item,
        .smart = {.scan = &Cleaner::scan_remainders,
-                 .notification = "smart_scan_remainders",
+                 .notification = notifications::smart_scan_remainders,
                  .picture = "Smart remainders",
                  .total = &Cleaner::totalRemaindersSize,
                  .outline = &Cleaner::outlineRemaindersItem},
@@ -51,7 +52,7 @@ struct CategoryTable {
        .help = "caches and stored site data of Chrome, Firefox and Safari",
        .item = &Cleaner::browser_item,
        .smart = {.scan = &Cleaner::scan_browsers,
-                 .notification = "smart_scan_browsers",
+                 .notification = notifications::smart_scan_browsers,
                  .header = english("Apps Data"),
                  .picture = "Smart browsers",
                  .total = &Cleaner::totalBrowserSize,
@@ -64,7 +65,7 @@ struct CategoryTable {
        .help = "attachments that mail programs have saved",
        .item = &Cleaner::mails_item,
        .smart = {.scan = &Cleaner::scan_mails,
-                 .notification = "smart_scan_mails",
+                 .notification = notifications::smart_scan_mails,
                  .picture = "Smart mails",
                  .total = &Cleaner::totalMailsSize,
                  .outline = &Cleaner::outlineMailsItem},
@@ -75,7 +76,7 @@ struct CategoryTable {
        .help = "installers in Downloads, Desktop, Documents, Application Support",
        .item = &Cleaner::install_files_item,
        .smart = {.scan = &Cleaner::scan_installs,
-                 .notification = "smart_scan_installs",
+                 .notification = notifications::smart_scan_installs,
                  .header = english("Files"),
                  .picture = "Smart installs",
                  .total = &Cleaner::totalInstallSize,
@@ -86,7 +87,7 @@ struct CategoryTable {
        .help = "what is in the Trash",
        .item = &Cleaner::trash_item,
        .smart = {.scan = &Cleaner::scan_trash,
-                 .notification = "smart_scan_trash",
+                 .notification = notifications::smart_scan_trash,
                  .picture = "Smart trash",
                  .total = &Cleaner::totalTrashSize,
                  .outline = &Cleaner::outlineTrashItem},

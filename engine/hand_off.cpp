@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "engine/notifications.h"
 #include "platform/platform.h"
 #include "text/property_list.h"
 
@@ -48,7 +49,7 @@ bool HandOff::helper_timer_proc() {
   const auto bytes = platform_.files.read(store_url, most_answer_bytes);
   const auto answer = bytes ? parse_property_list(*bytes) : std::nullopt;
   if (answer && answer->find("Complete")) {
-    platform_.notifications.post("cleaned_view_controller");
+    platform_.notifications.post(notifications::cleaned_view_controller);
     return false;
   }
   if (answer && answer->find("Cancel")) return delete_files_with_helper();
@@ -59,7 +60,8 @@ void HandOff::cancel() {
   const auto& urls = cleaner_.remainder_urls;
   const bool is_any_left =
       std::any_of(urls.begin(), urls.end(), [&](const Url& url) { return platform_.files.exists(url); });
-  platform_.notifications.post(is_any_left ? "cleanup_with_file_exist" : "cleaned_view_controller");
+  platform_.notifications.post(is_any_left ? notifications::cleanup_with_file_exist
+                                           : notifications::cleaned_view_controller);
 }
 
 }  // namespace tarnby

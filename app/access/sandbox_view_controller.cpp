@@ -7,6 +7,7 @@
 #include "app/access/folder_card.h"
 #include "app/parts/layouts.h"
 #include "app/parts/links.h"
+#include "app/parts/notifications.h"
 #include "platform/platform.h"
 #include "ui/text_label.h"
 
@@ -167,13 +168,14 @@ void SandboxViewController::go_home() {
   context_.take_grants_anew();
   sandbox_end_anim();
   // Whether this screen is still there by then or not.
-  context_.main_queue().after(until_home,
-                              [&center = context_.notifications()] { center.post("home_view_controller_for_launch"); });
+  context_.main_queue().after(until_home, [&center = context_.notifications()] {
+    center.post(notifications::home_view_controller_for_launch);
+  });
 }
 
 void SandboxViewController::sandbox_end_anim() {
   for (PushButton* button : {allowHome, allowApps, done_button}) button->setEnabled(false);
-  entrance_->close([this] { post("sandbox_end_anim_complete"); });
+  entrance_->close([this] { post(notifications::sandbox_end_anim_complete); });
 }
 
 void SandboxViewController::show_access() {

@@ -7,6 +7,7 @@
 
 #include "app/cleaned/left_panel.h"
 #include "app/parts/layouts.h"
+#include "app/parts/notifications.h"
 #include "app/parts/screen_catalogue.h"
 #include "text/localization.h"
 #include "ui/freed_view.h"
@@ -165,14 +166,14 @@ void CleanedViewController::view_did_appear() {
 }
 
 void CleanedViewController::done() {
-  post("home_view_controller");
+  post(notifications::home_view_controller);
 }
 
 void CleanedViewController::find_now() {
   // The first takes this screen away; the centre outlives it.
   NotificationCenter& center = context_.notifications();
-  center.post("home_end_anim_complete");
-  center.post("smart_scan_view_controller");
+  center.post(notifications::home_end_anim_complete);
+  center.post(notifications::smart_scan_view_controller);
 }
 
 void CleanedViewController::show_left() {

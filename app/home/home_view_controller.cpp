@@ -3,6 +3,7 @@
 #include <QVBoxLayout>
 
 #include "app/parts/layouts.h"
+#include "app/parts/notifications.h"
 #include "app/parts/screen_catalogue.h"
 #include "app/privacy/privacy_disk_access_view_controller.h"
 #include "app/scheduler/scheduler.h"
@@ -47,7 +48,7 @@ HomeViewController::HomeViewController(AppContext& context) : Screen(context) {
   layout->addWidget(categories_button, 0, Qt::AlignHCenter);
   layout->addStretch(7);
 
-  observe("home_end_anim", [this] { home_end_anim(); });
+  observe(notifications::home_end_anim, [this] { home_end_anim(); });
   for (const char* changed : {EngineTurn::turn_is_free, RemovalRun::removal_changed}) {
     observe(changed, [this] { update_ui(); });
   }
@@ -98,11 +99,11 @@ void HomeViewController::show_guide() {
 }
 
 void HomeViewController::search() {
-  post("smart_scan_view_controller");
+  post(notifications::smart_scan_view_controller);
 }
 
 void HomeViewController::show_categories() {
-  post("scan_view_controller");
+  post(notifications::scan_view_controller);
 }
 
 /// While a scan or a removal comes to its end another scan would only be refused.
@@ -124,7 +125,7 @@ QString HomeViewController::status_text() const {
 void HomeViewController::home_end_anim() {
   search_button->setEnabled(false);
   categories_button->setEnabled(false);
-  entrance_->close([this] { post("home_end_anim_complete"); });
+  entrance_->close([this] { post(notifications::home_end_anim_complete); });
 }
 
 }  // namespace tarnby

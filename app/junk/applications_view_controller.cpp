@@ -1,5 +1,6 @@
 #include "app/junk/applications_view_controller.h"
 
+#include "app/parts/notifications.h"
 #include "text/localization.h"
 
 namespace tarnby {
@@ -17,15 +18,15 @@ ApplicationsViewController::ApplicationsViewController(AppContext& context)
   update_ui();
   connect(next_button, &QAbstractButton::clicked, this, &ApplicationsViewController::to_media_junk);
   connect(back_button, &QAbstractButton::clicked, this, &ApplicationsViewController::back);
-  observe("update_browsers", [this] { update_browsers(); });
+  observe(notifications::update_browsers, [this] { update_browsers(); });
 }
 
 void ApplicationsViewController::to_media_junk() {
-  post("navigate_forward");
+  post(notifications::navigate_forward);
 }
 
 void ApplicationsViewController::back() {
-  post("home_view_controller");
+  post(notifications::home_view_controller);
 }
 
 void ApplicationsViewController::update_browsers() {

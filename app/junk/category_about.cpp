@@ -5,6 +5,7 @@
 
 #include "app/junk/junk_rows.h"
 #include "app/parts/category_look.h"
+#include "app/parts/notifications.h"
 #include "app/parts/overlay.h"
 #include "app/parts/screen_catalogue.h"
 #include "platform/platform.h"
@@ -72,7 +73,7 @@ CategoryAbout::CategoryAbout(AppContext& context, std::string_view type) : Scree
 }
 
 void CategoryAbout::show_category() {
-  if (type_ == "large-files") return post("show_large_files");
+  if (type_ == "large-files") return post(notifications::show_large_files);
   if (type_ == "browsers") return select_browsers();
   reveal_folder();
 }

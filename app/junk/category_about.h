@@ -2,6 +2,7 @@
 
 #include <string_view>
 
+#include "app/parts/notifications.h"
 #include "app/parts/screen.h"
 #include "ui/push_button.h"
 
@@ -12,7 +13,7 @@ class CategoryAbout : public Screen {
   Q_OBJECT
  public:
   /// Asks the panel of the downloads to show their folder.
-  static constexpr const char* show_downloads = "show_downloads";
+  static constexpr const char* show_downloads = notifications::show_downloads;
 
   CategoryAbout(AppContext& context, std::string_view type);
 

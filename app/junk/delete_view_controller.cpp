@@ -5,6 +5,7 @@
 
 #include "app/junk/download_helper.h"
 #include "app/parts/layouts.h"
+#include "app/parts/notifications.h"
 #include "text/localization.h"
 #include "ui/theme.h"
 
@@ -53,7 +54,7 @@ DeleteViewController::DeleteViewController(AppContext& context)
   schedule_texts();
   start(job());
   after(ring_time + after_ring, [this] { ring_is_full(); });
-  observe("cleanup_with_file_exist", [this] { cleanup(); });
+  observe(notifications::cleanup_with_file_exist, [this] { cleanup(); });
 }
 
 void DeleteViewController::schedule_texts() {

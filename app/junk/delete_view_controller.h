@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "app/parts/notifications.h"
 #include "app/parts/removal_screen.h"
 #include "engine/hand_off.h"
 
@@ -25,7 +26,7 @@ class DeleteViewController : public RemovalScreen {
   HandOff hand_off;
 
   /// Goes on to the cleaned screen.
-  void cleanup() { post("cleaned_view_controller"); }
+  void cleanup() { post(notifications::cleaned_view_controller); }
 
  private:
   void removal_is_over() override;

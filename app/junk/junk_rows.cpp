@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "app/parts/notifications.h"
 #include "text/localization.h"
 
 namespace tarnby {
@@ -9,21 +10,24 @@ namespace tarnby {
 namespace {
 
 constexpr JunkRow applications[] = {
-    {"caches", english("Applications caches"), &Cleaner::apps_caches_item, "Caches", "move_applications_cache",
-     "AboutCaches"},
-    {"logs", english("Applications logs"), &Cleaner::apps_logs_item, "Logs", "move_applications_logs", "AboutLogs"},
+    {"caches", english("Applications caches"), &Cleaner::apps_caches_item, "Caches",
+     notifications::move_applications_cache, "AboutCaches"},
+    {"logs", english("Applications logs"), &Cleaner::apps_logs_item, "Logs", notifications::move_applications_logs,
+     "AboutLogs"},
     {"remainders", english("Applications remainders"), &Cleaner::apps_remainders_item, "Remainders",
-     "move_applications_remainders", "AboutRemainders"},
-    {"browsers", english("Browsers"), &Cleaner::browser_item, "Browsers", "move_browsers", "AboutBrowsers"},
+     notifications::move_applications_remainders, "AboutRemainders"},
+    {"browsers", english("Browsers"), &Cleaner::browser_item, "Browsers", notifications::move_browsers,
+     "AboutBrowsers"},
 };
 
 constexpr JunkRow media[] = {
-    {"downloads", english("Downloads"), &Cleaner::downloads_item, "Downloads", "move_media_downloads",
+    {"downloads", english("Downloads"), &Cleaner::downloads_item, "Downloads", notifications::move_media_downloads,
      "AboutDownloads"},
-    {"trash", english("Trash Bin"), &Cleaner::trash_item, "Trash", "move_media_trash", "AboutTrash"},
-    {"mails", english("Mail attachments"), &Cleaner::mails_item, "Mails", "move_media_mails", "AboutMails"},
-    {"large-files", english("Large files"), &Cleaner::large_files_item, "LargeFiles", "move_media_large_files",
-     "AboutLargeFiles"},
+    {"trash", english("Trash Bin"), &Cleaner::trash_item, "Trash", notifications::move_media_trash, "AboutTrash"},
+    {"mails", english("Mail attachments"), &Cleaner::mails_item, "Mails", notifications::move_media_mails,
+     "AboutMails"},
+    {"large-files", english("Large files"), &Cleaner::large_files_item, "LargeFiles",
+     notifications::move_media_large_files, "AboutLargeFiles"},
 };
 
 }  // namespace

@@ -8,6 +8,7 @@
 
 #include "app/parts/entry_menu.h"
 #include "app/parts/layouts.h"
+#include "app/parts/notifications.h"
 #include "platform/platform.h"
 #include "ui/panel.h"
 #include "ui/text_label.h"
@@ -343,7 +344,7 @@ void LargeFilesViewController::submit() {
   cleaner.large_files_item = std::move(item);
   app_settings.set_boolean("LargeFiles", true);
   context_.flush_settings();
-  post_number("update_ui_with_large_files_item_size", was ? size - before : size);
+  post_number(notifications::update_ui_with_large_files_item_size, was ? size - before : size);
   Q_EMIT dismissed();
 }
 

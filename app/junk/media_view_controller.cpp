@@ -1,6 +1,7 @@
 #include "app/junk/media_view_controller.h"
 
 #include "app/junk/category_about.h"
+#include "app/parts/notifications.h"
 #include "app/parts/screen_catalogue.h"
 #include "text/localization.h"
 
@@ -29,8 +30,8 @@ MediaViewController::MediaViewController(AppContext& context)
   enable_cleanup();
   connect(next_button, &QAbstractButton::clicked, this, &MediaViewController::cleanup);
   connect(back_button, &QAbstractButton::clicked, this, &MediaViewController::to_apps_junk);
-  observe("show_large_files", [this] { show_large_files(); });
-  observe_number("update_ui_with_large_files_item_size",
+  observe(notifications::show_large_files, [this] { show_large_files(); });
+  observe_number(notifications::update_ui_with_large_files_item_size,
                  [this](std::int64_t change) { update_ui_with_large_files_item_size(change); });
 }
 
@@ -73,11 +74,11 @@ void MediaViewController::clean_large_files(Category& category, bool on) {
 }
 
 void MediaViewController::to_apps_junk() {
-  post("navigate_back");
+  post(notifications::navigate_back);
 }
 
 void MediaViewController::cleanup() {
-  ask_before_removal(context_, choice(), *this, [this] { post("delete_view_controller"); });
+  ask_before_removal(context_, choice(), *this, [this] { post(notifications::delete_view_controller); });
 }
 
 void MediaViewController::show_large_files() {

@@ -2,6 +2,7 @@
 
 #include <QVBoxLayout>
 
+#include "app/parts/notifications.h"
 #include "app/parts/screen_catalogue.h"
 
 namespace tarnby {
@@ -22,8 +23,8 @@ PageController::PageController(AppContext& context) : Screen(context), pages(fil
   for (const char* identifier : {"ApplicationsJunk", "MediaJunk"}) {
     pages->add_page(ScreenCatalogue::main().make(identifier, context).release());
   }
-  observe("navigate_forward", [this] { pages->turn_to(pages->current() + 1); });
-  observe("navigate_back", [this] { pages->turn_to(pages->current() - 1); });
+  observe(notifications::navigate_forward, [this] { pages->turn_to(pages->current() + 1); });
+  observe(notifications::navigate_back, [this] { pages->turn_to(pages->current() - 1); });
 }
 
 AboutPageController::AboutPageController(AppContext& context, std::span<const JunkRow> rows)

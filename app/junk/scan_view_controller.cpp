@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "app/parts/layouts.h"
+#include "app/parts/notifications.h"
 #include "files/bytes.h"
 #include "leftovers/remainders.h"
 #include "text/localization.h"
@@ -264,8 +265,8 @@ void ScanViewController::scan_complete() {
   scan_label->show_text(context_.text("Scan complete..."));
   text->setText(QStringLiteral("Tarnby cleaner..."));  // the program's name is the same in every language
   after(until_pages, [&center = context_.notifications()] {
-    center.post("scan_end_anim_complete");  // takes this screen away
-    center.post("page_controller");
+    center.post(notifications::scan_end_anim_complete);  // takes this screen away
+    center.post(notifications::page_controller);
   });
 }
 

@@ -4,6 +4,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "app/parts/notifications.h"
 #include "platform/platform.h"
 #include "ui/text_label.h"
 
@@ -85,7 +86,7 @@ void SelectBrowsers::select(const Browser& browser, bool on) {
     }
     all->string_size = context_.platform.text.byte_count(all->size);
   }
-  post("update_browsers");
+  post(notifications::update_browsers);
 }
 
 }  // namespace tarnby

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "app/parts/layouts.h"
+#include "app/parts/notifications.h"
 #include "app/parts/stop_removal.h"
 #include "ui/motion.h"
 #include "ui/text_label.h"
@@ -90,7 +91,7 @@ void RemovalScreen::finish() {
   show_progress();
   stop_button->setVisible(false);
   removal_is_over();
-  if (context_.removal.stopped) return post("cleaned_view_controller");
+  if (context_.removal.stopped) return post(notifications::cleaned_view_controller);
   ring_->animate_stroke_end(1, static_cast<int>(std::max(last_stretch, ring_time_ - passed_).count()));
   for (const Work& work : std::exchange(waiting_, {})) work();
 }

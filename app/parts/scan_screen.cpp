@@ -3,6 +3,7 @@
 #include <QBoxLayout>
 #include <QKeyEvent>
 
+#include "app/parts/notifications.h"
 #include "ui/theme.h"
 
 namespace tarnby {
@@ -27,8 +28,8 @@ void ScanScreen::keyPressEvent(QKeyEvent* event) {
 void ScanScreen::stop() {
   // The first takes this screen away; the centre outlives it.
   NotificationCenter& center = context_.notifications();
-  center.post("scan_end_anim_complete");
-  center.post("home_view_controller");
+  center.post(notifications::scan_end_anim_complete);
+  center.post(notifications::home_view_controller);
 }
 
 void ScanScreen::will_retire() {

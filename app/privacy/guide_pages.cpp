@@ -6,6 +6,7 @@
 #include <QVBoxLayout>
 #include <array>
 
+#include "app/parts/notifications.h"
 #include "app/parts/screen_catalogue.h"
 #include "text/localization.h"
 #include "ui/drawing.h"
@@ -56,12 +57,14 @@ GuidePage::GuidePage(AppContext& context, int number) : Screen(context), number_
   buttons->addStretch();
   if (number > 1) {
     back_button = new PushButton(context.text("Back"), ButtonKind::light, this);
-    connect(back_button, &QAbstractButton::clicked, this, [this] { post("navigate_back_in_privacy_full_disk"); });
+    connect(back_button, &QAbstractButton::clicked, this,
+            [this] { post(notifications::navigate_back_in_privacy_full_disk); });
     buttons->addWidget(back_button);
   }
   if (number < static_cast<int>(page_rows.size())) {
     next_button = new PushButton(context.text("Next"), ButtonKind::accent, this);
-    connect(next_button, &QAbstractButton::clicked, this, [this] { post("navigate_next_in_privacy_full_disk"); });
+    connect(next_button, &QAbstractButton::clicked, this,
+            [this] { post(notifications::navigate_next_in_privacy_full_disk); });
     buttons->addWidget(next_button);
   }
   buttons->addStretch();
@@ -90,8 +93,8 @@ PrivacyFullDiskPageController::PrivacyFullDiskPageController(AppContext& context
   for (const char* identifier : {"PrivacyFullDiskPage1", "PrivacyFullDiskPage2", "PrivacyFullDiskPage3"}) {
     pages->add_page(ScreenCatalogue::main().make(identifier, context).release());
   }
-  observe("navigate_next_in_privacy_full_disk", [this] { pages->turn_to(pages->current() + 1); });
-  observe("navigate_back_in_privacy_full_disk", [this] { pages->turn_to(pages->current() - 1); });
+  observe(notifications::navigate_next_in_privacy_full_disk, [this] { pages->turn_to(pages->current() + 1); });
+  observe(notifications::navigate_back_in_privacy_full_disk, [this] { pages->turn_to(pages->current() - 1); });
 }
 
 }  // namespace tarnby

@@ -8,6 +8,7 @@
 
 #include "app/home/home_view_controller.h"
 #include "app/parts/links.h"
+#include "app/parts/notifications.h"
 #include "app/parts/overlay.h"
 #include "app/parts/screen_catalogue.h"
 #include "app/shell/about_program.h"
@@ -92,8 +93,8 @@ HomeViewController* CleanerWindowController::home_screen() const {
 /// In the place of the home screen, which comes again afterwards.
 void CleanerWindowController::show_access() {
   NotificationCenter& center = context_.notifications();
-  center.post("home_end_anim_complete");
-  center.post("sandbox_view_controller");
+  center.post(notifications::home_end_anim_complete);
+  center.post(notifications::sandbox_view_controller);
 }
 
 void CleanerWindowController::showFeedbackDialog() {

@@ -4,6 +4,7 @@
 #include <chrono>
 
 #include "app/junk/junk_scan.h"
+#include "app/parts/notifications.h"
 #include "leftovers/folder_grants.h"
 #include "platform/platform.h"
 
@@ -31,16 +32,16 @@ constexpr auto to_cleaned = &BackgroundView::animation_for_cleaned_view;
 
 // clang-format off
 constexpr Navigation rows[] = {
-    {"sandbox_view_controller", main_catalogue, "Sandbox", Layer::overlay, still, {}},
-    {"home_view_controller_for_launch", main_catalogue, "Home", Layer::content, still, {}},
-    {"home_view_controller", main_catalogue, "Home", Layer::content, to_home, {}},
-    {"scan_view_controller", main_catalogue, "Scan", Layer::overlay, to_scan, "home_end_anim", swap_ms, true, begin_junk_scan},
-    {"page_controller", main_catalogue, "PageController", Layer::content, to_page, {}},
-    {"delete_view_controller", main_catalogue, "Delete", Layer::content, to_delete, {}},
-    {"cleaned_view_controller", main_catalogue, "Cleaned", Layer::content, to_cleaned, {}},
-    {"smart_scan_view_controller", smart_catalogue, "SmartScan", Layer::overlay, to_scan, "home_end_anim_complete", swap_ms, true, begin_with_screen},
-    {"smart_clean_view_controller", smart_catalogue, "SmartClean", Layer::content, to_page, "scan_end_anim_complete"},
-    {"smart_cleanup_view_controller", smart_catalogue, "SmartCleanup", Layer::content, to_delete, {}},
+    {notifications::sandbox_view_controller, main_catalogue, "Sandbox", Layer::overlay, still, {}},
+    {notifications::home_view_controller_for_launch, main_catalogue, "Home", Layer::content, still, {}},
+    {notifications::home_view_controller, main_catalogue, "Home", Layer::content, to_home, {}},
+    {notifications::scan_view_controller, main_catalogue, "Scan", Layer::overlay, to_scan, notifications::home_end_anim, swap_ms, true, begin_junk_scan},
+    {notifications::page_controller, main_catalogue, "PageController", Layer::content, to_page, {}},
+    {notifications::delete_view_controller, main_catalogue, "Delete", Layer::content, to_delete, {}},
+    {notifications::cleaned_view_controller, main_catalogue, "Cleaned", Layer::content, to_cleaned, {}},
+    {notifications::smart_scan_view_controller, smart_catalogue, "SmartScan", Layer::overlay, to_scan, notifications::home_end_anim_complete, swap_ms, true, begin_with_screen},
+    {notifications::smart_clean_view_controller, smart_catalogue, "SmartClean", Layer::content, to_page, notifications::scan_end_anim_complete},
+    {notifications::smart_cleanup_view_controller, smart_catalogue, "SmartCleanup", Layer::content, to_delete, {}},
 };
 // clang-format on
 
@@ -73,11 +74,11 @@ ViewController::ViewController(AppContext& context, QWidget* parent)
 
   for (const Grant grant : {Grant::home, Grant::applications}) context.platform.bookmarks.resolve_and_access(grant);
   const bool complete = FolderGrants(context.platform).access().is_complete();
-  show(row_of(complete ? "home_view_controller_for_launch" : "sandbox_view_controller"), {});
+  show(row_of(complete ? notifications::home_view_controller_for_launch : notifications::sandbox_view_controller), {});
 
-  observe("sandbox_end_anim_complete", [this] { sandbox_end_anim_complete(); });
-  observe("home_end_anim_complete", [this] { home_end_anim_complete(); });
-  observe("scan_end_anim_complete", [this] { scan_end_anim_complete(); });
+  observe(notifications::sandbox_end_anim_complete, [this] { sandbox_end_anim_complete(); });
+  observe(notifications::home_end_anim_complete, [this] { home_end_anim_complete(); });
+  observe(notifications::scan_end_anim_complete, [this] { scan_end_anim_complete(); });
 }
 
 ViewController::~ViewController() {

@@ -8,6 +8,7 @@
 
 #include "app/parts/category_look.h"
 #include "app/parts/entry_menu.h"
+#include "app/parts/notifications.h"
 #include "app/parts/overlay.h"
 #include "app/parts/screen_catalogue.h"
 #include "ui/panel.h"
@@ -138,7 +139,7 @@ QWidget* SmartCleanViewController::bottom_bar() {
   remove_button = new PushButton(context_.text("Remove"), ButtonKind::destructive, bar);
   layout->addWidget(back_button);
   layout->addWidget(remove_button);
-  connect(back_button, &QAbstractButton::clicked, this, [this] { post("home_view_controller"); });
+  connect(back_button, &QAbstractButton::clicked, this, [this] { post(notifications::home_view_controller); });
   connect(remove_button, &QAbstractButton::clicked, this, &SmartCleanViewController::ask_and_remove);
   return bar;
 }
@@ -244,7 +245,7 @@ RemovalQuestion SmartCleanViewController::question() const {
 void SmartCleanViewController::remove() {
   sharedCleaner.files = ticked_locations();
   sharedCleaner.wasCleaned = static_cast<std::int64_t>(smart_junk);
-  post("smart_cleanup_view_controller");
+  post(notifications::smart_cleanup_view_controller);
 }
 
 }  // namespace tarnby

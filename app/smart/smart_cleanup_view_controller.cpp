@@ -1,5 +1,7 @@
 #include "app/smart/smart_cleanup_view_controller.h"
 
+#include "app/parts/notifications.h"
+
 namespace tarnby {
 
 namespace {
@@ -23,7 +25,7 @@ SmartCleanupViewController::SmartCleanupViewController(AppContext& context)
 void SmartCleanupViewController::show_done() {
   progressView->show_caption({});
   progressView->show_number(context_.text("Done"));
-  after(until_cleaned, [this] { post("cleaned_view_controller"); });
+  after(until_cleaned, [this] { post(notifications::cleaned_view_controller); });
 }
 
 }  // namespace tarnby

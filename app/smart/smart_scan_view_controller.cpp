@@ -4,6 +4,7 @@
 
 #include "app/parts/category_look.h"
 #include "app/parts/layouts.h"
+#include "app/parts/notifications.h"
 #include "ui/text_label.h"
 
 namespace tarnby {
@@ -23,8 +24,9 @@ struct StepRow {
 };
 
 constexpr StepRow step_rows[] = {
-    {"smart_scan_logs", 1, 0.5},  {"smart_scan_remainders", 2, 0.6}, {"smart_scan_browsers", 3, 0.7},
-    {"smart_scan_mails", 4, 0.8}, {"smart_scan_installs", 5, 0.9},   {"smart_scan_trash", 6, 1.0},
+    {notifications::smart_scan_logs, 1, 0.5},     {notifications::smart_scan_remainders, 2, 0.6},
+    {notifications::smart_scan_browsers, 3, 0.7}, {notifications::smart_scan_mails, 4, 0.8},
+    {notifications::smart_scan_installs, 5, 0.9}, {notifications::smart_scan_trash, 6, 1.0},
 };
 
 }  // namespace
@@ -90,7 +92,7 @@ void SmartScanViewController::complete() {
     count_category(smart_categories().size() - 1);
     steps->set_current(static_cast<int>(smart_categories().size()));
   });
-  show_in_turn([this] { post("smart_clean_view_controller"); });
+  show_in_turn([this] { post(notifications::smart_clean_view_controller); });
 }
 
 void SmartScanViewController::show_in_turn(Work step) {
