@@ -2,7 +2,7 @@
 
 namespace tarnby {
 
-// "lqr" stands twice, and that is meant: the list is kept entry by entry.
+// "lqr" stands twice: others read the list entry by entry, and a search is none the worse for it.
 std::vector<std::string> archive_extensions() {
   return {"7z",  "s7z",    "zip",  "z01",   "rar", "r00",   "r01",  "r02", "r03",    "r04", "r05", "r06",
           "r07", "lha",    "lzh",  "zipx",  "sit", "sitx",  "hqx",  "bin", "macbin", "as",  "gz",  "gzip",

@@ -50,7 +50,8 @@ class LargeFileRules {
   }
 
   /// The extension is looked for anywhere in the path, so that once an application was found, a bundle in any folder
-  /// whose name ends in "app" is passed over, and what is in it counts by itself. That is meant.
+  /// whose name ends in "app" is passed over, and what is in it counts by itself (pinned by
+  /// of_any_home_are_those_that_a_walk_entry_by_entry_finds).
   void ask_package(const LargeFileCandidate& package) {
     if (FoldedText(package.path).contains(package_extension_)) return;
     cleaner_.original_package_path = package.path + "/";

@@ -36,7 +36,7 @@ std::int64_t large_file_size_at_index(int position) {
     case 5:
       return 1000 * MB;
     case 6:
-    case 7:  // the same again, which is meant
+    case 7:  // the last step is the one before it once more
       return 2000 * MB;
     default:
       return 10 * MB;

@@ -145,7 +145,8 @@ void ScanViewController::start_flicker(const Flicker& flicker) {
   every(flicker_interval, [this, &flicker, count = std::size_t{0}]() mutable { return tick(flicker, count); });
 }
 
-/// Shows one more file. The first one is never shown: the count is raised before it is used, and that is meant.
+/// Shows one more file. The count is raised before it is used, so the first file is never shown (pinned by
+/// shows_the_files_of_a_category_but_never_the_first).
 bool ScanViewController::tick(const Flicker& flicker, std::size_t& count) {
   if (!flicker.is_ready(sharedCleaner)) return true;
   const Files* files = flicker.files(sharedCleaner);

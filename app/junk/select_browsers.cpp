@@ -69,8 +69,7 @@ void SelectBrowsers::select_safari() {
   select(safari, safari_button->isChecked());
 }
 
-/// Ticking adds the files and the size as they are, also when they are in there already: that is meant, what was
-/// unticked before has been taken out.
+/// Ticking adds the files and the size without a look whether they are in there: unticking has taken them out before.
 void SelectBrowsers::select(const Browser& browser, bool on) {
   app_settings.set_boolean(browser.setting, on);
   const auto& chosen = sharedCleaner.*browser.item;

@@ -64,7 +64,7 @@ class SmartCleanLists {
   void select_group(std::size_t group);
   void unselect_group(std::size_t group);
   /// Ticks or unticks one entry. The group then shows the size of its ticked entries, but its whole size when none is
-  /// left: this asymmetry is meant.
+  /// left: a group without ticks stands for all that could go.
   void select_entry(std::size_t group, std::size_t entry);
   void unselect_entry(std::size_t group, std::size_t entry);
 
