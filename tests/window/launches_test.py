@@ -123,6 +123,7 @@ class Road(window.Window):
         someone.presses("Download")
         companion = "appstream://com.corvash.uninstaller-orvane"
         self.expect_opened(companion)
+        (self.home / ".Trash" / "again").write_bytes(b"made since")
         self.clean("Find now")
         rating = someone.sees("dialog", "Do you like Tarnby cleaner?")
         total = self.settings()["TotallyCleaned"]
