@@ -9,61 +9,61 @@ namespace tarnby {
 
 namespace {
 
-using namespace macos_home;
-
 /// All six, whether they exist or not: a missing one measures 0.
 ClientFiles chrome_files(const FileManager& /*files*/, const Url& library) {
-  const Url profile = library.appending(chrome_profile);
+  const Url profile = library.appending(macos_home::chrome_profile);
   ClientFiles found;
-  for (const std::string_view name : chrome_data) found.files.push_back(profile.appending(name));
+  for (const std::string_view name : macos_home::chrome_data) found.files.push_back(profile.appending(name));
   return found;
 }
 
 ClientFiles firefox_files(const FileManager& files, const Url& library) {
   ClientFiles found;
-  for (const Url& profile : files.list_urls(library.appending(firefox_profiles))) {
-    Url storage = profile.appending(firefox_storage);
+  for (const Url& profile : files.list_urls(library.appending(macos_home::firefox_profiles))) {
+    Url storage = profile.appending(macos_home::firefox_storage);
     if (files.is_folder(storage)) found.files.push_back(std::move(storage));
   }
   return found;
 }
 
 ClientFiles safari_files(const FileManager& /*files*/, const Url& library) {
-  return {{library.appending(safari_storage)}, {}};
+  return {{library.appending(macos_home::safari_storage)}, {}};
 }
 
 ClientFiles apple_mail_files(const FileManager& /*files*/, const Url& library) {
-  return {{}, library.appending(apple_mail_downloads)};
+  return {{}, library.appending(macos_home::apple_mail_downloads)};
 }
 
 ClientFiles airmail_files(const FileManager& files, const Url& library) {
-  const Url folder = library.appending(airmail);
+  const Url folder = library.appending(macos_home::airmail);
   ClientFiles found;
-  for (const Url& account : files.list_urls(folder)) found.files.push_back(account.appending(airmail_attachments));
-  found.files.push_back(folder.appending(airmail_temporary));
+  for (const Url& account : files.list_urls(folder))
+    found.files.push_back(account.appending(macos_home::airmail_attachments));
+  found.files.push_back(folder.appending(macos_home::airmail_temporary));
   return found;
 }
 
 ClientFiles spark_files(const FileManager& /*files*/, const Url& library) {
-  return {{}, library.appending(spark_messages)};
+  return {{}, library.appending(macos_home::spark_messages)};
 }
 
 constexpr std::string_view browser_group = "browsers";
 constexpr std::string_view mail_group = "mail-clients";
 
 constexpr ClientRow browsers[] = {
-    {"chrome", "Google Chrome", browser_group, "GoogleChrome", &Cleaner::browser_chrome_item, chrome_application_cache,
-     chrome_files, false},
-    {"mozilla", "Firefox", browser_group, "Mozilla", &Cleaner::browser_mozilla_item, firefox_profiles, firefox_files,
-     false},
-    {"safari", "Safari", browser_group, "Safari", &Cleaner::browser_safari_item, safari_storage, safari_files, true},
+    {"chrome", "Google Chrome", browser_group, "GoogleChrome", &Cleaner::browser_chrome_item,
+     macos_home::chrome_application_cache, chrome_files, false},
+    {"mozilla", "Firefox", browser_group, "Mozilla", &Cleaner::browser_mozilla_item, macos_home::firefox_profiles,
+     firefox_files, false},
+    {"safari", "Safari", browser_group, "Safari", &Cleaner::browser_safari_item, macos_home::safari_storage,
+     safari_files, true},
 };
 
 constexpr ClientRow mail_programs[] = {
     // The system's own mail program is always there.
     {"apple-mail", "Mail", mail_group, "", &Cleaner::apple_mail_item, "", apple_mail_files, false},
-    {"airmail", "Airmail", mail_group, "", &Cleaner::airmail_item, airmail, airmail_files, false},
-    {"spark", "Spark", mail_group, "", &Cleaner::spark_mail_item, spark_messages, spark_files, false},
+    {"airmail", "Airmail", mail_group, "", &Cleaner::airmail_item, macos_home::airmail, airmail_files, false},
+    {"spark", "Spark", mail_group, "", &Cleaner::spark_mail_item, macos_home::spark_messages, spark_files, false},
 };
 
 }  // namespace
