@@ -14,7 +14,7 @@ namespace {
 constexpr int calls_before_the_hold = 500;
 
 int open_hold() {
-  const char* path = std::getenv("TARNBY_TEST_HOLD");
+  const char* path = std::getenv("TARNBY_TEST_HOLD");  // NOLINT(concurrency-mt-unsafe): nobody changes it
   return path ? open(path, O_RDONLY | O_CLOEXEC) : -1;
 }
 
