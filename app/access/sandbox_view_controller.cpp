@@ -17,7 +17,7 @@ namespace {
 
 constexpr std::chrono::milliseconds until_home{300};
 
-/// What is said of a wrong folder: its name comes first, then the folder that is meant.
+/// What is said of a wrong folder: its name comes first, then the folder that is asked for.
 struct FaultRow {
   Grant grant;
   GrantFault fault;
