@@ -94,13 +94,13 @@ class OpenWindow {
   Remainders remainders_{platform_, cache_};
   Cleaner cleaner_{platform_, cache_, remainders_};
   TimerClock clock_;
-  BackgroundQueue errands_;
+  BackgroundQueue io_queue_;
   BackgroundQueue background_;
   AppDelegate delegate_{platform_.app_settings, [] {}};
   NoWorkspace workspace_;
   NoFolderChooser folder_chooser_;
   AppContext context_{platform_, clock_,     delegate_,       background_,
-                      errands_,  workspace_, folder_chooser_, [this]() -> Cleaner& { return cleaner_; }};
+                      io_queue_, workspace_, folder_chooser_, [this]() -> Cleaner& { return cleaner_; }};
   std::unique_ptr<CleanerWindowController> window_;
 };
 

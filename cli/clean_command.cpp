@@ -1,8 +1,8 @@
 #include <algorithm>
 
-#include "cli/cleaning.h"
 #include "cli/commands.h"
 #include "cli/look_problems.h"
+#include "cli/removal_flow.h"
 #include "cli/smart_scan_run.h"
 #include "cli/smart_scan_table.h"
 #include "engine/smart_selection.h"

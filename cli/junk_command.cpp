@@ -1,12 +1,12 @@
 #include <algorithm>
 
 #include "cli/advice.h"
-#include "cli/cleaning.h"
 #include "cli/commands.h"
 #include "cli/json.h"
 #include "cli/junk_scan_table.h"
 #include "cli/look_problems.h"
 #include "cli/progress.h"
+#include "cli/removal_flow.h"
 #include "files/bytes.h"
 
 namespace tarnby::cli {

@@ -150,7 +150,7 @@ void SandboxViewController::chosen(Grant grant, const Url& folder) {
     access_ = outcome->access;
     answer(grant, folder, outcome->taken);
   });
-  context_.errands.async([&platform = context_.platform, grant, folder, outcome, told] {
+  context_.io_queue.async([&platform = context_.platform, grant, folder, outcome, told] {
     FolderGrants grants(platform);
     outcome->taken = grants.take(grant, folder);
     outcome->access = grants.access();
@@ -165,7 +165,7 @@ void SandboxViewController::answer(Grant grant, const Url& picked, const GrantSt
 }
 
 void SandboxViewController::go_home() {
-  context_.take_grants_anew();
+  context_.renew_grants();
   sandbox_end_anim();
   // Whether this screen is still there by then or not.
   context_.main_queue().after(until_home, [&center = context_.notifications()] {

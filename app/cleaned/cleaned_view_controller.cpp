@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "app/cleaned/left_panel.h"
+#include "app/cleaned/not_removed_panel.h"
 #include "app/parts/layouts.h"
 #include "app/parts/notifications.h"
 #include "app/parts/screen_catalogue.h"
@@ -177,7 +177,7 @@ void CleanedViewController::find_now() {
 }
 
 void CleanedViewController::show_left() {
-  present_sheet(std::make_unique<LeftPanel>(context_));
+  present_sheet(std::make_unique<NotRemovedPanel>(context_));
 }
 
 }  // namespace tarnby

@@ -39,7 +39,7 @@ void DesktopWorkspace::reveal(std::span<const Url> entries) {
   });
 }
 
-/// Of the errands' thread alone: rows have their own, which no measurement holds up.
+/// Used by the I/O queue alone: rows have a reader of their own, which no measurement holds up.
 std::shared_ptr<IconReader> DesktopWorkspace::icons() {
   if (!icons_) icons_ = std::make_shared<IconReader>(platform_.files);
   return icons_;
@@ -47,7 +47,7 @@ std::shared_ptr<IconReader> DesktopWorkspace::icons() {
 
 void DesktopWorkspace::preview(const Url& entry) {
   if (!preview_) {
-    preview_ = new PreviewPanel(platform_, errands_, icons(), window_);
+    preview_ = new PreviewPanel(platform_, io_queue_, icons(), window_);
     preview_->setAttribute(Qt::WA_DeleteOnClose);
   }
   preview_->show_entry(entry);
@@ -57,7 +57,7 @@ void DesktopWorkspace::preview(const Url& entry) {
 }
 
 void DesktopWorkspace::show_information(const Url& entry) {
-  auto* information = new InformationWindow(platform_, errands_, icons(), entry, window_);
+  auto* information = new InformationWindow(platform_, io_queue_, icons(), entry, window_);
   information->setAttribute(Qt::WA_DeleteOnClose);
   information->show();
 }

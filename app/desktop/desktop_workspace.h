@@ -21,8 +21,8 @@ class PreviewPanel;
 /// and a preview panel and an information window of our own.
 class DesktopWorkspace final : public Workspace {
  public:
-  /// @param errands reads what the panels show.
-  DesktopWorkspace(Platform& platform, BackgroundQueue& errands) : platform_(platform), errands_(errands) {}
+  /// @param io_queue reads what the panels show.
+  DesktopWorkspace(Platform& platform, BackgroundQueue& io_queue) : platform_(platform), io_queue_(io_queue) {}
 
   /// The window that panels belong to.
   void set_window(QWidget* window) { window_ = window; }
@@ -47,7 +47,7 @@ class DesktopWorkspace final : public Workspace {
   std::shared_ptr<IconReader> icons();
 
   Platform& platform_;
-  BackgroundQueue& errands_;
+  BackgroundQueue& io_queue_;
   QPointer<QWidget> window_;
   std::shared_ptr<IconReader> icons_;
   QPointer<PreviewPanel> preview_;

@@ -51,7 +51,7 @@ QString InformationWindow::text(const char* english) const {
   return QString::fromStdString(platform_.localization.text(english));
 }
 
-InformationWindow::InformationWindow(Platform& platform, BackgroundQueue& errands, std::shared_ptr<IconReader> icons,
+InformationWindow::InformationWindow(Platform& platform, BackgroundQueue& io_queue, std::shared_ptr<IconReader> icons,
                                      const Url& entry, QWidget* parent)
     : QDialog(parent), platform_(platform) {
   const std::string name(entry.last_path_component());
@@ -72,7 +72,7 @@ InformationWindow::InformationWindow(Platform& platform, BackgroundQueue& errand
   where->setLayoutDirection(Qt::LeftToRight);  // a path is, in every language
   QLabel* changed = add_line(form, english("Changed"), QStringLiteral("…"));
   // At once, before the size of a large folder is known.
-  errands.async(
+  io_queue.async(
       [here = std::weak_ptr(here_), entry, &platform, icons = std::move(icons), icon, sharpness = devicePixelRatioF()] {
         if (here.expired()) return;
         QImage picture = icons->read(Image::icon_of(entry), static_cast<int>(std::lround(icon_side * sharpness)));
@@ -81,7 +81,7 @@ InformationWindow::InformationWindow(Platform& platform, BackgroundQueue& errand
           if (!here.expired()) icon->setPixmap(QPixmap::fromImage(picture));
         });
       });
-  errands.async([here = std::weak_ptr(here_), entry, &platform, kind, size, changed] {
+  io_queue.async([here = std::weak_ptr(here_), entry, &platform, kind, size, changed] {
     if (here.expired()) return;
     auto facts = std::make_shared<Facts>(look_at(platform, entry));
     platform.main_queue.async([here, facts, kind, size, changed] {

@@ -18,8 +18,8 @@ class Platform;
 class InformationWindow : public QDialog {
   Q_OBJECT
  public:
-  /// @param icons reads the entry's icon; the errands' own.
-  InformationWindow(Platform& platform, BackgroundQueue& errands, std::shared_ptr<IconReader> icons, const Url& entry,
+  /// @param icons reads the entry's icon; used by the I/O queue alone.
+  InformationWindow(Platform& platform, BackgroundQueue& io_queue, std::shared_ptr<IconReader> icons, const Url& entry,
                     QWidget* parent);
 
   /// What people call that kind of entry.

@@ -45,11 +45,11 @@ QString listing_of(const FileManager& files, const Url& folder) {
 
 }  // namespace
 
-PreviewPanel::PreviewPanel(Platform& platform, BackgroundQueue& errands, std::shared_ptr<IconReader> icons,
+PreviewPanel::PreviewPanel(Platform& platform, BackgroundQueue& io_queue, std::shared_ptr<IconReader> icons,
                            QWidget* parent)
     : QDialog(parent),
       platform_(platform),
-      errands_(errands),
+      io_queue_(io_queue),
       icons_(std::move(icons)),
       pictures_(std::make_shared<PictureProcess>(formats())) {
   resize(usual_size);
@@ -84,8 +84,8 @@ void PreviewPanel::show_entry(const Url& entry) {
   const std::string_view name = entry.last_path_component();
   setWindowTitle(QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size())));
   asked_ = std::make_shared<int>();
-  errands_.async([this, entry, asked = std::weak_ptr(asked_), &platform = platform_, icons = icons_,
-                  pictures = pictures_, sharpness = devicePixelRatioF()] {
+  io_queue_.async([this, entry, asked = std::weak_ptr(asked_), &platform = platform_, icons = icons_,
+                   pictures = pictures_, sharpness = devicePixelRatioF()] {
     if (asked.expired()) return;
     auto found = std::make_shared<Found>(look_at(platform, *icons, *pictures, entry, sharpness));
     platform.main_queue.async([this, asked, found] {

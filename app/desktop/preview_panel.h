@@ -20,8 +20,8 @@ class Platform;
 class PreviewPanel : public QDialog {
   Q_OBJECT
  public:
-  /// @param icons reads the icon of what cannot be looked into; the errands' own.
-  PreviewPanel(Platform& platform, BackgroundQueue& errands, std::shared_ptr<IconReader> icons, QWidget* parent);
+  /// @param icons reads the icon of what cannot be looked into; used by the I/O queue alone.
+  PreviewPanel(Platform& platform, BackgroundQueue& io_queue, std::shared_ptr<IconReader> icons, QWidget* parent);
 
   /// Shows another entry.
   void show_entry(const Url& entry);
@@ -43,9 +43,9 @@ class PreviewPanel : public QDialog {
   void fit_picture();
 
   Platform& platform_;
-  BackgroundQueue& errands_;
+  BackgroundQueue& io_queue_;
   std::shared_ptr<IconReader> icons_;
-  /// The errands', like the icons; it ends with the last errand that asks it.
+  /// Used by the I/O queue alone, like the icons; it ends with the last task that asks it.
   std::shared_ptr<PictureProcess> pictures_;
   QStackedLayout* pages_;
   QLabel* picture_;

@@ -88,7 +88,7 @@ void HomeViewController::privacy_full_disk_access() {
     if (*outcome != DiskAccess::denied) return;
     after(folders_were_touched_ ? std::chrono::milliseconds(0) : until_guide, [this] { show_guide(); });
   });
-  context_.errands.async([&platform = context_.platform, outcome, answer] {
+  context_.io_queue.async([&platform = context_.platform, outcome, answer] {
     *outcome = FullDiskAccess(platform).test();
     platform.main_queue.async(answer);
   });

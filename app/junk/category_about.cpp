@@ -92,7 +92,7 @@ void CategoryAbout::reveal_folder() {
   const auto reveal = while_here([this, found] {
     if (!found->empty()) context_.workspace.reveal({found.get(), 1});
   });
-  context_.errands.async([tried, found, reveal, &platform = context_.platform] {
+  context_.io_queue.async([tried, found, reveal, &platform = context_.platform] {
     const auto first = std::ranges::find_if(tried, [&](const Url& url) { return platform.files.exists(url); });
     if (first != tried.end()) *found = *first;
     platform.main_queue.async(reveal);

@@ -4,8 +4,8 @@
 #include <unordered_map>
 
 #include "app/parts/layouts.h"
-#include "app/parts/left_list.h"
 #include "app/parts/links.h"
+#include "app/parts/not_removed_list.h"
 #include "ui/text_label.h"
 
 namespace tarnby {
@@ -31,8 +31,8 @@ DownloadHelper::DownloadHelper(AppContext& context, HandOff& hand_off) : Screen(
                                          : context.text("They stay where they are. The reason stands beside each."),
                               theme::Type::body, theme::readable(theme::secondary, theme::sheet), list_size.width(),
                               this));
-  auto* list = new LeftList(context, list_size, this);
-  std::vector<LeftList::Line> lines;
+  auto* list = new NotRemovedList(context, list_size, this);
+  std::vector<NotRemovedList::Line> lines;
   const auto reasons = reasons_of(context.removal.outcome.left);
   for (const Url& url : context.sharedCleaner().remainder_urls) {
     const auto reason = reasons.find(url.path());

@@ -229,7 +229,7 @@ void LargeFilesViewController::show_known() {
 void LargeFilesViewController::look_again() {
   auto details = std::make_shared<Details>();
   const auto looked = while_here([this, details] { show_details(*details); });
-  context_.errands.async(
+  context_.io_queue.async(
       [&cleaner = context_.sharedCleaner(), &platform = context_.platform, details, looked, files = founded_files] {
         std::vector<Url> urls;
         urls.reserve(files.size());

@@ -69,7 +69,7 @@ QString AppContext::number(std::int64_t number) const {
 }
 
 void AppContext::flush_settings() {
-  errands.async([&settings = platform.app_settings] { (void)settings.synchronize(); });
+  io_queue.async([&settings = platform.app_settings] { (void)settings.synchronize(); });
 }
 
 void AppContext::ask_consent(std::function<void()> work) {

@@ -34,13 +34,13 @@ struct AppContext {
   /// Scans and removals, one after the other.
   BackgroundQueue& background;
   /// Short looks and writes that a scan must not hold up.
-  BackgroundQueue& errands;
+  BackgroundQueue& io_queue;
   Workspace& workspace;
   FolderChooser& folder_chooser;
   /// The engine; made when it is first asked for, since it takes the grants as they are then.
   std::function<Cleaner&()> sharedCleaner;
   /// The grants were changed: whoever asks for the engine from now on gets one that has taken them anew.
-  std::function<void()> take_grants_anew = [] {};
+  std::function<void()> renew_grants = [] {};
   RemovalRun removal = {};
   Icons icons{platform};
   EngineTurn turn{notifications(), main_queue()};

@@ -47,7 +47,7 @@ RemovalOutcome run(AppContext& context, Cleaner& cleaner, const RemovalJob& job)
   return outcome;
 }
 
-void take_outcome(AppContext& context) {
+void count_outcome(AppContext& context) {
   RemovalRun& removal = context.removal;
   context.sharedCleaner().wasCleaned = removal.untaken->cleaned;
   removal.outcome = std::move(*std::exchange(removal.untaken, nullptr));
@@ -70,7 +70,7 @@ void start_removal(AppContext& context, RemovalJob job) {
   context.background.async([&context, &cleaner = context.sharedCleaner(), job = std::move(job)] {
     context.removal.untaken = std::make_unique<RemovalOutcome>(run(context, cleaner, job));
     context.main_queue().async([&context] {
-      take_outcome(context);
+      count_outcome(context);
       context.notifications().post(RemovalRun::removal_changed);
     });
   });
@@ -84,14 +84,14 @@ void count_removal(AppContext& context) {
 }
 
 void count_unseen_removal(AppContext& context) {
-  if (context.removal.untaken) take_outcome(context);
+  if (context.removal.untaken) count_outcome(context);
   if (!context.removal.counted) count_removal(context);
 }
 
 void look_again_at_left(AppContext& context) {
   const auto still = std::make_shared<std::vector<LeftEntry>>(context.removal.outcome.left);
   const auto bytes = std::make_shared<std::int64_t>(0);
-  context.errands.async([&context, still, bytes] {
+  context.io_queue.async([&context, still, bytes] {
     std::erase_if(*still, [&](const LeftEntry& entry) { return !context.files().exists(entry.url); });
     *bytes = bytes_of(context.measurer(), *still);
     context.main_queue().async([&context, still, bytes] {

@@ -57,7 +57,7 @@ void PrivacyDiskAccessViewController::confirm_disk_access() {
     if (*outcome == DiskAccess::granted) Q_EMIT dismissed();
     if (*outcome == DiskAccess::denied) shake_window();
   });
-  context_.errands.async([&platform = context_.platform, outcome, answer] {
+  context_.io_queue.async([&platform = context_.platform, outcome, answer] {
     *outcome = FullDiskAccess(platform).test();
     platform.main_queue.async(answer);
   });

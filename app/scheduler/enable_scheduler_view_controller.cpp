@@ -25,7 +25,7 @@ void EnableSchedulerViewController::enable() {
   platform.app_settings.set_boolean("EnableScheduler", true);
   platform.group_settings.set("Date", platform.now());
   enable_scheduler(context_, true, window());
-  context_.errands.async([&platform] { (void)platform.group_settings.synchronize(); });
+  context_.io_queue.async([&platform] { (void)platform.group_settings.synchronize(); });
   Q_EMIT dismissed();
 }
 

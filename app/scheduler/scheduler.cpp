@@ -18,7 +18,7 @@ void enable_scheduler(AppContext& context, bool enabled, QWidget* window) {
                                  {folder}),
                     over);
   };
-  context.errands.async([&platform = context.platform, enabled, tell] {
+  context.io_queue.async([&platform = context.platform, enabled, tell] {
     const bool done = platform.login_items.set_enabled(scheduler_identifier, enabled);
     (void)platform.app_settings.synchronize();
     if (!done) platform.main_queue.async(tell);

@@ -17,7 +17,7 @@ class EngineObjects {
     return current_->cleaner;
   }
   /// Whoever asks next gets new objects. Those before stay for whoever still holds them.
-  void take_grants_anew() { current_ = nullptr; }
+  void renew_grants() { current_ = nullptr; }
 
  private:
   struct Objects {

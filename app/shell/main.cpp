@@ -23,7 +23,7 @@
 #else
 #include "app/desktop/desktop_portal.h"
 #include "app/desktop/desktop_workspace.h"
-#include "app/desktop/fonts_ahead.h"
+#include "app/desktop/font_preloader.h"
 #include "app/shell/single_window.h"
 #endif
 #include "app/desktop/resources.h"
@@ -95,14 +95,14 @@ int run_window(QApplication& application, const CommandLine& line) {
   Platform& platform = Platform::shared();
   platform.files.confine_threads(FileManager::Callers::keep_their_rights);
   TimerClock clock;
-  BackgroundQueue errands;
+  BackgroundQueue io_queue;
   AppDelegate delegate(platform.app_settings,
-                       [&] { errands.async([&] { (void)platform.app_settings.synchronize(); }); });
+                       [&] { io_queue.async([&] { (void)platform.app_settings.synchronize(); }); });
   platform.application_delegate = &delegate;
 #ifdef __APPLE__
   MacosWorkspace workspace;
 #else
-  DesktopWorkspace workspace(platform, errands);
+  DesktopWorkspace workspace(platform, io_queue);
 #endif
   DesktopFolderChooser folder_chooser;
   BackgroundQueue background;
@@ -111,11 +111,11 @@ int run_window(QApplication& application, const CommandLine& line) {
                         clock,
                         delegate,
                         background,
-                        errands,
+                        io_queue,
                         workspace,
                         folder_chooser,
                         [&]() -> Cleaner& { return engine.cleaner(); },
-                        [&] { engine.take_grants_anew(); }};
+                        [&] { engine.renew_grants(); }};
 
   delegate.applicationDidFinishLaunching();
   QApplication::setQuitOnLastWindowClosed(delegate.applicationShouldTerminateAfterLastWindowClosed());
@@ -144,7 +144,7 @@ int run_window(QApplication& application, const CommandLine& line) {
   context.end();
   background.finish();
   count_unseen_removal(context);
-  errands.finish();  // and the settings reach the disk
+  io_queue.finish();  // and the settings reach the disk
   // Its thread may never come back; nothing is left to do here that it could miss.
   if (context.consents_asked > 0) std::_Exit(status);
   return status;
@@ -167,7 +167,7 @@ int main(int argc, char** argv) {
   {
     const tarnby::NeedsDisplay display;
 #ifndef __APPLE__
-    const tarnby::FontsAhead fonts;
+    const tarnby::FontPreloader fonts;
 #endif
     application.emplace(argc, argv);
   }

@@ -4,7 +4,7 @@
 #include <set>
 
 #include "app/cleaned/download_uninstaller_orvane.h"
-#include "app/cleaned/left_panel.h"
+#include "app/cleaned/not_removed_panel.h"
 #include "app/cleaned/rate_on_app_store.h"
 #include "app/home/home_view_controller.h"
 #include "app/smart/smart_scan_view_controller.h"
@@ -73,7 +73,7 @@ TEST(CleanedViewController, adds_up_once_a_showing_and_asks_for_a_rating_later) 
   at.post("cleaned_view_controller");  // the same launch, once more
   at.screen<CleanedViewController>()->show_left();
   at.pass(1500);
-  auto* list = at.card<LeftPanel>();
+  auto* list = at.card<NotRemovedPanel>();
   ASSERT_NE(list, nullptr) << "it comes over no sheet that was asked for";
   list->escaped();
   at.pass(1500);

@@ -187,7 +187,7 @@ TEST(SandboxViewController, comes_back_from_the_menu_and_what_was_changed_there_
   TestWindow at(ada);
   EngineObjects objects(ada.platform);
   at.context.sharedCleaner = [&]() -> Cleaner& { return objects.cleaner(); };
-  at.context.take_grants_anew = [&] { objects.take_grants_anew(); };
+  at.context.renew_grants = [&] { objects.renew_grants(); };
   at.open_on_screen();
   EXPECT_EQ(objects.cleaner().url_home, ada.url("ada"));
   QAction* entry = nullptr;

@@ -193,7 +193,7 @@ TEST(Guide, lets_nothing_wait_for_the_persons_answer_to_the_system) {
   test::Hold question(*at.context.consent);
   at.open_on_screen();
   std::promise<void> went_on;
-  at.errands.async([&] { went_on.set_value(); });
+  at.io_queue.async([&] { went_on.set_value(); });
   went_on.get_future().wait();
   const AppSettings& settings = ada.settings;
   EXPECT_TRUE(settings.boolean("PrivacyFullDisk")) << "looked at meanwhile";

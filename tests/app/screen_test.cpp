@@ -34,7 +34,7 @@ struct HeldScan {
   Hold hold{opened()};
 
  private:
-  /// The main queue, once the home screen's own errands are over.
+  /// The main queue, once the home screen's own tasks are over.
   test::HandMainQueue& opened() {
     ada.tree.file("ada/Library/Caches/plain/x", 1000).file("ada/Library/Logs/a.log", 2000);
     ada.tree.file("ada/Downloads/c.dmg", 4000).file("ada/.Trash/t", 8000);

@@ -3,7 +3,7 @@
 #include <QClipboard>
 
 #include "app/cleaned/cleaned_view_controller.h"
-#include "app/cleaned/left_panel.h"
+#include "app/cleaned/not_removed_panel.h"
 #include "app/parts/stop_removal.h"
 #include "tests/app/test_window.h"
 #include "ui/freed_view.h"
@@ -168,8 +168,8 @@ TEST(CleanedViewController, lists_what_was_left_and_does_not_count_it) {
   EXPECT_EQ(cleaned->left_size->text(), "4 MB");
   EXPECT_EQ(cleaned->findChildren<FreedView*>().size(), 1);
   cleaned->left_button->click();
-  ASSERT_NE(at.card<LeftPanel>(), nullptr);
-  LeftList& list = *at.card<LeftPanel>()->list;
+  ASSERT_NE(at.card<NotRemovedPanel>(), nullptr);
+  NotRemovedList& list = *at.card<NotRemovedPanel>()->list;
   const auto said = [&](int row) {
     return list.model()->index(row, 0).data(Qt::AccessibleTextRole).toString().toStdString();
   };

@@ -11,7 +11,7 @@ TestWindow::TestWindow(TestPlatform& user)
       platform(user.platform),
       time{user.main_queue},
       delegate(ada.settings, [this] { context.flush_settings(); }),
-      context{platform, time.clock, delegate, background, errands, workspace, chooser, [this]() -> Cleaner& {
+      context{platform, time.clock, delegate, background, io_queue, workspace, chooser, [this]() -> Cleaner& {
                 if (!engine) engine.emplace(ada);
                 return engine->cleaner;
               }} {
@@ -23,7 +23,7 @@ TestWindow::TestWindow(TestPlatform& user)
 TestWindow::~TestWindow() {
   close();
   background.finish();
-  errands.finish();
+  io_queue.finish();
   motion::set_reduced(false);
 }
 
@@ -47,7 +47,7 @@ void TestWindow::close() {
 }
 
 void TestWindow::settle() {
-  for (BackgroundQueue* queue : {&background, context.consent.get(), &errands}) {
+  for (BackgroundQueue* queue : {&background, context.consent.get(), &io_queue}) {
     if (queue == nullptr) continue;
     std::promise<void> idle;
     queue->async([&] { idle.set_value(); });

@@ -60,7 +60,7 @@ class TestWindow {
   QuietWorkspace workspace;
   QuietFolderChooser chooser;
   std::vector<std::string> logged;
-  BackgroundQueue background, errands;
+  BackgroundQueue background, io_queue;
   AppDelegate delegate;
   std::optional<Engine> engine;
   AppContext context;

@@ -177,7 +177,7 @@ void cleaned_left(Stage& stage) {
   cleaned(stage);
 }
 
-void cleaned_left_list(Stage& stage) {
+void cleaned_not_removed_list(Stage& stage) {
   leave_some(stage);
   cleaned(stage)->show_left();
 }
@@ -391,7 +391,7 @@ constexpr std::array stages = {
     StageRow{"screen_delete_left", delete_left},
     StageRow{"screen_cleaned", cleaned_all},
     StageRow{"screen_cleaned_left", cleaned_left},
-    StageRow{"screen_cleaned_left_list", cleaned_left_list},
+    StageRow{"screen_cleaned_not_removed_list", cleaned_not_removed_list},
     StageRow{"screen_cleaned_rating", cleaned_rating},
     StageRow{"screen_cleaned_promotion", cleaned_promotion},
 };

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/parts/left_list.h"
+#include "app/parts/not_removed_list.h"
 #include "app/parts/screen.h"
 
 class QLabel;
@@ -8,12 +8,12 @@ class QLabel;
 namespace tarnby {
 
 /// Lists what the last removal left, and why.
-class LeftPanel : public Screen {
+class NotRemovedPanel : public Screen {
   Q_OBJECT
  public:
-  explicit LeftPanel(AppContext& context);
+  explicit NotRemovedPanel(AppContext& context);
 
-  LeftList* list;
+  NotRemovedList* list;
 };
 
 }  // namespace tarnby

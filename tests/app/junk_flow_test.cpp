@@ -15,7 +15,7 @@
 #include "app/junk/page_controllers.h"
 #include "app/junk/scan_view_controller.h"
 #include "app/junk/select_browsers.h"
-#include "app/parts/left_list.h"
+#include "app/parts/not_removed_list.h"
 #include "app/smart/warning_cleanup_view_controller.h"
 #include "platform/settings_store.h"
 #include "tests/app/test_window.h"
@@ -498,7 +498,7 @@ TEST(DeleteViewController, gives_what_is_left_to_the_helper_or_lists_it) {
   auto* panel = pages.at.card<DownloadHelper>();
   ASSERT_NE(panel, nullptr);
   EXPECT_TRUE(panel->download_button->isHidden()) << "nobody hands one out yet";
-  const QModelIndex row = panel->findChild<LeftList*>()->model()->index(0, 0);
+  const QModelIndex row = panel->findChild<NotRemovedList*>()->model()->index(0, 0);
   EXPECT_THAT(row.data(Qt::AccessibleTextRole).toString().toStdString(), testing::HasSubstr("outside/kept: ")) << "why";
   panel->show_button->click();
   EXPECT_THAT(pages.at.workspace.asked, ElementsAre("reveal " + pages.ada.tree.path("outside/kept")));

@@ -1,4 +1,4 @@
-#include "cli/cleaning.h"
+#include "cli/removal_flow.h"
 
 #include <algorithm>
 #include <string>

@@ -1,4 +1,4 @@
-#include "app/desktop/fonts_ahead.h"
+#include "app/desktop/font_preloader.h"
 
 #include <fontconfig/fontconfig.h>
 
@@ -7,7 +7,7 @@
 
 namespace tarnby {
 
-FontsAhead::FontsAhead() {
+FontPreloader::FontPreloader() {
   // The toolkit takes this one out of the environment when it has read it (startup notification), and nobody may read
   // the environment meanwhile, as fontconfig does: setenv(3).
   if (std::getenv("DESKTOP_STARTUP_ID") != nullptr) return;  // NOLINT(concurrency-mt-unsafe): no thread yet
@@ -18,7 +18,7 @@ FontsAhead::FontsAhead() {
   });
 }
 
-FontsAhead::~FontsAhead() {
+FontPreloader::~FontPreloader() {
   if (reader_.joinable()) reader_.join();
 }
 

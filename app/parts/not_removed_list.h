@@ -11,7 +11,7 @@ namespace tarnby {
 /// A list of entries that are still there, a row each: its icon, its name, where it lies and why it is still there. The
 /// row under the pointer, or else the one the keyboard is on, has the buttons that show it and copy its path; Ctrl and
 /// C copies, too. Main thread.
-class LeftList : public QListView {
+class NotRemovedList : public QListView {
   Q_OBJECT
  public:
   struct Line {
@@ -21,8 +21,8 @@ class LeftList : public QListView {
   };
 
   /// @param parent its window title says what the list is.
-  LeftList(AppContext& context, const QSize& size, QWidget* parent);
-  ~LeftList() override;
+  NotRemovedList(AppContext& context, const QSize& size, QWidget* parent);
+  ~NotRemovedList() override;
 
   /// To be called once; a short list takes less than its size.
   void show_lines(std::vector<Line> lines);

@@ -5,15 +5,15 @@
 namespace tarnby {
 
 /// Reads the desktop's fonts while the program connects to the display. The toolkit would read them after that, on the
-/// main thread: an eighth of the time until the window is seen. They are read when this is gone.
+/// main thread: an eighth of the time until the window is seen. The destructor waits until they are read.
 ///
 /// To be made before the application. Failures are left to the toolkit, which meets them again.
-class FontsAhead {
+class FontPreloader {
  public:
-  FontsAhead();
-  FontsAhead(const FontsAhead&) = delete;
-  FontsAhead& operator=(const FontsAhead&) = delete;
-  ~FontsAhead();
+  FontPreloader();
+  FontPreloader(const FontPreloader&) = delete;
+  FontPreloader& operator=(const FontPreloader&) = delete;
+  ~FontPreloader();
 
  private:
   std::thread reader_;

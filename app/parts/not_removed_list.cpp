@@ -1,4 +1,4 @@
-#include "app/parts/left_list.h"
+#include "app/parts/not_removed_list.h"
 
 #include <QAbstractListModel>
 #include <QClipboard>
@@ -38,7 +38,7 @@ QString one_line(const std::string& text) {
 
 }  // namespace
 
-class LeftList::Model : public QAbstractListModel {
+class NotRemovedList::Model : public QAbstractListModel {
  public:
   Model(AppContext& context, QObject* parent) : QAbstractListModel(parent), context_(context) {}
 
@@ -82,9 +82,10 @@ class LeftList::Model : public QAbstractListModel {
 };
 
 /// Two lines a row: the name, and below it the folder, which is shortened in its middle, and the reason, which is not.
-class LeftList::Rows : public QStyledItemDelegate {
+class NotRemovedList::Rows : public QStyledItemDelegate {
  public:
-  Rows(Icons& icons, const LeftList& list, QObject* parent) : QStyledItemDelegate(parent), icons_(icons), list_(list) {}
+  Rows(Icons& icons, const NotRemovedList& list, QObject* parent)
+      : QStyledItemDelegate(parent), icons_(icons), list_(list) {}
 
   QSize sizeHint(const QStyleOptionViewItem&, const QModelIndex&) const override {
     return {1, scaled(usual_row_height)};
@@ -135,10 +136,10 @@ class LeftList::Rows : public QStyledItemDelegate {
   }
 
   Icons& icons_;
-  const LeftList& list_;
+  const NotRemovedList& list_;
 };
 
-LeftList::LeftList(AppContext& context, const QSize& size, QWidget* parent)
+NotRemovedList::NotRemovedList(AppContext& context, const QSize& size, QWidget* parent)
     : QListView(parent), context_(context), model_(new Model(context, this)), tools_(new QWidget(viewport())) {
   setAccessibleName(parent->windowTitle());
   use_scrollers(this);
@@ -158,14 +159,14 @@ LeftList::LeftList(AppContext& context, const QSize& size, QWidget* parent)
   show_button = new PushButton(context.text("Show"), ButtonKind::plain, tools_);
   copy_button = new PushButton(context.text("Copy path"), ButtonKind::plain, tools_);
   for (PushButton* button : {show_button, copy_button}) row->addWidget(button);
-  connect(show_button, &QAbstractButton::clicked, this, &LeftList::show_entry);
-  connect(copy_button, &QAbstractButton::clicked, this, &LeftList::copy_path);
+  connect(show_button, &QAbstractButton::clicked, this, &NotRemovedList::show_entry);
+  connect(copy_button, &QAbstractButton::clicked, this, &NotRemovedList::copy_path);
   tools_->hide();
 }
 
-LeftList::~LeftList() = default;
+NotRemovedList::~NotRemovedList() = default;
 
-void LeftList::show_lines(std::vector<Line> lines) {
+void NotRemovedList::show_lines(std::vector<Line> lines) {
   model_->set_lines(std::move(lines));
   constexpr int least_rows = 3;
   setFixedHeight(std::min(height(), std::max(least_rows, model_->rowCount()) * scaled(usual_row_height)));
@@ -173,11 +174,11 @@ void LeftList::show_lines(std::vector<Line> lines) {
   place_tools();
 }
 
-QModelIndex LeftList::handled() const {
+QModelIndex NotRemovedList::handled() const {
   return pointed_.isValid() ? QModelIndex(pointed_) : currentIndex();
 }
 
-void LeftList::place_tools() {
+void NotRemovedList::place_tools() {
   const QModelIndex row = handled();
   tools_->setVisible(row.isValid());
   viewport()->update();
@@ -189,37 +190,38 @@ void LeftList::place_tools() {
   tools_->setGeometry(QStyle::visualRect(layoutDirection(), place, wanted));
 }
 
-void LeftList::show_entry() {
+void NotRemovedList::show_entry() {
   if (handled().isValid()) context_.workspace.reveal({&model_->url(handled()), 1});
 }
 
-void LeftList::copy_path() {
+void NotRemovedList::copy_path() {
   if (handled().isValid()) QGuiApplication::clipboard()->setText(QString::fromStdString(model_->url(handled()).path()));
 }
 
-void LeftList::keyPressEvent(QKeyEvent* event) {
+void NotRemovedList::keyPressEvent(QKeyEvent* event) {
   pointed_ = QModelIndex();
   place_tools();
   event->matches(QKeySequence::Copy) ? copy_path() : QListView::keyPressEvent(event);
 }
 
-void LeftList::contextMenuEvent(QContextMenuEvent* event) {
+void NotRemovedList::contextMenuEvent(QContextMenuEvent* event) {
   if (!handled().isValid()) return;
   auto* menu = new QMenu(this);
   menu->setAttribute(Qt::WA_DeleteOnClose);
-  connect(menu->addAction(context_.text("Show in file viewer")), &QAction::triggered, this, &LeftList::show_entry);
-  connect(menu->addAction(context_.text("Copy path")), &QAction::triggered, this, &LeftList::copy_path);
+  connect(menu->addAction(context_.text("Show in file viewer")), &QAction::triggered, this,
+          &NotRemovedList::show_entry);
+  connect(menu->addAction(context_.text("Copy path")), &QAction::triggered, this, &NotRemovedList::copy_path);
   const bool keyboard = event->reason() == QContextMenuEvent::Keyboard;
   menu->popup(keyboard ? viewport()->mapToGlobal(visualRect(handled()).center()) : event->globalPos());
 }
 
-void LeftList::mouseMoveEvent(QMouseEvent* event) {
+void NotRemovedList::mouseMoveEvent(QMouseEvent* event) {
   pointed_ = indexAt(event->position().toPoint());
   place_tools();
   QListView::mouseMoveEvent(event);
 }
 
-bool LeftList::viewportEvent(QEvent* event) {
+bool NotRemovedList::viewportEvent(QEvent* event) {
   if (event->type() == QEvent::Leave) {
     pointed_ = QModelIndex();
     place_tools();
@@ -227,17 +229,17 @@ bool LeftList::viewportEvent(QEvent* event) {
   return QListView::viewportEvent(event);
 }
 
-void LeftList::scrollContentsBy(int dx, int dy) {
+void NotRemovedList::scrollContentsBy(int dx, int dy) {
   QListView::scrollContentsBy(dx, dy);
   place_tools();
 }
 
-void LeftList::resizeEvent(QResizeEvent* event) {
+void NotRemovedList::resizeEvent(QResizeEvent* event) {
   QListView::resizeEvent(event);
   place_tools();
 }
 
-void LeftList::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
+void NotRemovedList::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
   QListView::currentChanged(current, previous);
   place_tools();
 }

@@ -1,4 +1,4 @@
-#include "app/cleaned/left_panel.h"
+#include "app/cleaned/not_removed_panel.h"
 
 #include <QVBoxLayout>
 
@@ -14,7 +14,7 @@ constexpr QSize list_size(640, 312);  // whole rows
 
 }  // namespace
 
-LeftPanel::LeftPanel(AppContext& context) : Screen(context) {
+NotRemovedPanel::NotRemovedPanel(AppContext& context) : Screen(context) {
   const RemovalOutcome& outcome = context.removal.outcome;
   const auto count = static_cast<std::int64_t>(outcome.left.size());
   setWindowTitle(context.plural(count, "One entry was left", "%@ entries were left"));
@@ -23,8 +23,8 @@ LeftPanel::LeftPanel(AppContext& context) : Screen(context) {
       text_label(context.text("%@ still there. Nothing else was touched.", {context.byte_count(outcome.left_bytes)}),
                  theme::Type::body, theme::readable(theme::secondary, theme::sheet), this));
   layout->addSpacing(theme::grid);
-  list = new LeftList(context, list_size, this);
-  std::vector<LeftList::Line> lines;
+  list = new NotRemovedList(context, list_size, this);
+  std::vector<NotRemovedList::Line> lines;
   for (const LeftEntry& left : outcome.left) lines.push_back({left.url, context.text(left_reason_text(left.reason))});
   list->show_lines(std::move(lines));
   layout->addWidget(list);
