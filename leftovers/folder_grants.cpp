@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "places/macos_home.h"
+#include "places/home_kind.h"
 #include "platform/platform.h"
 
 namespace tarnby {
@@ -41,7 +41,8 @@ GrantState FolderGrants::check_whole(Grant grant) const {
 
 Access FolderGrants::access() const {
   Access access = {check_whole(Grant::home), check_whole(Grant::applications)};
-  access.needs_applications = !access.home.is_valid || !knows_no_applications(access.home.folder);
+  access.needs_applications =
+      !access.home.is_valid || kind_of_home(platform_.files, access.home.folder) == HomeKind::macos;
   return access;
 }
 
@@ -62,14 +63,6 @@ bool FolderGrants::holds_application(const Url& folder) const {
   return std::ranges::any_of(entries, is_application) || std::ranges::any_of(entries, [&](const Url& entry) {
            return std::ranges::any_of(files.list_urls(entry), is_application);
          });
-}
-
-bool FolderGrants::knows_no_applications(const Url& home) const {
-  const auto has = [&](const Url& above) {
-    return [&, above](std::string_view name) { return platform_.files.is_folder(above.appending(name)); };
-  };
-  return std::ranges::none_of(macos_home::library_folders, has(home.appending(macos_home::library))) &&
-         std::ranges::any_of(macos_home::folders_of_other_kinds, has(home));
 }
 
 }  // namespace tarnby

@@ -69,7 +69,6 @@ class FolderGrants {
   GrantState check_whole(Grant grant) const;
   GrantFault fault_of(Grant grant, const GrantState& state) const;
   bool holds_application(const Url& folder) const;
-  bool knows_no_applications(const Url& home) const;
 
   Platform& platform_;
 };
