@@ -1,6 +1,5 @@
 #pragma once
 
-#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -8,12 +7,12 @@
 #include <span>
 #include <string>
 #include <string_view>
-#include <system_error>
 #include <vector>
 
 #include "files/directory.h"
 #include "files/granted_folders.h"
 #include "files/missed.h"
+#include "files/removal.h"
 #include "files/url.h"
 
 namespace tarnby {
@@ -53,39 +52,6 @@ enum class Readability { absent, unreadable, readable };
 
 /// True when an error (errno(3)) says nothing about what is there, unlike "there is none" and "you may not".
 bool is_failure(int error);
-
-/// What a removal has done so far. Its workers add to it while they go on; any thread may read it.
-struct RemovalProgress {
-  /// What this run itself has removed: files, links and folders, those inside listed entries included.
-  std::atomic<std::int64_t> entries{0};
-  /// Of the listed entries those that this run has taken whole.
-  std::atomic<std::int64_t> listed{0};
-  /// As Removal::bytes, over all listed entries.
-  std::atomic<std::int64_t> bytes{0};
-};
-
-/// How a removal is watched and ended. What is pointed to must live until the removal has returned; all may be null.
-struct RemovalOptions {
-  /// When it becomes true, the entries in hand are finished and the rest is not attempted.
-  const std::atomic<bool>* stop = nullptr;
-  /// When it becomes true, the removal ends between two system calls: of the entries in hand a part may stay, which
-  /// then fail with ECANCELED.
-  const std::atomic<bool>* stop_now = nullptr;
-  RemovalProgress* progress = nullptr;
-};
-
-/// What became of one entry that was to be removed.
-struct Removal {
-  /// False when the pass was stopped before it came to this entry.
-  bool attempted = false;
-  /// Empty when nothing of the entry is left, also when it was gone before.
-  std::error_code error;
-  /// Bytes of the files and links that this very run removed for it, also where a part of it stays: each name once,
-  /// with the logical length it had at that moment. What somebody else removed meanwhile counts for them.
-  std::int64_t bytes = 0;
-  /// True when this run itself removed the entry; false also when it was gone before.
-  bool taken = false;
-};
 
 /// Listing, walking, looking and removing. Links are never followed below the place where an operation starts, and that
 /// place is not followed either. No operation throws or reports a failure on the way: what cannot be read is empty, and
@@ -162,8 +128,8 @@ class FileManager {
   /// True when a folder is there afterwards; the one that is to hold it must be there before.
   bool make_folder(const Url& folder) const;
 
-  /// Removes each entry and everything below it, for good; returns one result each. They are begun in order, and some
-  /// folders may be in hand at the same time.
+  /// Removes each entry and everything below it, for good; returns one result each. They are begun in order, but for
+  /// those that wait for another one (RemovalOptions::after), and some folders may be in hand at the same time.
   ///
   /// What stands under the name by then goes, with all that is below it by then; but what a listing found (see
   /// Url::listed_as) and has become an entry of another kind since is not what anybody agreed to: it fails with ESTALE.
