@@ -19,6 +19,15 @@ struct SystemVersion {
   }
 };
 
+/// What the variables XDG_CACHE_HOME, XDG_CONFIG_HOME, XDG_DATA_HOME and XDG_STATE_HOME say, as they say it; empty when
+/// unset. Whether a home may be read so is for whoever knows the home to decide (places/user_folders.h).
+struct BaseFolderVariables {
+  std::string cache;
+  std::string config;
+  std::string data;
+  std::string state;
+};
+
 /// What is known of the logged-in user. Values are taken once, from the environment and the account database
 /// (getpwuid_r(3), locale(7)); nothing changes afterwards.
 struct Session {
@@ -45,6 +54,11 @@ struct Session {
   std::optional<SystemVersion> system_version = {};
   /// The home folder that the account database names, whatever the environment says; nowhere without an account.
   Url account_home = {};
+  /// Where programs of this login keep what ends with it (XDG_RUNTIME_DIR), such as the locks of running flatpaks;
+  /// nowhere when the variable names no absolute place, and on systems without one.
+  Url runtime_folder = {};
+  /// Where the user wants the base folders of their home.
+  BaseFolderVariables base_folders = {};
 };
 
 /// The session of this process.

@@ -76,6 +76,9 @@ Session current_session() {
   session.autostart_folder = settings.appending("autostart");
   session.system_autostart_folders = system_autostart_folders();
   session.program_folders = folders_of(variable("PATH"));
+  session.runtime_folder = Url::file(variable("XDG_RUNTIME_DIR"));
+  session.base_folders = {variable("XDG_CACHE_HOME"), variable("XDG_CONFIG_HOME"), variable("XDG_DATA_HOME"),
+                          variable("XDG_STATE_HOME")};
   session.preferred_languages = preferred_languages();
   session.collation_locale = first_set({"LC_ALL", "LC_COLLATE", "LANG"});
   session.number_locale = first_set({"LC_ALL", "LC_NUMERIC", "LANG"});
