@@ -13,9 +13,15 @@ namespace tarnby {
 /// wherever it is moved.
 struct MayChange {
   /// Below these, entries may be removed; nothing may be made or written.
-  std::vector<Descriptor> removing;
+  std::vector<Descriptor> removing = {};
   /// Below these, folders and files may be made, files written, renamed within their folder, and removed.
-  std::vector<Descriptor> writing;
+  std::vector<Descriptor> writing = {};
+  /// Where entries may be removed, folders may also be renamed within the folder that holds them, which to the kernel
+  /// is to make one.
+  bool renaming = false;
+  /// The modes of this user's files and folders may be changed (chmod(2)), wherever they are; also where `writing`
+  /// names a folder.
+  bool unlocking = false;
 };
 
 /// Takes the right to remove, make and write anything else from the calling thread and from all threads that it starts

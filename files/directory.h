@@ -96,6 +96,13 @@ Descriptor open_file_for_writing_at(int parent, const char* name);
 /// Makes a folder for this user alone; false when something stands there that is no folder, or it cannot be made.
 bool make_folder_at(int parent, const char* name);
 
+/// As open_path_handle_at, and refused when another file system or a bind mount begins there.
+Descriptor open_path_handle_on_same_mount(int parent, const char* name);
+
+/// Gives the owner of an open folder, of which `handle` may be a path handle, all rights in it; other rights in its
+/// mode stay. True when the owner has them afterwards. False, and nothing is changed, when that is another user.
+bool unlock_folder(int handle);
+
 /// What an open folder holds under a name; a link itself, not what it points to.
 Status status_at(int parent, const char* name);
 
@@ -109,8 +116,10 @@ Status status_of(int handle);
 /// True when both handles are known to be open to entries of one file system.
 bool on_same_device(int handle, int other);
 
-/// Renames an entry without replacing another: false with EEXIST when the new name is taken. False with another
-/// errno(3) when it cannot be renamed.
+/// Renames an entry of an open folder without replacing another: false with EEXIST when the new name is taken. False
+/// with another errno(3) when it cannot be renamed.
+bool rename_to_free_name_at(int folder, const char* from, const char* to);
+/// The same for an entry named by its path.
 bool rename_to_free_name(const std::string& from, const std::string& to);
 
 /// How many removals at once are fastest on the file system that holds this folder.

@@ -244,7 +244,8 @@ std::vector<Removal> FileManager::remove(std::span<const Url> urls, const Remova
     results = RemovalPass(granted_, confined_threads_.get(), workers_, handles_, urls, options).run();
   };
   const bool apart = confined_threads_ && callers_ == Callers::keep_their_rights;
-  const bool confined = apart && confined_threads_->run({granted_.handles(), {}}, work);
+  const bool confined =
+      apart && confined_threads_->run({.removing = granted_.handles(), .unlocking = options.unlock_folders}, work);
   if (!confined) work();
   return results;
 }

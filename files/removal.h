@@ -68,6 +68,10 @@ struct RemovalOptions {
   /// itself. Whoever has no earlier one there, or lies behind its end, waits for none.
   std::vector<std::size_t> after = {};
 
+  /// Where this user's own folder, a listed one or below it, forbids its owner to list it or to remove from it, its
+  /// owner gets all rights in it and it is tried once more. A folder that cannot go for another reason keeps them.
+  bool unlock_folders = false;
+
   static constexpr std::size_t waits_for_none = SIZE_MAX;
 };
 

@@ -95,8 +95,20 @@ Descriptor RemovalJob::open_start(const TraversedFolder& folder) {
   return open_checked(target.holding->handle.get(), target.name);
 }
 
+/// Tries once more where a folder within an entry may have forbidden it by its mode. On failure errno(3) says why.
+template <typename Attempt>
+bool RemovalJob::unlocking(int folder, Attempt attempt) const {
+  if (attempt()) return true;
+  if (errno != EACCES || !options_.unlock_folders) return false;
+  if (unlock_folder(folder)) return attempt();
+  errno = EACCES;
+  return false;
+}
+
 Descriptor RemovalJob::open_below(int parent, const TraversedFolder& folder) {
-  return open_checked(parent, folder.name());
+  Descriptor opened;
+  (void)unlocking(parent, [&] { return bool(opened = open_checked(parent, folder.name())); });
+  return opened;
 }
 
 // The kernel looks for the right to remove from each entry upwards. With the right to all below a folder nearby the
@@ -104,6 +116,7 @@ Descriptor RemovalJob::open_below(int parent, const TraversedFolder& folder) {
 bool RemovalJob::run_apart(int folder, const std::function<void()>& work) try {
   MayChange but;
   but.removing.emplace_back(fcntl(folder, F_DUPFD_CLOEXEC, 0));
+  but.unlocking = options_.unlock_folders;
   return confined_ && confined_->run(std::move(but), work);
 } catch (const std::bad_alloc&) {
   return false;
@@ -118,8 +131,11 @@ void RemovalJob::visit(const TraversedFolder& folder, int handle, std::span<cons
       enter.add(entry.name, folder.tag());
       continue;
     }
-    const std::int64_t size = entry.kind == EntryKind::other ? 0 : size_at(handle, entry.name.data());
-    if (taken.unlink(handle, entry.name.data(), size)) continue;
+    const bool is_gone = unlocking(handle, [&] {
+      const std::int64_t size = entry.kind == EntryKind::other ? 0 : size_at(handle, entry.name.data());
+      return taken.unlink(handle, entry.name.data(), size);
+    });
+    if (is_gone) continue;
     const int error = errno;
     // Some systems say EPERM of a folder.
     if (error == EISDIR || (error == EPERM && status_at(handle, entry.name.data()).kind == EntryKind::folder)) {
@@ -147,16 +163,27 @@ void RemovalJob::leave(const TraversedFolder& folder, int parent_handle) {
   one_done_.notify_all();
 }
 
-/// A granted folder must not go even when it has come to lie inside an entry by another path; nor one of which nobody
-/// can tell.
+/// Opens the folder even where its mode forbids that, when it may be unlocked.
 Descriptor RemovalJob::open_checked(int parent, const std::string& name) const {
   Descriptor folder = open_folder_on_same_mount(parent, name.c_str());
-  const Status standing = folder ? status_of(folder.get()) : Status{};
-  if (folder && (standing.error != 0 || granted_.is_or_holds_grant(standing.identity))) {
+  if (!folder && errno == EACCES && options_.unlock_folders) {
+    const Descriptor closed = open_path_handle_on_same_mount(parent, name.c_str());
+    const bool is_unlocked = closed && may_enter(closed) && unlock_folder(closed.get());
+    errno = EACCES;
+    if (is_unlocked) folder = open_folder_on_same_mount(parent, name.c_str());
+  }
+  if (folder && !may_enter(folder)) {
     folder.reset();
     errno = EPERM;
   }
   return folder;
+}
+
+/// A granted folder must not go even when it has come to lie inside an entry by another path; nor one of which nobody
+/// can tell.
+bool RemovalJob::may_enter(const Descriptor& folder) const {
+  const Status standing = status_of(folder.get());
+  return standing.error == 0 && !granted_.is_or_holds_grant(standing.identity);
 }
 
 bool RemovalJob::ends_now() {
@@ -183,8 +210,10 @@ void RemovalJob::remove_left(const TraversedFolder& folder, int parent, const st
   // The parent is no longer where it was found: whether anything of it is left shows when it is left itself.
   if (parent < 0) return;
   if (ends_now()) return note(folder.tag(), ECANCELED);
-  if (taken.remove_folder(parent, name.c_str())) return;  // an empty one goes even when it is unreadable
   const bool is_entry = folder.parent() == nullptr;
+  // An empty one goes even when it is unreadable. The folder that holds the entry itself is not for it to unlock.
+  const auto remove = [&] { return taken.remove_folder(parent, name.c_str()); };
+  if (is_entry ? remove() : unlocking(parent, remove)) return;
   // No folder any more: within an entry what it became goes, too.
   if (errno == ENOTDIR && !is_entry && taken.unlink(parent, name.c_str(), size_at(parent, name.c_str()))) return;
   note(folder.tag(), is_not_empty(errno) && why_closed != 0 ? why_closed : errno);

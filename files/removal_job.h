@@ -84,7 +84,10 @@ class RemovalJob final : public TraversalJob {
   };
 
   bool begin(std::size_t tag);
+  template <typename Attempt>
+  bool unlocking(int folder, Attempt attempt) const;
   Descriptor open_checked(int parent, const std::string& name) const;
+  bool may_enter(const Descriptor& folder) const;
   bool ends_now();
   void note_taken(Target& target);
   void count(std::size_t tag, const Taken& taken);

@@ -63,6 +63,15 @@ bool refuse_truncating() {
          refuse(filter, EACCES, SCMP_SYS(openat), truncates(2)) && seccomp_load(filter.get()) == 0;
 }
 
+/// Has every change of a mode refused.
+bool refuse_unlocking() {
+  constexpr int fchmodat2 = 452;  // newer than the library
+  const Filter filter = make_filter();
+  return filter && refuse(filter, EACCES, SCMP_SYS(chmod)) && refuse(filter, EACCES, SCMP_SYS(fchmod)) &&
+         refuse(filter, EACCES, SCMP_SYS(fchmodat)) && refuse(filter, EACCES, fchmodat2) &&
+         seccomp_load(filter.get()) == 0;
+}
+
 }  // namespace
 
 bool give_up_changing(const MayChange& but) {
@@ -70,8 +79,10 @@ bool give_up_changing(const MayChange& but) {
   handled.handled_access_fs = changing;
   const Descriptor rules(
       static_cast<int>(syscall(SYS_landlock_create_ruleset, &handled, sizeof handled.handled_access_fs, 0)));
-  return rules && allow_below(rules, but.removing, removing) && allow_below(rules, but.writing, writing_files) &&
-         prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0 && refuse_truncating() &&
+  const std::uint64_t in_removed = but.renaming ? removing | LANDLOCK_ACCESS_FS_MAKE_DIR : removing;
+  const bool keeps_modes = !but.unlocking && but.writing.empty();
+  return rules && allow_below(rules, but.removing, in_removed) && allow_below(rules, but.writing, writing_files) &&
+         prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0 && refuse_truncating() && (!keeps_modes || refuse_unlocking()) &&
          syscall(SYS_landlock_restrict_self, rules.get(), 0) == 0;
 }
 

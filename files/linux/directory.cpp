@@ -12,6 +12,7 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <string>
 
 namespace tarnby {
 
@@ -61,6 +62,15 @@ Descriptor open_resolving(int parent, const char* path, int flags, std::uint64_t
   how.resolve = resolve | RESOLVE_NO_SYMLINKS | RESOLVE_BENEATH;
   const long handle = uninterrupted([&] { return syscall(SYS_openat2, parent, path, &how, sizeof how); });
   return Descriptor(static_cast<int>(handle));
+}
+
+/// Empty with EXDEV when the folder is on another file system than its parent, which is all that a device number tells.
+Descriptor unless_elsewhere(Descriptor folder, int parent) {
+  if (folder && !on_same_device(folder.get(), parent)) {
+    folder.reset();
+    errno = EXDEV;
+  }
+  return folder;
 }
 
 }  // namespace
@@ -113,13 +123,24 @@ Descriptor open_folder_beneath(int parent, const char* path) {
 Descriptor open_folder_on_same_mount(int parent, const char* name) {
   Descriptor folder = open_resolving(parent, name, folder_flags, RESOLVE_NO_XDEV);
   if (folder || (errno != ENOSYS && errno != EPERM)) return folder;
-  // Another device number is all that can be told.
-  folder = open_folder_at(parent, name);
-  if (folder && !on_same_device(folder.get(), parent)) {
-    folder.reset();
-    errno = EXDEV;
-  }
-  return folder;
+  return unless_elsewhere(open_folder_at(parent, name), parent);
+}
+
+Descriptor open_path_handle_on_same_mount(int parent, const char* name) {
+  Descriptor folder = open_resolving(parent, name, O_PATH | O_DIRECTORY | O_CLOEXEC, RESOLVE_NO_XDEV);
+  if (folder || (errno != ENOSYS && errno != EPERM)) return folder;
+  return unless_elsewhere(open_path_handle_at(parent, name), parent);
+}
+
+bool unlock_folder(int handle) {
+  struct stat info = {};
+  if (uninterrupted([&] { return fstat(handle, &info); }) != 0) return false;
+  if (!S_ISDIR(info.st_mode) || info.st_uid != geteuid()) return false;
+  if ((info.st_mode & S_IRWXU) == S_IRWXU) return true;
+  const mode_t mode = (info.st_mode & 07777) | S_IRWXU;
+  if (uninterrupted([&] { return fchmod(handle, mode); }) == 0) return true;
+  // A path handle has no mode of its own to the system, but leads to what it is open to, wherever that is.
+  return errno == EBADF && chmod(("/proc/self/fd/" + std::to_string(handle)).c_str(), mode) == 0;
 }
 
 unsigned removal_threads_for(int folder) {
@@ -141,17 +162,18 @@ ThreadWaits waits_of_this_thread() {
   return {used.ru_inblock, used.ru_nvcsw};
 }
 
-bool rename_to_free_name(const std::string& from, const std::string& to) {
-  const auto move = [&] { return ::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE); };
+bool rename_to_free_name_at(int folder, const char* from, const char* to) {
+  const auto move = [&] { return ::renameat2(folder, from, folder, to, RENAME_NOREPLACE); };
   if (uninterrupted(move) == 0) return true;
   if (errno != EINVAL && errno != ENOSYS) return false;
   // A file system without that operation. Others of this program who would take the name wait for a lock.
-  struct stat ignored = {};
-  if (::lstat(to.c_str(), &ignored) == 0) {
-    errno = EEXIST;
-    return false;
-  }
-  return errno == ENOENT && ::rename(from.c_str(), to.c_str()) == 0;
+  const Status taken = status_at(folder, to);
+  errno = taken.error == 0 ? EEXIST : taken.error;
+  return errno == ENOENT && ::renameat(folder, from, folder, to) == 0;
+}
+
+bool rename_to_free_name(const std::string& from, const std::string& to) {
+  return rename_to_free_name_at(AT_FDCWD, from.c_str(), to.c_str());
 }
 
 }  // namespace tarnby

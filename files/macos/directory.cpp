@@ -110,13 +110,34 @@ Descriptor open_folder_on_same_mount(int parent, const char* name) {
   return folder;
 }
 
+Descriptor open_path_handle_on_same_mount(int parent, const char* name) {
+  Descriptor folder = open_path_handle_at(parent, name);
+  if (folder && !on_same_device(folder.get(), parent)) {
+    folder.reset();
+    errno = EXDEV;
+  }
+  return folder;
+}
+
+bool unlock_folder(int handle) {
+  struct stat info = {};
+  if (uninterrupted([&] { return fstat(handle, &info); }) != 0) return false;
+  if (!S_ISDIR(info.st_mode) || info.st_uid != geteuid()) return false;
+  const mode_t mode = static_cast<mode_t>(info.st_mode & 07777) | S_IRWXU;
+  return uninterrupted([&] { return fchmod(handle, mode); }) == 0;
+}
+
 ThreadWaits waits_of_this_thread() {
   thread_local long asked = 0;  // the system does not tell: whoever asks has waited
   return {++asked, 0};
 }
 
+bool rename_to_free_name_at(int folder, const char* from, const char* to) {
+  return uninterrupted([&] { return renameatx_np(folder, from, folder, to, RENAME_EXCL); }) == 0;
+}
+
 bool rename_to_free_name(const std::string& from, const std::string& to) {
-  return uninterrupted([&] { return renamex_np(from.c_str(), to.c_str(), RENAME_EXCL); }) == 0;
+  return rename_to_free_name_at(AT_FDCWD, from.c_str(), to.c_str());
 }
 
 unsigned removal_threads_for(int /*folder*/) {

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <atomic>
@@ -135,6 +136,42 @@ TEST(RemovalGate, an_order_that_cannot_be_kept_is_none) {
   tree.file("grant/a").file("grant/b/1").file("grant/c");
   const auto removals = removed(tree, teams[0], {"a", "b", "c"}, {.after = {1, 1, 77, 5}});
   EXPECT_TRUE(std::ranges::all_of(removals, &Removal::taken));
+}
+
+TEST(UnlockFolders, takes_what_their_owner_has_closed_to_himself) {
+  for (const Team& team : {teams[0], teams[1], Team{1, 16}}) {
+    for (const bool confined : {false, true}) {
+      SCOPED_TRACE(team.why() + (confined ? ", confined" : ""));
+      TempTree tree;
+      for (const char* mode : {"555", "44", "444", "0", "311"}) {
+        tree.file(std::string("grant/t/") + mode + "/sub/deeper/1", 5).file(std::string("grant/t/") + mode + "/2", 7);
+        tree.folder(std::string("grant/t/") + mode + "/empty");
+        for (const char* below : {"/sub/deeper", "/sub", "/empty", ""}) {
+          tree.mode(std::string("grant/t/") + mode + below, static_cast<unsigned>(std::stoi(mode, nullptr, 8)));
+        }
+      }
+      tree.file("grant/closed/unit/1").file("grant/foreign/sub/1").mode("grant/closed/unit", 0555);
+      tree.mode("grant/t", 0555).mode("grant/closed", 0555).mode("grant/foreign/sub", 0555);
+      const uid_t somebody_else = 1;
+      const bool has_other = chown(tree.path("grant/foreign/sub").c_str(), somebody_else, somebody_else) == 0;
+      test::as_plain_user(tree, [&] {
+        FileManager files(team.workers, team.handles);
+        EXPECT_TRUE(files.granted().add(Grant::applications, tree.url("grant")));
+        if (confined) files.confine_threads(FileManager::Callers::keep_their_rights);
+        const Url urls[] = {tree.url("grant/t"), tree.url("grant/closed/unit"), tree.url("grant/foreign")};
+        EXPECT_EQ(files.remove({urls, 1}).front().error, std::errc::permission_denied) << "only when it is asked for";
+        const auto removals = files.remove(urls, {.unlock_folders = true});
+        EXPECT_FALSE(removals[0].error) << removals[0].error.message();
+        EXPECT_EQ(removals[0].bytes, 5 * (5 + 7));
+        EXPECT_EQ(removals[1].error, std::errc::permission_denied) << "what holds an entry stays as it is";
+        EXPECT_EQ(bool(removals[2].error), has_other) << "nor another user's folder";
+      });
+      EXPECT_FALSE(tree.exists("grant/t"));
+      EXPECT_EQ(tree.exists("grant/foreign/sub/1"), has_other);
+      tree.mode("grant/closed", 0755);
+      if (has_other) tree.mode("grant/foreign/sub", 0755);
+    }
+  }
 }
 
 }  // namespace

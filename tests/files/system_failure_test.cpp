@@ -183,6 +183,7 @@ TEST_F(SystemFailure, threads_that_look_or_remove_can_do_nothing_else) {
     ++attempts;
     EXPECT_EQ(refusal(unlink(tree.path("outside/1").c_str())), EACCES);
     EXPECT_EQ(refusal(open(tree.path("grant/kept").c_str(), O_WRONLY | O_CLOEXEC)), EACCES);
+    EXPECT_EQ(refusal(chmod(tree.path("grant/kept").c_str(), 0600)), EACCES);
     EXPECT_TRUE(!looks || refusal(unlink(tree.path("grant/kept").c_str())) == EACCES);
   };
   (void)files.walk(tree.url("grant"), Hidden::take, Packages::enter, [&](std::string_view, EntryKind) {

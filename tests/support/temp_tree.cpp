@@ -116,8 +116,8 @@ void as_plain_user(const TempTree& tree, const std::function<void()>& body) {
   ASSERT_GE(child, 0);
   if (child == 0) {
     if (geteuid() == 0) {
-      const auto hand_over = [](const char* path, const struct stat*, int, struct FTW*) {
-        return lchown(path, plain_user, plain_user);
+      const auto hand_over = [](const char* path, const struct stat* standing, int, struct FTW*) {
+        return standing->st_uid == 0 ? lchown(path, plain_user, plain_user) : 0;
       };
       // NOLINTNEXTLINE(concurrency-mt-unsafe): this process has one thread
       if (nftw(tree.path().c_str(), hand_over, 16, FTW_PHYS) != 0 || setgroups(0, nullptr) != 0 ||

@@ -44,7 +44,8 @@ class TempTree {
 };
 
 /// Runs `body` in a child process without root's privileges (as the same user when the test does not run as root) and
-/// adds a failure when an expectation fails there. Files made before are handed over to that user.
+/// adds a failure when an expectation fails there. Files made before are handed over to that user, but for those that
+/// the test has given to somebody else.
 void as_plain_user(const TempTree& tree, const std::function<void()>& body);
 
 /// Whether that user may get to a file: root's checkout may lie in a folder that only root may enter.
