@@ -11,6 +11,7 @@
 #include "files/confined_threads.h"
 #include "files/file_manager.h"
 #include "files/holding_folders.h"
+#include "files/mount_points.h"
 #include "files/removal_job.h"
 #include "files/traversal.h"
 
@@ -58,7 +59,7 @@ class Outcomes {
   void settle(std::size_t at, Removal result) {
     result.attempted = true;
     const std::lock_guard lock(mutex_);
-    results_[at] = result;
+    results_[at] = std::move(result);
   }
   bool is_settled(std::size_t at) const { return results_[at].attempted; }
 
@@ -91,7 +92,9 @@ class RemovalPass {
         outcomes_(urls.size(), options.refuse),
         job_(granted, confined, urls.size(), options, [this](std::size_t at) { return outcomes_.why_refused(at); }),
         threads_(threads),
-        handles_(handles) {}
+        handles_(handles) {
+    if (options.whole_units) mounts_ = mount_points();
+  }
 
   std::vector<Removal> run() {
     for (std::size_t at = 0; at < urls_.size(); ++at) {
@@ -137,7 +140,9 @@ class RemovalPass {
     const auto holding = holding_.holding(url);
     if (!holding) return settle(at, EPERM);
     if (!holding->handle) return settle(at, holding->error);
-    std::string name(url.last_path_component());
+    // What an attempt before has left of a whole unit has another name by now.
+    const std::string& hidden = job_.hidden_name(at);
+    std::string name = hidden.empty() ? std::string(url.last_path_component()) : hidden;
     const Status standing = status_at(holding->handle.get(), name.c_str());
     if (holding->protects(granted_, name, standing)) {
       settle(at, EPERM);
@@ -145,6 +150,8 @@ class RemovalPass {
       settle(at, standing.error);
     } else if (url.listed_kind() != EntryKind::none && url.listed_kind() != standing.kind) {
       settle(at, ESTALE);
+    } else if (standing.kind == EntryKind::folder && is_mounted_in(url)) {
+      settle(at, EXDEV);
     } else if (standing.kind == EntryKind::folder) {
       remove_folder(at, holding, std::move(name));
     } else {
@@ -160,7 +167,15 @@ class RemovalPass {
 
   void settle_folder(std::size_t at) {
     if (!job_.begun(at)) return;  // a stop came before it
-    outcomes_.settle(at, {.error = job_.error(at), .bytes = job_.bytes(at), .taken = job_.taken(at)});
+    Removal result{.error = job_.error(at), .bytes = job_.bytes(at), .taken = job_.taken(at)};
+    const std::string& hidden = job_.hidden_name(at);
+    if (result.error && !hidden.empty()) result.left_as = urls_[at].parent().appending(hidden);
+    outcomes_.settle(at, std::move(result));
+  }
+
+  /// True of a whole unit that the mount table names something in.
+  bool is_mounted_in(const Url& url) const {
+    return std::ranges::any_of(mounts_, [&](const Url& mount) { return mount.is_within(url); });
   }
 
   void remove_file(std::size_t at, int folder, const std::string& name, std::int64_t size) {
@@ -174,7 +189,7 @@ class RemovalPass {
     result.bytes = taken.bytes;
     result.taken = taken.entries > 0;
     if (result.taken && options_.progress) options_.progress->listed.fetch_add(1, std::memory_order_relaxed);
-    outcomes_.settle(at, result);
+    outcomes_.settle(at, std::move(result));
   }
 
   void remove_folder(std::size_t at, const std::shared_ptr<const HoldingFolder>& holding, std::string name) {
@@ -218,7 +233,8 @@ class RemovalPass {
   std::vector<std::size_t> folders_;
   std::vector<std::size_t> waiting_;
   std::unordered_map<std::size_t, int> attempts_;
-  unsigned threads_;  // 0 until the disk is known
+  std::vector<Url> mounts_;  // where whole units are asked for
+  unsigned threads_;         // 0 until the disk is known
   const std::size_t handles_;
   std::unique_ptr<Traversal> workers_;  // last: it ends before what its job uses
 };
@@ -245,7 +261,9 @@ std::vector<Removal> FileManager::remove(std::span<const Url> urls, const Remova
   };
   const bool apart = confined_threads_ && callers_ == Callers::keep_their_rights;
   const bool confined =
-      apart && confined_threads_->run({.removing = granted_.handles(), .unlocking = options.unlock_folders}, work);
+      apart &&
+      confined_threads_->run(
+          {.removing = granted_.handles(), .renaming = options.whole_units, .unlocking = options.unlock_folders}, work);
   if (!confined) work();
   return results;
 }

@@ -9,6 +9,8 @@
 #include <type_traits>
 #include <vector>
 
+#include "files/url.h"
+
 namespace tarnby {
 
 /// What a removal has done so far. Its workers add to it while they go on; any thread may read it.
@@ -32,6 +34,8 @@ struct Removal {
   std::int64_t bytes = 0;
   /// True when this run itself removed the entry; false also when it was gone before.
   bool taken = false;
+  /// Where the rest of a whole unit lies that could not be emptied, see RemovalOptions::whole_units; else empty.
+  Url left_as = {};
 };
 
 /// Why a RemovalGate keeps an entry, where errno(3) has no word for it. Its numbers are none of errno(3) either.
@@ -71,6 +75,11 @@ struct RemovalOptions {
   /// Where this user's own folder, a listed one or below it, forbids its owner to list it or to remove from it, its
   /// owner gets all rights in it and it is tried once more. A folder that cannot go for another reason keeps them.
   bool unlock_folders = false;
+  /// A listed folder is never half itself: it gets a hidden name in its own folder before it is emptied (see
+  /// is_removal_remnant). One that cannot be renamed is not touched, nor one in which something is mounted. When
+  /// nothing of it could be taken, it gets its name back, if that is still free; otherwise the rest keeps the hidden
+  /// name. A thread that has given up rights itself needs to have kept MayChange::renaming.
+  bool whole_units = false;
 
   static constexpr std::size_t waits_for_none = SIZE_MAX;
 };

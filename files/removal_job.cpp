@@ -7,6 +7,8 @@
 #include <new>
 #include <utility>
 
+#include "files/removal_remnant.h"
+
 namespace tarnby {
 
 // How an entry is removed
@@ -91,8 +93,33 @@ Descriptor RemovalJob::open_start(const TraversedFolder& folder) {
     errno = ECANCELED;
     return {};
   }
-  const Target& target = targets_[folder.tag()];
-  return open_checked(target.holding->handle.get(), target.name);
+  Target& target = targets_[folder.tag()];
+  Descriptor opened = open_checked(target.holding->handle.get(), target.name);
+  if (opened && options_.whole_units && !hide(target, opened)) opened = {};
+  return opened;
+}
+
+/// Gives the open folder a hidden name where it stands. False when that is not possible, and errno(3) says why: with
+/// ECANCELED when something else has taken its place just before, which then has its name back.
+bool RemovalJob::hide(Target& target, const Descriptor& opened) {
+  if (is_removal_remnant(target.name)) return true;
+  const int parent = target.holding->handle.get();
+  const std::string hidden = new_removal_remnant_name();
+  if (!rename_to_free_name_at(parent, target.name.c_str(), hidden.c_str())) return false;
+  target.hidden_name = hidden;
+  const Status moved = status_at(parent, hidden.c_str());
+  const Status checked = status_of(opened.get());
+  if (moved.error == 0 && checked.error == 0 && moved.identity == checked.identity) return true;
+  give_name_back(target);
+  target.refusal = {ESTALE, std::generic_category()};
+  errno = ECANCELED;
+  return false;
+}
+
+/// Where the name is taken by now, the hidden one stays.
+void RemovalJob::give_name_back(Target& target) {
+  const int parent = target.holding->handle.get();
+  if (rename_to_free_name_at(parent, target.hidden_name.c_str(), target.name.c_str())) target.hidden_name.clear();
 }
 
 /// Tries once more where a folder within an entry may have forbidden it by its mode. On failure errno(3) says why.
@@ -151,12 +178,16 @@ void RemovalJob::leave(const TraversedFolder& folder, int parent_handle) {
   Target& target = targets_[folder.tag()];
   const bool is_start = folder.parent() == nullptr;
   const int parent = is_start ? target.holding->handle.get() : parent_handle;
-  const std::string& name = is_start ? target.name : folder.name();
+  const std::string& name = is_start ? target.standing_name() : folder.name();
   Taken taken;
   remove_left(folder, parent, name, taken);
   count(folder.tag(), taken);
   if (!is_start) return;
-  if (taken.entries > 0) note_taken(target);
+  if (taken.entries > 0) {
+    note_taken(target);
+  } else if (!target.hidden_name.empty() && !target.lost_something) {
+    give_name_back(target);
+  }
   target.done = true;
   const std::lock_guard lock(mutex_);
   --in_hand_;
@@ -197,6 +228,7 @@ void RemovalJob::note_taken(Target& target) {
 }
 
 void RemovalJob::count(std::size_t tag, const Taken& taken) {
+  if (taken.entries > 0) targets_[tag].lost_something = true;
   if (taken.bytes != 0) targets_[tag].bytes.fetch_add(taken.bytes, std::memory_order_relaxed);
   taken.tell(options_.progress);
 }

@@ -59,6 +59,8 @@ class RemovalJob final : public TraversalJob {
   /// What all its passes have removed.
   std::int64_t bytes(std::size_t tag) const { return targets_[tag].bytes; }
   bool taken(std::size_t tag) const { return targets_[tag].taken; }
+  /// The name under which what is left of a whole unit lies; empty when it has its own.
+  const std::string& hidden_name(std::size_t tag) const { return targets_[tag].hidden_name; }
 
   Descriptor open_start(const TraversedFolder& folder) override;
   Descriptor open_below(int parent, const TraversedFolder& folder) override;
@@ -73,6 +75,7 @@ class RemovalJob final : public TraversalJob {
   struct Target {
     std::shared_ptr<const HoldingFolder> holding;
     std::string name;
+    std::string hidden_name;
     std::atomic<int> first_error{0};
     std::error_code refusal;
     /// Once it is, it is the entry in hand, which a stop lets go to its end.
@@ -80,10 +83,15 @@ class RemovalJob final : public TraversalJob {
     std::atomic<bool> done{false};
     bool follows = false;
     std::atomic<std::int64_t> bytes{0};
+    std::atomic<bool> lost_something{false};
     bool taken = false;
+
+    const std::string& standing_name() const { return hidden_name.empty() ? name : hidden_name; }
   };
 
   bool begin(std::size_t tag);
+  static bool hide(Target& target, const Descriptor& opened);
+  static void give_name_back(Target& target);
   template <typename Attempt>
   bool unlocking(int folder, Attempt attempt) const;
   Descriptor open_checked(int parent, const std::string& name) const;

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/mount.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -12,6 +13,8 @@
 #include <vector>
 
 #include "files/file_manager.h"
+#include "files/removal_remnant.h"
+#include "tests/support/own_mounts.h"
 #include "tests/support/team.h"
 #include "tests/support/temp_tree.h"
 
@@ -172,6 +175,71 @@ TEST(UnlockFolders, takes_what_their_owner_has_closed_to_himself) {
       if (has_other) tree.mode("grant/foreign/sub", 0755);
     }
   }
+}
+
+TEST(WholeUnits, go_whole_or_stay_whole_or_lose_their_name) {
+  struct Case {
+    const char* why;
+    std::vector<std::pair<const char*, unsigned>> modes;
+    bool unlocks;
+    std::errc error;
+    Listing left;
+    bool is_hidden;
+  };
+  const Case cases[] = {
+      {"nothing in the way", {}, false, {}, {}, false},
+      {"a store that is closed", {{"unit/a", 0555}, {"unit", 0555}}, true, {}, {}, false},
+      {"a part that stays", {{"unit/a", 0555}}, false, std::errc::permission_denied, {"/a/1"}, true},
+      {"nothing can go",
+       {{"unit/a", 0555}, {"unit", 0555}},
+       false,
+       std::errc::permission_denied,
+       {"grant/unit/2", "grant/unit/a/1"},
+       false},
+      {"its own folder is closed",
+       {{"", 0555}},
+       true,
+       std::errc::permission_denied,
+       {"grant/unit/2", "grant/unit/a/1"},
+       false},
+  };
+  for (const Case& c : cases) {
+    for (const bool confined : {false, true}) {
+      SCOPED_TRACE(c.why + std::string(confined ? ", confined" : ""));
+      TempTree tree;
+      tree.file("grant/unit/a/1").file("grant/unit/2");
+      for (const auto& [path, mode] : c.modes) tree.mode(std::string("grant/") + path, mode);
+      test::as_plain_user(tree, [&] {
+        FileManager files;
+        EXPECT_TRUE(files.granted().add(Grant::applications, tree.url("grant")));
+        if (confined) files.confine_threads(FileManager::Callers::keep_their_rights);
+        const Url unit = tree.url("grant/unit");
+        const Removal removal = files.remove({&unit, 1}, {.unlock_folders = c.unlocks, .whole_units = true}).front();
+        EXPECT_EQ(removal.error, c.error == std::errc{} ? std::error_code() : make_error_code(c.error));
+        EXPECT_EQ(is_removal_remnant(removal.left_as.last_path_component()), c.is_hidden);
+        Listing left = c.left;
+        if (c.is_hidden) left = {"grant/" + std::string(removal.left_as.last_path_component()) + "/a/1"};
+        if (left.empty()) left = {"grant/"};
+        EXPECT_EQ(tree.listing(), left);
+      });
+      for (const auto& [path, mode] : c.modes) {
+        if (tree.exists(std::string("grant/") + path)) tree.mode(std::string("grant/") + path, 0755);
+      }
+    }
+  }
+}
+
+TEST(WholeUnits, are_left_alone_where_something_is_mounted_in_them) {
+  TempTree tree;
+  tree.file("grant/unit/a").folder("grant/unit/sub/mounted").file("canary/1");
+  const bool ran = test::with_own_mounts([&] {
+    const std::string to = tree.path("grant/unit/sub/mounted");
+    ASSERT_EQ(mount(tree.path("canary").c_str(), to.c_str(), nullptr, MS_BIND, nullptr), 0);
+    EXPECT_THAT(errors(removed(tree, teams[0], {"unit"}, {.whole_units = true})),
+                ElementsAre(std::errc::cross_device_link));
+    EXPECT_TRUE(tree.exists("grant/unit/a") && tree.exists("grant/unit/sub/mounted/1"));
+  });
+  if (!ran) GTEST_SKIP() << "this system permits no mounts";
 }
 
 }  // namespace

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "files/file_manager.h"
+#include "files/removal_remnant.h"
 #include "tests/support/deep_chain.h"
 #include "tests/support/own_mounts.h"
 #include "tests/support/team.h"
@@ -311,9 +312,14 @@ TEST(Removal, cannot_be_led_outside_by_links_that_take_the_place_of_folders) {
         const std::string b = tree.path("grant/stash");
         while (!ending.stop_requested()) (void)renameat2(AT_FDCWD, a.c_str(), AT_FDCWD, b.c_str(), RENAME_EXCHANGE);
       });
-      (void)remover.files.remove(urls_in(tree, {"grant/t", "grant/t/sub/sub", "grant/t/sub"}));  // may fail
+      const RemovalOptions options = {.whole_units = round % 2 == 1};
+      (void)remover.files.remove(urls_in(tree, {"grant/t", "grant/t/sub/sub", "grant/t/sub"}), options);  // may fail
     }
     EXPECT_THAT(remover.remove(tree, {"grant/t", "grant/stash"}), Each(0)) << "round " << round;
+    for (const Entry& entry : remover.files.list(tree.url("grant"), Hidden::take)) {
+      if (!is_removal_remnant(entry.url.last_path_component())) continue;
+      EXPECT_FALSE(remover.files.remove({&entry.url, 1}).front().error);
+    }
     ASSERT_EQ(tree.listing(), canary) << "round " << round;
   }
 }

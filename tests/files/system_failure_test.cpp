@@ -16,9 +16,11 @@
 #include <functional>
 #include <string>
 #include <thread>
+#include <utility>
 
 #include "files/confinement.h"
 #include "files/file_manager.h"
+#include "files/removal_remnant.h"
 #include "tests/support/deep_chain.h"
 #include "tests/support/own_mounts.h"
 #include "tests/support/temp_tree.h"
@@ -30,6 +32,9 @@ std::string untold_folder;  // NOLINT(cert-err58-cpp)
 
 /// Called before each unlinkat(2) with the name and whether it is to remove a folder.
 std::function<void(const std::string& name, bool is_folder)> before_unlink;  // NOLINT(cert-err58-cpp)
+
+/// Called before each renameat2(2) with the name that is to go.
+std::function<void(const std::string& name)> before_rename;  // NOLINT(cert-err58-cpp)
 
 std::string path_of(int handle) {
   std::string path(4096, '\0');
@@ -53,6 +58,11 @@ extern "C" int unlinkat(int folder, const char* name, int flags) noexcept {
   return static_cast<int>(syscall(SYS_unlinkat, folder, name, flags));
 }
 
+extern "C" int renameat2(int from_folder, const char* from, int to_folder, const char* to, unsigned flags) noexcept {
+  if (const auto act = std::exchange(before_rename, nullptr)) act(from);
+  return static_cast<int>(syscall(SYS_renameat2, from_folder, from, to_folder, to, flags));
+}
+
 namespace tarnby {
 namespace {
 
@@ -68,6 +78,7 @@ class SystemFailure : public testing::Test {
   void TearDown() override {
     untold_folder.clear();
     before_unlink = nullptr;
+    before_rename = nullptr;
   }
   TempTree tree;
   FileManager files{1};
@@ -131,6 +142,55 @@ TEST_F(SystemFailure, where_a_sandbox_refuses_to_open_carefully_another_disk_is_
     EXPECT_TRUE(tree.exists("grant/t/disk/sub/kept") && !tree.exists("grant/t/file"));
   });
   if (!ran) GTEST_SKIP() << "this system permits no mounts";
+}
+
+TEST_F(SystemFailure, a_whole_unit_is_the_folder_that_was_looked_at_or_is_left_alone) {
+  ASSERT_TRUE(files.granted().add(Grant::applications, (tree.folder("grant"), tree.url("grant"))));
+  const RemovalOptions whole = {.whole_units = true};
+  const std::string at = tree.path("grant/unit");
+  for (const char* other : {"a folder", "a link", "nothing"}) {
+    SCOPED_TRACE(other);
+    tree.file("grant/unit/1");
+    before_rename = [&](const std::string& name) {
+      EXPECT_EQ(name, "unit");
+      ASSERT_EQ(rename(at.c_str(), tree.path("grant/moved away").c_str()), 0);
+      if (other == std::string("a folder")) tree.file("grant/unit/kept");
+      if (other == std::string("a link")) tree.link("grant/unit", "moved away");
+    };
+    const Removal removal = removed(files, tree.url("grant/unit"), whole);
+    const bool is_gone = other == std::string("nothing");
+    EXPECT_EQ(removal.error.value(), is_gone ? 0 : ESTALE);
+    EXPECT_TRUE(removal.left_as.empty() && !removal.taken && tree.exists("grant/moved away/1"));
+    EXPECT_EQ(tree.exists("grant/unit/kept"), other == std::string("a folder"));
+    for (const char* name : {"grant/unit", "grant/moved away"}) EXPECT_FALSE(removed(files, tree.url(name)).error);
+    EXPECT_EQ(tree.listing(), std::set<std::string>{"grant/"});
+  }
+}
+
+TEST_F(SystemFailure, a_whole_unit_that_is_not_emptied_to_its_end_does_not_keep_its_name) {
+  tree.file("grant/unit/1", 3).file("grant/unit/sub/2", 4);
+  ASSERT_TRUE(files.granted().add(Grant::applications, tree.url("grant")));
+  std::atomic<bool> stop_now{false};
+  before_unlink = [&](const std::string&, bool) {
+    EXPECT_FALSE(tree.exists("grant/unit")) << "whoever looks meanwhile finds the whole or nothing";
+    stop_now = true;
+  };
+  const Removal cut = removed(files, tree.url("grant/unit"), {.stop_now = &stop_now, .whole_units = true});
+  before_unlink = nullptr;
+  EXPECT_TRUE(cut.error == std::errc::operation_canceled && !cut.taken);
+  EXPECT_TRUE(is_removal_remnant(cut.left_as.last_path_component())) << cut.left_as.path();
+  EXPECT_EQ(cut.left_as.parent(), tree.url("grant"));
+  const Removal rest = removed(files, cut.left_as, {.whole_units = true});
+  EXPECT_TRUE(rest.taken && !rest.error);
+  EXPECT_EQ(cut.bytes + rest.bytes, 3 + 4);
+  EXPECT_EQ(tree.listing(), std::set<std::string>{"grant/"});
+
+  tree.file("grant/unit/1", 3);
+  stop_now = false;
+  before_rename = [&](const std::string&) { stop_now = true; };
+  const Removal whole = removed(files, tree.url("grant/unit"), {.stop_now = &stop_now, .whole_units = true});
+  EXPECT_TRUE(whole.error == std::errc::operation_canceled && whole.left_as.empty());
+  EXPECT_EQ(tree.listing(), std::set<std::string>{"grant/unit/1"}) << "untouched, it has its name back";
 }
 
 /// What the kernel says to one attempt; 0 when it lets it pass.
