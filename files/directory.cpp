@@ -39,7 +39,7 @@ Status untold(int why) {
 /// Opens for reading without a trace in the access time, which only the owner may; others leave one.
 Descriptor open_for_reading_at(int parent, const char* name, int flags) {
   const auto open = [&](int more) {
-    return uninterrupted([&] { return openat(parent, name, O_RDONLY | O_NOFOLLOW | O_CLOEXEC | flags | more); });
+    return uninterrupted([&] { return openat(parent, name, O_RDONLY | O_CLOEXEC | flags | more); });
   };
 #ifdef O_NOATIME
   const int handle = open(O_NOATIME);
@@ -51,10 +51,18 @@ Descriptor open_for_reading_at(int parent, const char* name, int flags) {
 }  // namespace
 
 Descriptor open_folder_at(int parent, const char* name) {
-  return open_for_reading_at(parent, name, O_DIRECTORY);
+  return open_for_reading_at(parent, name, O_DIRECTORY | O_NOFOLLOW);
 }
 
 Descriptor open_file_at(int parent, const char* name) {
+  return open_for_reading_at(parent, name, O_NONBLOCK | O_NOCTTY | O_NOFOLLOW);
+}
+
+Descriptor open_folder_following(int parent, const char* name) {
+  return open_for_reading_at(parent, name, O_DIRECTORY);
+}
+
+Descriptor open_file_following(int parent, const char* name) {
   return open_for_reading_at(parent, name, O_NONBLOCK | O_NOCTTY);
 }
 

@@ -90,6 +90,11 @@ Descriptor open_folder_on_same_mount(int parent, const char* name);
 /// A handle for reading a plain file. Links are not followed; a FIFO or a device never makes it wait.
 Descriptor open_file_at(int parent, const char* name);
 
+/// The same, every link on the way followed: only for what the system and its package formats list, never for what is
+/// to be removed.
+Descriptor open_folder_following(int parent, const char* name);
+Descriptor open_file_following(int parent, const char* name);
+
 /// A handle for writing a plain file, likewise. When there is none it is made, readable for this user only.
 Descriptor open_file_for_writing_at(int parent, const char* name);
 

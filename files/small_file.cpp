@@ -25,24 +25,26 @@ SmallFileLook plain_file_at(int parent, const char* name, int flags) {
   return S_ISREG(info.st_mode) ? SmallFileLook::read : SmallFileLook::absent;
 }
 
-Descriptor open_following_at(int parent, const char* name) {
-  constexpr int flags = O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
-  const auto open = [&](int more) { return uninterrupted([&] { return openat(parent, name, flags | more); }); };
-#ifdef O_NOATIME
-  const int handle = open(O_NOATIME);
-  if (handle >= 0 || errno != EPERM) return Descriptor(handle);
-#endif
-  return Descriptor(open(0));
-}
-
-SmallFileLook read_to_end(int handle, std::size_t most, std::string& bytes) {
+/// @param length of the file; 0 when it is not known.
+SmallFileLook read_to_end(int handle, std::size_t length, std::size_t most, std::string& bytes) {
   std::array<char, 16384> piece;  // NOLINT(cppcoreguidelines-pro-type-member-init): filled before it is read
-  for (;;) {
+  do {
     const ssize_t got = uninterrupted([&] { return ::read(handle, piece.data(), piece.size()); });
-    if (got == 0) return SmallFileLook::read;
+    if (got == 0) break;
     if (got < 0 || static_cast<std::size_t>(got) > most - bytes.size()) return SmallFileLook::unreadable;
     bytes.append(piece.data(), static_cast<std::size_t>(got));
-  }
+  } while (length == 0 || bytes.size() < length);
+  return SmallFileLook::read;
+}
+
+SmallFileLook read_open_file(const Descriptor& handle, std::size_t most, std::string& bytes) {
+  if (!handle) return look_of(errno);
+  const Status status = status_of(handle.get());
+  // Another entry may have taken its place meanwhile.
+  if (status.kind != EntryKind::file) return SmallFileLook::absent;
+  const SmallFileLook look = read_to_end(handle.get(), static_cast<std::size_t>(status.size), most, bytes);
+  if (look != SmallFileLook::read) bytes.clear();
+  return look;
 }
 
 }  // namespace
@@ -52,13 +54,12 @@ SmallFileLook read_small_file_at(int parent, const char* name, LastLink link, st
   const bool follows = link == LastLink::followed;
   const SmallFileLook standing = plain_file_at(parent, name, follows ? 0 : AT_SYMLINK_NOFOLLOW);
   if (standing != SmallFileLook::read) return standing;
-  const Descriptor handle = follows ? open_following_at(parent, name) : open_file_at(parent, name);
-  if (!handle) return look_of(errno);
-  // Another entry may have taken its place meanwhile.
-  if (status_of(handle.get()).kind != EntryKind::file) return SmallFileLook::absent;
-  const SmallFileLook look = read_to_end(handle.get(), most, bytes);
-  if (look != SmallFileLook::read) bytes.clear();
-  return look;
+  return read_open_file(follows ? open_file_following(parent, name) : open_file_at(parent, name), most, bytes);
+}
+
+SmallFileLook read_listed_file_at(int parent, const char* name, std::size_t most, std::string& bytes) {
+  bytes.clear();
+  return read_open_file(open_file_at(parent, name), most, bytes);
 }
 
 }  // namespace tarnby

@@ -22,4 +22,7 @@ enum class LastLink { refused, followed };
 /// it. Files of proc(5), which have no length, are read to their end. Any thread may call.
 SmallFileLook read_small_file_at(int parent, const char* name, LastLink link, std::size_t most, std::string& bytes);
 
+/// The same for what a listing has just found to be a plain file, which is asked no second time; no link is followed.
+SmallFileLook read_listed_file_at(int parent, const char* name, std::size_t most, std::string& bytes);
+
 }  // namespace tarnby

@@ -10,12 +10,16 @@ namespace {
 constexpr std::size_t most_bytes = std::size_t{1} << 20U;
 constexpr std::size_t most_lines = 20'000;
 constexpr std::size_t most_groups = 1'000;
-constexpr std::string_view white_space = " \t\r\v\f";
 
+constexpr bool is_white(char c) {
+  return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
+/// Looked at for every line of every entry of a menu, so character by character: nearly always there is no white space.
 std::string_view trimmed(std::string_view text) {
-  const auto first = text.find_first_not_of(white_space);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(white_space) - first + 1);
+  while (!text.empty() && is_white(text.front())) text.remove_prefix(1);
+  while (!text.empty() && is_white(text.back())) text.remove_suffix(1);
+  return text;
 }
 
 /// Takes the next line off the front, without its end.
@@ -28,8 +32,8 @@ std::string_view next_line(std::string_view& rest) {
 
 /// "Name[de]" as "Name" and "de".
 std::pair<std::string_view, std::string_view> key_and_locale(std::string_view key) {
-  const auto bracket = key.find('[');
-  if (bracket == std::string_view::npos || !key.ends_with(']')) return {key, {}};
+  const auto bracket = key.ends_with(']') ? key.find('[') : std::string_view::npos;
+  if (bracket == std::string_view::npos) return {key, {}};
   return {key.substr(0, bracket), key.substr(bracket + 1, key.size() - bracket - 2)};
 }
 
