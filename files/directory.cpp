@@ -30,6 +30,16 @@ Status status_from(const struct stat& info) {
   return status;
 }
 
+DiskStatus disk_status_from(const struct stat& info) {
+  constexpr std::int64_t block = 512;  // whatever st_blksize says
+  return {.kind = kind_of_mode(info.st_mode),
+          .identity = {info.st_dev, info.st_ino},
+          .bytes = std::int64_t{info.st_blocks} * block,
+          .names = info.st_nlink,
+          .changed = std::int64_t{info.st_mtime},
+          .owner = info.st_uid};
+}
+
 Status untold(int why) {
   Status status;
   status.error = why;
@@ -98,6 +108,18 @@ Status status_of(int handle) {
   struct stat info = {};
   if (uninterrupted([&] { return fstat(handle, &info); }) != 0) return untold(errno);
   return status_from(info);
+}
+
+DiskStatus disk_status_at(int parent, const char* name) {
+  struct stat info;  // asked for every file there is, so it is not cleared first
+  const int failed = uninterrupted([&] { return fstatat(parent, name, &info, AT_SYMLINK_NOFOLLOW); });
+  return failed == 0 ? disk_status_from(info) : DiskStatus{.error = errno};
+}
+
+DiskStatus disk_status_of(int handle) {
+  struct stat info;
+  const int failed = uninterrupted([&] { return fstat(handle, &info); });
+  return failed == 0 ? disk_status_from(info) : DiskStatus{.error = errno};
 }
 
 bool on_same_device(int handle, int other) {

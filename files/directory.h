@@ -32,6 +32,21 @@ struct Status {
   int error = 0;
 };
 
+/// What one entry takes on the disk.
+struct DiskStatus {
+  EntryKind kind = EntryKind::none;
+  Identity identity = {};
+  /// Of the blocks that were written for it.
+  std::int64_t bytes = 0;
+  /// How many names it has.
+  std::uint64_t names = 0;
+  /// When its content was changed: seconds since 1970.
+  std::int64_t changed = 0;
+  uid_t owner = 0;
+  /// Why the other fields are empty (errno(3)); 0 when they are filled.
+  int error = 0;
+};
+
 /// One entry as a folder lists it. `name` is followed by a NUL and valid until the reader's next `read`.
 struct RawEntry {
   std::string_view name;
@@ -84,7 +99,8 @@ Descriptor open_folder_at(int parent, const char* name);
 Descriptor open_path_handle_beneath(int parent, const char* path);
 Descriptor open_folder_beneath(int parent, const char* path);
 
-/// As open_folder_at, and refused when another file system or a bind mount begins there (openat2(2)).
+/// As open_folder_at, without a change of access times either, and refused when another file system or a bind mount
+/// begins there (openat2(2)).
 Descriptor open_folder_on_same_mount(int parent, const char* name);
 
 /// A handle for reading a plain file. Links are not followed; a FIFO or a device never makes it wait.
@@ -110,6 +126,10 @@ bool unlock_folder(int handle);
 
 /// What an open folder holds under a name; a link itself, not what it points to.
 Status status_at(int parent, const char* name);
+
+/// What an entry takes on the disk; a link itself, not what it points to.
+DiskStatus disk_status_at(int parent, const char* name);
+DiskStatus disk_status_of(int handle);
 
 /// The length in bytes of a file or of a link's own text; 0 for other entries. -1 when that cannot be found out, also
 /// because there is no such entry; errno(3) says why.

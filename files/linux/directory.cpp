@@ -121,7 +121,9 @@ Descriptor open_folder_beneath(int parent, const char* path) {
 }
 
 Descriptor open_folder_on_same_mount(int parent, const char* name) {
-  Descriptor folder = open_resolving(parent, name, folder_flags, RESOLVE_NO_XDEV);
+  // Without a trace in the time of access, which only the owner may.
+  Descriptor folder = open_resolving(parent, name, folder_flags | O_NOATIME, RESOLVE_NO_XDEV);
+  if (!folder && errno == EPERM) folder = open_resolving(parent, name, folder_flags, RESOLVE_NO_XDEV);
   if (folder || (errno != ENOSYS && errno != EPERM)) return folder;
   return unless_elsewhere(open_folder_at(parent, name), parent);
 }
