@@ -129,14 +129,9 @@ void SandboxViewController::open_sandbox_webpage() {
 void SandboxViewController::choose(Grant grant) {
   const Url start = grant == Grant::home ? context_.session().home_folder : Url::file("/Applications");
   const FolderRequest request = {context_.text("Allow access"), context_.text("Allow"), start};
-  auto here = std::make_shared<std::optional<Url>>();
-  const auto go_on = while_here([this, grant, here] {
-    if (*here) chosen(grant, **here);
-  });
-  context_.folder_chooser.choose(window(), request, [here, go_on](const std::optional<Url>& folder) {
-    *here = folder;
-    go_on();
-  });
+  context_.folder_chooser.choose(window(), request, while_here([this, grant](const std::optional<Url>& folder) {
+                                   if (folder) chosen(grant, *folder);
+                                 }));
 }
 
 /// Stored and looked at beside the main thread, which waits for no disk.
@@ -145,17 +140,17 @@ void SandboxViewController::chosen(Grant grant, const Url& folder) {
     GrantState taken;
     Access access;
   };
-  auto outcome = std::make_shared<Outcome>();
-  const auto told = while_here([this, grant, folder, outcome] {
-    access_ = outcome->access;
-    answer(grant, folder, outcome->taken);
-  });
-  context_.io_queue.async([&platform = context_.platform, grant, folder, outcome, told] {
-    FolderGrants grants(platform);
-    outcome->taken = grants.take(grant, folder);
-    outcome->access = grants.access();
-    platform.main_queue.async(told);
-  });
+  look_up(
+      context_.io_queue,
+      [&platform = context_.platform, grant, folder] {
+        FolderGrants grants(platform);
+        const GrantState taken = grants.take(grant, folder);
+        return Outcome{taken, grants.access()};
+      },
+      [this, grant, folder](const Outcome& outcome) {
+        access_ = outcome.access;
+        answer(grant, folder, outcome.taken);
+      });
 }
 
 void SandboxViewController::answer(Grant grant, const Url& picked, const GrantState& taken) {

@@ -83,15 +83,12 @@ void HomeViewController::privacy_for_directories() {
 }
 
 void HomeViewController::privacy_full_disk_access() {
-  auto outcome = std::make_shared<DiskAccess>(DiskAccess::unknown);
-  const auto answer = while_here([this, outcome] {
-    if (*outcome != DiskAccess::denied) return;
-    after(folders_were_touched_ ? std::chrono::milliseconds(0) : until_guide, [this] { show_guide(); });
-  });
-  context_.io_queue.async([&platform = context_.platform, outcome, answer] {
-    *outcome = FullDiskAccess(platform).test();
-    platform.main_queue.async(answer);
-  });
+  look_up(
+      context_.io_queue, [&platform = context_.platform] { return FullDiskAccess(platform).test(); },
+      [this](DiskAccess access) {
+        if (access != DiskAccess::denied) return;
+        after(folders_were_touched_ ? std::chrono::milliseconds(0) : until_guide, [this] { show_guide(); });
+      });
 }
 
 void HomeViewController::show_guide() {

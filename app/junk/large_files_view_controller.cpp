@@ -180,13 +180,9 @@ void LargeFilesViewController::search() {
   overall_larges_label->setText(context_.text("Searching…"));
   cancel_button->setText(context_.text("Stop"));
   cancel_button->setFocus();
-  auto details = std::make_shared<Details>();
-  const auto found = while_here([this, details] {
-    show_found();
-    show_details(*details);
-  });
-  context_.background.async(
-      [&cleaner = context_.sharedCleaner(), &context = context_, details, found, given_up = given_up_] {
+  look_up(
+      context_.background,
+      [&cleaner = context_.sharedCleaner(), &context = context_, given_up = given_up_] {
         if (cleaner.totalLargeFilesSize <= 0 && context.begin_looking() && !*given_up) {
           cleaner.search_large_files_with_complete_handler([](const auto&, const auto&, std::int64_t) {});
           if (*given_up) {
@@ -195,8 +191,13 @@ void LargeFilesViewController::search() {
             cleaner.totalLargeFilesSize = 0;
           }
         }
-        if (!*given_up) details->also_listed = also_listed(cleaner, cleaner.largeFiles);
-        context.main_queue().async(found);
+        Details details;
+        if (!*given_up) details.also_listed = also_listed(cleaner, cleaner.largeFiles);
+        return details;
+      },
+      [this](const Details& details) {
+        show_found();
+        show_details(details);
       });
 }
 
@@ -227,20 +228,21 @@ void LargeFilesViewController::show_known() {
 
 /// What an earlier search has found may be gone, removed by us or by somebody else.
 void LargeFilesViewController::look_again() {
-  auto details = std::make_shared<Details>();
-  const auto looked = while_here([this, details] { show_details(*details); });
-  context_.io_queue.async(
-      [&cleaner = context_.sharedCleaner(), &platform = context_.platform, details, looked, files = founded_files] {
+  look_up(
+      context_.io_queue,
+      [&cleaner = context_.sharedCleaner(), &files = context_.files(), founded = founded_files] {
         std::vector<Url> urls;
-        urls.reserve(files.size());
-        for (const auto& file : files) urls.push_back(file->url_file);
-        const std::vector<Status> statuses = platform.files.statuses(urls);
-        for (std::size_t at = 0; at < files.size(); ++at) {
-          if (statuses[at].kind == EntryKind::none) details->gone.insert(files[at].get());
+        urls.reserve(founded.size());
+        for (const auto& file : founded) urls.push_back(file->url_file);
+        const std::vector<Status> statuses = files.statuses(urls);
+        Details details;
+        for (std::size_t at = 0; at < founded.size(); ++at) {
+          if (statuses[at].kind == EntryKind::none) details.gone.insert(founded[at].get());
         }
-        details->also_listed = also_listed(cleaner, files);
-        platform.main_queue.async(looked);
-      });
+        details.also_listed = also_listed(cleaner, founded);
+        return details;
+      },
+      [this](const Details& details) { show_details(details); });
 }
 
 void LargeFilesViewController::show_details(const Details& details) {

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "app/parts/app_context.h"
+#include "app/parts/look_up.h"
 #include "engine/chosen_amount.h"
 #include "platform/platform.h"
 
@@ -89,20 +90,26 @@ void count_unseen_removal(AppContext& context) {
 }
 
 void look_again_at_left(AppContext& context) {
-  const auto still = std::make_shared<std::vector<LeftEntry>>(context.removal.outcome.left);
-  const auto bytes = std::make_shared<std::int64_t>(0);
-  context.io_queue.async([&context, still, bytes] {
-    std::erase_if(*still, [&](const LeftEntry& entry) { return !context.files().exists(entry.url); });
-    *bytes = bytes_of(context.measurer(), *still);
-    context.main_queue().async([&context, still, bytes] {
-      RemovalRun& removal = context.removal;
-      if (removal.running) return;  // another one
-      removal.left_unsure = false;
-      removal.outcome.left = std::move(*still);
-      removal.outcome.left_bytes = *bytes;
-      context.notifications().post(RemovalRun::removal_changed);
-    });
-  });
+  struct Still {
+    std::vector<LeftEntry> left;
+    std::int64_t bytes;
+  };
+  look_up(
+      context.io_queue, context.main_queue(),
+      [&context, left = context.removal.outcome.left] {
+        Still still{left, 0};
+        std::erase_if(still.left, [&](const LeftEntry& entry) { return !context.files().exists(entry.url); });
+        still.bytes = bytes_of(context.measurer(), still.left);
+        return still;
+      },
+      [&context](const Still& still) {
+        RemovalRun& removal = context.removal;
+        if (removal.running) return;  // another one
+        removal.left_unsure = false;
+        removal.outcome.left = still.left;
+        removal.outcome.left_bytes = still.bytes;
+        context.notifications().post(RemovalRun::removal_changed);
+      });
 }
 
 }  // namespace tarnby

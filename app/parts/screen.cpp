@@ -64,12 +64,6 @@ void Screen::every(std::chrono::milliseconds interval, std::function<bool()> wor
   });
 }
 
-Screen::Work Screen::while_here(Work work) {
-  return [here = here(), work = std::move(work)] {
-    if (!here.expired()) work();
-  };
-}
-
 void Screen::offer_sheet(std::chrono::milliseconds delay, std::function<std::unique_ptr<Screen>()> make) {
   every(delay, [this, make = std::move(make)] {
     if (is_anything_open_over(window())) return true;

@@ -6,9 +6,11 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "app/parts/app_context.h"
+#include "app/parts/look_up.h"
 
 namespace tarnby {
 
@@ -60,7 +62,18 @@ class Screen : public QWidget {
   /// Runs work again and again, each time after that time, until it returns false.
   void every(std::chrono::milliseconds interval, std::function<bool()> work);
   /// Work that does nothing any more once this screen is gone. To be run on the main thread; may be kept anywhere.
-  Work while_here(Work work);
+  template <class Function>
+  auto while_here(Function work) {
+    return [here = here(), work = std::move(work)](const auto&... values) {
+      if (!here.expired()) work(values...);
+    };
+  }
+  /// Runs `look` on that queue and brings its value home: `then` gets it on the main thread, if this screen is still
+  /// there. `look` owns what it uses, or refers to what the context holds; it never uses the screen.
+  template <class Look, class Then>
+  void look_up(BackgroundQueue& queue, Look look, Then then) {
+    tarnby::look_up(queue, context_.main_queue(), std::move(look), while_here(std::move(then)));
+  }
   /// Expires when this screen goes, before `will_retire`. Any thread may ask.
   std::weak_ptr<const bool> here() const { return here_; }
   /// Shows what `identifier` of a catalogue makes as a sheet over the window.

@@ -51,16 +51,13 @@ void PrivacyDiskAccessViewController::paintEvent(QPaintEvent*) {
 /// The probe reads a file, so it runs beside the main thread; its answer comes back here.
 void PrivacyDiskAccessViewController::confirm_disk_access() {
   confirm_button->setEnabled(false);
-  auto outcome = std::make_shared<DiskAccess>(DiskAccess::unknown);
-  const auto answer = while_here([this, outcome] {
-    confirm_button->setEnabled(true);
-    if (*outcome == DiskAccess::granted) Q_EMIT dismissed();
-    if (*outcome == DiskAccess::denied) shake_window();
-  });
-  context_.io_queue.async([&platform = context_.platform, outcome, answer] {
-    *outcome = FullDiskAccess(platform).test();
-    platform.main_queue.async(answer);
-  });
+  look_up(
+      context_.io_queue, [&platform = context_.platform] { return FullDiskAccess(platform).test(); },
+      [this](DiskAccess access) {
+        confirm_button->setEnabled(true);
+        if (access == DiskAccess::granted) Q_EMIT dismissed();
+        if (access == DiskAccess::denied) shake_window();
+      });
 }
 
 void PrivacyDiskAccessViewController::open_settings() {
