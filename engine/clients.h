@@ -39,9 +39,9 @@ struct ClientRow {
   bool measured_as_folder;
 };
 
-/// chrome, mozilla, safari.
+/// In the order in which they are listed everywhere.
 std::span<const ClientRow> browser_rows();
-/// apple-mail, airmail, spark.
+/// In the order in which they are listed everywhere.
 std::span<const ClientRow> mail_rows();
 
 /// The client of a type, or null when there is none.

@@ -4,7 +4,6 @@
 #include <string_view>
 
 #include "engine/smart_selection.h"
-#include "text/localization.h"
 
 namespace tarnby {
 
@@ -44,23 +43,20 @@ class Lookup {
   std::unordered_map<std::string_view, const LargeFile*> folders_;
 };
 
-struct Source {
-  const char* label;
-  std::shared_ptr<CleanerItem> Cleaner::*item;
-};
+using Item = std::shared_ptr<CleanerItem>;
 
-/// Of the browsers their own records: what all of them come to changes with the browsers that are chosen.
-constexpr Source sources[] = {
-    {english("Applications caches"), &Cleaner::apps_caches_item},
-    {english("Applications logs"), &Cleaner::apps_logs_item},
-    {english("Applications remainders"), &Cleaner::apps_remainders_item},
-    {english("Browsers"), &Cleaner::browser_chrome_item},
-    {english("Browsers"), &Cleaner::browser_mozilla_item},
-    {english("Browsers"), &Cleaner::browser_safari_item},
-    {english("Mail attachments"), &Cleaner::mails_item},
-    {english("Trash Bin"), &Cleaner::trash_item},
-    {english("Installation files"), &Cleaner::install_files_item},
-};
+/// The records that hold what a category lists. Of clients that can be left out their own: what all of them come to
+/// changes with those that are chosen.
+std::vector<Item> items_of(const Cleaner& cleaner, const Category& category) {
+  std::vector<Item> items;
+  if (category.clients != nullptr) {
+    for (const ClientRow& client : category.clients()) {
+      if (!client.setting.empty()) items.push_back(cleaner.*client.item);
+    }
+  }
+  if (items.empty()) items.push_back(cleaner.*category.item);
+  return items;
+}
 
 /// The scans keep an item's locations in its files, or in those of its entries.
 std::vector<Url> locations_in(const CleanerItem& item) {
@@ -83,12 +79,13 @@ AlsoListed also_listed(const Cleaner& cleaner, std::span<const std::shared_ptr<L
       if (std::ranges::find(labels, label) == labels.end()) labels.push_back(label);
     });
   };
-  for (const Source& source : sources) {
-    const auto& item = cleaner.*source.item;
-    if (!item) continue;
-    for (const Url& location : locations_in(*item)) tell(location, source.label);
+  for (const Category& category : smart_categories()) {
+    for (const Item& item : items_of(cleaner, category)) {
+      if (!item) continue;
+      for (const Url& location : locations_in(*item)) tell(location, category.label);
+    }
   }
-  tell(cleaner.url_downloads, english("Downloads"));
+  tell(cleaner.url_downloads, category_row("downloads")->label);
   return told;
 }
 

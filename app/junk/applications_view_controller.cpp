@@ -9,9 +9,9 @@ ApplicationsViewController::ApplicationsViewController(AppContext& context)
     : CategoryPage(context, {english("Applications junk"), applications_rows(), "ApplicationsPageController",
                              ButtonKind::accent, english("Media junk")}) {
   for (const JunkRow& row : applications_rows()) {
-    Category& shown = category(row.type);
+    ShownCategory& shown = category(row.category.type);
     show_item(shown);
-    const bool ticked = shown.size >= 1 && app_settings.boolean(row.setting);
+    const bool ticked = shown.size >= 1 && app_settings.boolean(row.category.setting);
     shown.button->setChecked(ticked);
     if (ticked) count(shown.size);
   }
@@ -30,7 +30,7 @@ void ApplicationsViewController::back() {
 }
 
 void ApplicationsViewController::update_browsers() {
-  Category& browsers = category("browsers");
+  ShownCategory& browsers = category("browsers");
   const std::int64_t before = browsers.size;
   show_item(browsers);
   if (browsers.button->isChecked()) count(browsers.size - before);

@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "app/parts/notifications.h"
+#include "app/parts/category_look.h"
 #include "app/parts/screen.h"
 #include "ui/push_button.h"
 
@@ -12,22 +12,19 @@ namespace tarnby {
 class CategoryAbout : public Screen {
   Q_OBJECT
  public:
-  /// Asks the panel of the downloads to show their folder.
-  static constexpr const char* show_downloads = notifications::show_downloads;
-
   CategoryAbout(AppContext& context, std::string_view type);
 
   /// Null where there is nothing to lead to.
   PushButton* show_button = nullptr;
 
-  /// Shows the category's folder, or lets the person choose, as the category has it.
+  /// Shows the category's folder, or lets the person choose, as the category's button does.
   void show_category();
 
  private:
   void reveal_folder();
-  void select_browsers();
+  void open_popover();
 
-  std::string_view type_;
+  const CategoryLook& look_;
 };
 
 }  // namespace tarnby

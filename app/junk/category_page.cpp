@@ -4,7 +4,6 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
-#include "app/parts/category_look.h"
 #include "app/parts/layouts.h"
 #include "app/parts/screen_catalogue.h"
 #include "ui/color_tag.h"
@@ -40,10 +39,10 @@ CategoryPage::CategoryPage(AppContext& context, const Plan& plan)
   panels->addWidget(told, 9);
   layout->addLayout(panels, 1);
   layout->addWidget(bottom_bar(plan));
-  for (const auto& category : categories_) {
-    observe(category->row->move, [this, &shown = *category] { mark_current(shown); });
+  for (const auto& shown : shown_) {
+    observe(shown->look->move, [this, &current = *shown] { mark_current(current); });
   }
-  mark_current(*categories_.front());  // whose panel is the first one
+  mark_current(*shown_.front());  // whose panel is the first one
   observe(choice_changed, [this] { update_ui(); });
 }
 
@@ -75,12 +74,12 @@ QLabel* CategoryPage::note_below(const QColor& color, QWidget* panel) {
 
 QString CategoryPage::problems_text() const {
   QStringList told;
-  for (const auto& category : categories_) {
-    const auto problem = sharedCleaner.problem_of(category->row->setting);
+  for (const auto& shown : shown_) {
+    const auto problem = sharedCleaner.problem_of(shown->category->setting);
     if (!problem) continue;
     const QString name = path_in_words(QString::fromStdString(problem->name).replace(u'\n', u' '));
     told << context_.text("%@: %@",
-                          {context_.text(category->row->label), context_.text(look_problem_text(*problem), {name})});
+                          {context_.text(shown->category->label), context_.text(look_problem_text(*problem), {name})});
   }
   return told.join(u'\n');
 }
@@ -91,10 +90,10 @@ QWidget* CategoryPage::row_line(const JunkRow& row, QWidget* parent) {
   auto* layout = new QHBoxLayout(line);
   layout->setContentsMargins(theme::grid, 0, theme::grid, 0);
   layout->setSpacing(theme::grid);
-  const QString label = context_.text(row.label);
-  auto category = std::make_unique<Category>();
-  Category& shown = *category;
-  shown.row = &row;
+  const QString label = context_.text(row.category.label);
+  ShownCategory& shown = *shown_.emplace_back(std::make_unique<ShownCategory>());
+  shown.category = &row.category;
+  shown.look = &row.look;
   shown.line = line;
   shown.button = new CheckButton(line);
   shown.button->setAccessibleName(label);
@@ -102,7 +101,7 @@ QWidget* CategoryPage::row_line(const JunkRow& row, QWidget* parent) {
   shown.info = new InfoButton(context_.text("About %@", {label}), line);
   shown.size_label = text_label({}, theme::Type::body, theme::text, line);
   layout->addWidget(shown.button);
-  layout->addWidget(new ColorTag(look_of(row.type).color, line));
+  layout->addWidget(new ColorTag(row.look.color, line));
   QLabel* name = text_label(label, theme::Type::body, theme::text, line, theme::Weight::strong);
   name->setBuddy(shown.button);
   layout->addWidget(name);
@@ -113,7 +112,6 @@ QWidget* CategoryPage::row_line(const JunkRow& row, QWidget* parent) {
   connect(shown.info, &QAbstractButton::clicked, this, [this, &shown] { about(shown); });
   connect(line, &CategoryRow::pressed, this,
           [this, &shown] { shown.button->isHidden() ? about(shown) : shown.button->click(); });
-  categories_.push_back(std::move(category));
   return line;
 }
 
@@ -135,38 +133,38 @@ QWidget* CategoryPage::bottom_bar(const Plan& plan) {
   return bar;
 }
 
-CategoryPage::Category& CategoryPage::category(std::string_view type) {
-  for (const auto& category : categories_) {
-    if (category->row->type == type) return *category;
+CategoryPage::ShownCategory& CategoryPage::category(std::string_view type) {
+  for (const auto& shown : shown_) {
+    if (shown->category->type == type) return *shown;
   }
-  return *categories_.front();
+  return *shown_.front();
 }
 
-QString CategoryPage::size_text(const Category& category) const {
-  return context_.byte_count(category.size);
+QString CategoryPage::size_text(const ShownCategory& shown) const {
+  return context_.byte_count(shown.size);
 }
 
-void CategoryPage::show_item(Category& category) {
-  const auto& item = sharedCleaner.*category.row->item;
-  category.size = item ? item->size : 0;
-  category.button->setVisible(has_box(category));
-  category.size_label->setText(size_text(category));
+void CategoryPage::show_item(ShownCategory& shown) {
+  const auto& item = sharedCleaner.*shown.category->item;
+  shown.size = item ? item->size : 0;
+  shown.button->setVisible(has_box(shown));
+  shown.size_label->setText(size_text(shown));
 }
 
-void CategoryPage::toggle(Category& category, bool on) {
-  app_settings.set_boolean(category.row->setting, on);
+void CategoryPage::toggle(ShownCategory& shown, bool on) {
+  app_settings.set_boolean(shown.category->setting, on);
   context_.flush_settings();
-  count(on ? category.size : -category.size);
-  post(category.row->move);
+  count(on ? shown.size : -shown.size);
+  post(shown.look->move);
   tell_choice();
 }
 
-void CategoryPage::mark_current(const Category& current) {
-  for (const auto& category : categories_) category->line->set_current(category.get() == &current);
+void CategoryPage::mark_current(const ShownCategory& current) {
+  for (const auto& shown : shown_) shown->line->set_current(shown.get() == &current);
 }
 
-void CategoryPage::add_to_line(const Category& category, QWidget* control) {
-  category.line->layout()->addWidget(control);
+void CategoryPage::add_to_line(const ShownCategory& shown, QWidget* control) {
+  shown.line->layout()->addWidget(control);
 }
 
 void CategoryPage::update_ui() {
@@ -175,7 +173,7 @@ void CategoryPage::update_ui() {
   const std::int64_t others = ticked_bytes(sharedCleaner, other_rows_);
   std::int64_t again = others - choice_.bytes;
   for (const RemovalQuestion::Line& line : choice_.lines) {
-    const bool here = std::ranges::any_of(categories_, [&](const auto& own) { return own->row->type == line.type; });
+    const bool here = std::ranges::any_of(shown_, [&](const auto& own) { return own->category->type == line.type; });
     if (here) again += line.size;
   }
   const auto show = [](QLabel* note, const QString& words) {

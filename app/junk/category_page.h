@@ -36,8 +36,9 @@ class CategoryPage : public Screen {
   PushButton* next_button;
 
   /// One category as it is shown.
-  struct Category {
-    const JunkRow* row;
+  struct ShownCategory {
+    const Category* category;
+    const CategoryLook* look;
     CategoryRow* line;
     CheckButton* button;
     QLabel* size_label;
@@ -45,7 +46,7 @@ class CategoryPage : public Screen {
     /// The bytes that it counts with while it is ticked.
     std::int64_t size = 0;
   };
-  Category& category(std::string_view type);
+  ShownCategory& category(std::string_view type);
 
   /// What stands below the categories: what of them could not be looked at, one line each; what is ticked on the other
   /// page; and why the sum is less than its parts, where it is.
@@ -68,20 +69,20 @@ class CategoryPage : public Screen {
   CategoryPage(AppContext& context, const Plan& plan);
 
   /// The box of a category was ticked or unticked.
-  virtual void toggle(Category& category, bool on);
+  virtual void toggle(ShownCategory& shown, bool on);
   /// What will be cleaned, after `update_ui`.
   const RemovalQuestion& choice() const { return choice_; }
   /// Tells both pages that what will be cleaned is another one.
   void tell_choice() { post(choice_changed); }
   /// Only turns to what is told about it.
-  void about(const Category& category) { post(category.row->move); }
+  void about(const ShownCategory& shown) { post(shown.look->move); }
   /// Takes the engine's item as it is now: its size, its text, and whether there is a box at all.
-  void show_item(Category& category);
-  virtual QString size_text(const Category& category) const;
+  void show_item(ShownCategory& shown);
+  virtual QString size_text(const ShownCategory& shown) const;
   /// A category with nothing in it has no box to tick.
-  virtual bool has_box(const Category& category) const { return category.size >= 1; }
+  virtual bool has_box(const ShownCategory& shown) const { return shown.size >= 1; }
   /// Adds a line's control behind its size.
-  void add_to_line(const Category& category, QWidget* control);
+  void add_to_line(const ShownCategory& shown, QWidget* control);
   void count(std::int64_t bytes) { overall_be_cleaned += static_cast<std::uint64_t>(bytes); }
 
  private:
@@ -90,11 +91,11 @@ class CategoryPage : public Screen {
   QString problems_text() const;
   QWidget* row_line(const JunkRow& row, QWidget* parent);
   QWidget* bottom_bar(const Plan& plan);
-  void mark_current(const Category& current);
+  void mark_current(const ShownCategory& current);
 
   std::span<const JunkRow> other_rows_;
   RemovalQuestion choice_;
-  std::vector<std::unique_ptr<Category>> categories_;
+  std::vector<std::unique_ptr<ShownCategory>> shown_;
 };
 
 }  // namespace tarnby

@@ -4,9 +4,9 @@
 #include <utility>
 
 #include "app/junk/download_helper.h"
+#include "app/parts/category_look.h"
 #include "app/parts/layouts.h"
 #include "app/parts/notifications.h"
-#include "text/localization.h"
 #include "ui/theme.h"
 
 namespace tarnby {
@@ -18,21 +18,6 @@ using std::chrono::milliseconds;
 constexpr milliseconds ring_time{5400};
 constexpr milliseconds after_ring{500};
 constexpr milliseconds cleanup_interval{200};
-
-/// When the line says what; only where the category is switched on.
-struct TextRow {
-  milliseconds delay;
-  const char* setting;
-  const char* category;
-};
-
-constexpr TextRow text_rows[] = {
-    {milliseconds(800), "Logs", english("Applications logs")},               // clean_in_apps_logs
-    {milliseconds(1500), "Remainders", english("Applications remainders")},  // clean_in_apps_remainders
-    {milliseconds(1800), "Downloads", english("Downloads")},                 // clean_in_downloads
-    {milliseconds(2200), "Trash", english("Trash Bin")},                     // clean_in_trash
-    {milliseconds(2700), "Mails", english("Mail attachments")},              // clean_in_mails
-};
 constexpr milliseconds complete_delay{3300};
 
 }  // namespace
@@ -57,18 +42,22 @@ DeleteViewController::DeleteViewController(AppContext& context)
   observe(notifications::cleanup_with_file_exist, [this] { cleanup(); });
 }
 
+/// A category is told at its moment when it is switched on then; what is told at once is there with the screen.
 void DeleteViewController::schedule_texts() {
-  const auto in_category = [this](const char* category) {
-    return context_.text("Cleanup in \"%@\"", {context_.text(category)});
-  };
-  clean_label->show_text(app_settings.boolean("Caches") ? in_category(english("Applications caches"))
-                                                        : context_.text("Clean up..."));
-  for (const TextRow& row : text_rows) {
-    after(row.delay, [this, &row, in_category] {
-      const bool goes_on = app_settings.boolean(row.setting) && !context_.removal.stopped;
-      if (goes_on) clean_label->show_text(in_category(row.category));
-    });
+  QString first = context_.text("Clean up...");
+  for (const CategoryLook& look : category_looks()) {
+    if (!look.removal_text_at) continue;
+    const Category& category = *category_row(look.type);
+    const QString words = context_.text("Cleanup in \"%@\"", {context_.text(category.label)});
+    if (*look.removal_text_at > milliseconds(0)) {
+      after(*look.removal_text_at, [this, words, setting = category.setting] {
+        if (app_settings.boolean(setting) && !context_.removal.stopped) clean_label->show_text(words);
+      });
+    } else if (app_settings.boolean(category.setting)) {
+      first = words;
+    }
   }
+  clean_label->show_text(first);
   when_over(complete_delay, [this] { clean_label->show_text(context_.text("Cleanup complete...")); });
 }
 

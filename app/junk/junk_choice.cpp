@@ -6,8 +6,7 @@ namespace {
 
 /// Whether a run would take what the row holds.
 bool is_ticked(const Cleaner& cleaner, const JunkRow& row) {
-  const Category& category = *category_row(row.type);
-  return category.is_removed && cleaner.is_switched_on(category);
+  return row.category.is_removed && cleaner.is_switched_on(row.category);
 }
 
 }  // namespace
@@ -17,8 +16,8 @@ RemovalQuestion junk_choice(const Cleaner& cleaner) {
   for (const auto rows : {applications_rows(), media_rows()}) {
     for (const JunkRow& row : rows) {
       if (!is_ticked(cleaner, row)) continue;
-      const CleanerItem& item = *(cleaner.*row.item);
-      question.lines.push_back({row.type, row.label, item.files.size(), item.size});
+      const CleanerItem& item = *(cleaner.*row.category.item);
+      question.lines.push_back({row.category.type, row.category.label, item.files.size(), item.size});
     }
   }
   return question;
@@ -27,7 +26,7 @@ RemovalQuestion junk_choice(const Cleaner& cleaner) {
 std::int64_t ticked_bytes(const Cleaner& cleaner, std::span<const JunkRow> rows) {
   std::vector<CleanerEntry> ticked;
   for (const JunkRow& row : rows) {
-    if (is_ticked(cleaner, row)) ticked.emplace_back(cleaner.*row.item);
+    if (is_ticked(cleaner, row)) ticked.emplace_back(cleaner.*row.category.item);
   }
   return (cleaner.junk_amount ? *cleaner.junk_amount : ChosenAmount()).amount(ticked);
 }

@@ -1,51 +1,29 @@
 #include "app/junk/junk_rows.h"
 
-#include <algorithm>
-
-#include "app/parts/notifications.h"
-#include "text/localization.h"
+#include <vector>
 
 namespace tarnby {
 
 namespace {
 
-constexpr JunkRow applications[] = {
-    {"caches", english("Applications caches"), &Cleaner::apps_caches_item, "Caches",
-     notifications::move_applications_cache, "AboutCaches"},
-    {"logs", english("Applications logs"), &Cleaner::apps_logs_item, "Logs", notifications::move_applications_logs,
-     "AboutLogs"},
-    {"remainders", english("Applications remainders"), &Cleaner::apps_remainders_item, "Remainders",
-     notifications::move_applications_remainders, "AboutRemainders"},
-    {"browsers", english("Browsers"), &Cleaner::browser_item, "Browsers", notifications::move_browsers,
-     "AboutBrowsers"},
-};
-
-constexpr JunkRow media[] = {
-    {"downloads", english("Downloads"), &Cleaner::downloads_item, "Downloads", notifications::move_media_downloads,
-     "AboutDownloads"},
-    {"trash", english("Trash Bin"), &Cleaner::trash_item, "Trash", notifications::move_media_trash, "AboutTrash"},
-    {"mails", english("Mail attachments"), &Cleaner::mails_item, "Mails", notifications::move_media_mails,
-     "AboutMails"},
-    {"large-files", english("Large files"), &Cleaner::large_files_item, "LargeFiles",
-     notifications::move_media_large_files, "AboutLargeFiles"},
-};
+std::vector<JunkRow> rows_of(JunkPage page) {
+  std::vector<JunkRow> rows;
+  for (const CategoryLook& look : category_looks()) {
+    if (look.page == page) rows.push_back({*category_row(look.type), look});
+  }
+  return rows;
+}
 
 }  // namespace
 
 std::span<const JunkRow> applications_rows() {
-  return applications;
+  static const std::vector<JunkRow> rows = rows_of(JunkPage::applications);
+  return rows;
 }
 
 std::span<const JunkRow> media_rows() {
-  return media;
-}
-
-const JunkRow& junk_row(std::string_view type) {
-  for (const auto rows : {applications_rows(), media_rows()}) {
-    const auto row = std::ranges::find(rows, type, &JunkRow::type);
-    if (row != rows.end()) return *row;
-  }
-  return applications[0];
+  static const std::vector<JunkRow> rows = rows_of(JunkPage::media);
+  return rows;
 }
 
 }  // namespace tarnby

@@ -1,31 +1,21 @@
 #pragma once
 
-#include <memory>
 #include <span>
-#include <string_view>
 
-#include "engine/cleaner.h"
+#include "app/parts/category_look.h"
+#include "engine/categories.h"
 
 namespace tarnby {
 
 /// One category of the two category pages.
 struct JunkRow {
-  /// How it looks and what is told of it.
-  std::string_view type;
-  const char* label;
-  std::shared_ptr<CleanerItem> Cleaner::*item;
-  /// The setting that says: clean this.
-  const char* setting;
-  /// Turns the page's inner container to what is told about it.
-  const char* move;
-  const char* about;
+  const Category& category;
+  const CategoryLook& look;
 };
 
-/// Of each page, in the order in which they stand; their About panels have the same order.
+/// Of each page, in the order in which they stand; their About panels have the same order. They live as long as the
+/// program.
 std::span<const JunkRow> applications_rows();
 std::span<const JunkRow> media_rows();
-
-/// The row of a category.
-const JunkRow& junk_row(std::string_view type);
 
 }  // namespace tarnby

@@ -1,6 +1,5 @@
 #include "app/junk/media_view_controller.h"
 
-#include "app/junk/category_about.h"
 #include "app/parts/notifications.h"
 #include "app/parts/screen_catalogue.h"
 #include "text/localization.h"
@@ -18,9 +17,9 @@ MediaViewController::MediaViewController(AppContext& context)
     : CategoryPage(context, {english("Media junk"), media_rows(), "MediaPageController", ButtonKind::destructive,
                              english("Clean")}) {
   for (const JunkRow& row : media_rows()) {
-    Category& shown = category(row.type);
+    ShownCategory& shown = category(row.category.type);
     show_item(shown);
-    const bool ticked = has_box(shown) && shown.size >= 1 && app_settings.boolean(row.setting);
+    const bool ticked = has_box(shown) && shown.size >= 1 && app_settings.boolean(row.category.setting);
     shown.button->setChecked(ticked);
     if (ticked) count(shown.size);
   }
@@ -35,19 +34,19 @@ MediaViewController::MediaViewController(AppContext& context)
                  [this](std::int64_t change) { update_ui_with_large_files_item_size(change); });
 }
 
-bool MediaViewController::has_box(const Category& category) const {
-  if (category.row->type == downloads) return false;
-  return category.size >= 1 || category.row->type == large_files;
+bool MediaViewController::has_box(const ShownCategory& shown) const {
+  if (!shown.category->is_removed) return false;
+  return shown.size >= 1 || shown.category->type == large_files;
 }
 
 /// No run removes them, so there is nothing to tick.
 void MediaViewController::lead_to_downloads() {
-  const Category& shown = category(downloads);
+  const ShownCategory& shown = category(downloads);
   auto* show = new PushButton(context_.text("Show"), ButtonKind::link, shown.line);
-  show->setAccessibleDescription(context_.text(shown.row->label));
+  show->setAccessibleDescription(context_.text(shown.category->label));
   connect(show, &QAbstractButton::clicked, this, [this, &shown] {
     about(shown);
-    post(CategoryAbout::show_downloads);
+    post(shown.look->about.button.pressed_by);
   });
   add_to_line(shown, show);
 }
@@ -56,21 +55,21 @@ void MediaViewController::enable_cleanup() {
   next_button->setEnabled(!choice().lines.empty());
 }
 
-QString MediaViewController::size_text(const Category& category) const {
-  if (category.row->type == large_files && category.size < 1) return context_.text("Choose…");
-  if (category.row->type == downloads && category.size < 1) return {};
-  return CategoryPage::size_text(category);
+QString MediaViewController::size_text(const ShownCategory& shown) const {
+  if (shown.category->type == large_files && shown.size < 1) return context_.text("Choose…");
+  if (shown.category->type == downloads && shown.size < 1) return {};
+  return CategoryPage::size_text(shown);
 }
 
-void MediaViewController::toggle(Category& category, bool on) {
-  category.row->type == large_files ? clean_large_files(category, on) : CategoryPage::toggle(category, on);
+void MediaViewController::toggle(ShownCategory& shown, bool on) {
+  shown.category->type == large_files ? clean_large_files(shown, on) : CategoryPage::toggle(shown, on);
 }
 
-void MediaViewController::clean_large_files(Category& category, bool on) {
-  if (!on || category.size >= 1) return CategoryPage::toggle(category, on);
-  category.button->setChecked(false);  // until something is chosen
+void MediaViewController::clean_large_files(ShownCategory& shown, bool on) {
+  if (!on || shown.size >= 1) return CategoryPage::toggle(shown, on);
+  shown.button->setChecked(false);  // until something is chosen
   show_large_files();
-  post(category.row->move);
+  post(shown.look->move);
 }
 
 void MediaViewController::to_apps_junk() {
@@ -86,9 +85,9 @@ void MediaViewController::show_large_files() {
 }
 
 void MediaViewController::update_ui_with_large_files_item_size(std::int64_t change) {
-  Category& shown = category(large_files);
+  ShownCategory& shown = category(large_files);
   show_item(shown);
-  shown.button->setChecked(app_settings.boolean(shown.row->setting));
+  shown.button->setChecked(app_settings.boolean(shown.category->setting));
   count(change);
   tell_choice();
 }

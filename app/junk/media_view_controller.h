@@ -18,13 +18,13 @@ class MediaViewController : public CategoryPage {
   void update_ui_with_large_files_item_size(std::int64_t change);
 
  protected:
-  void toggle(Category& category, bool on) override;
-  QString size_text(const Category& category) const override;
+  void toggle(ShownCategory& shown, bool on) override;
+  QString size_text(const ShownCategory& shown) const override;
   /// Large files are chosen by ticking their box.
-  bool has_box(const Category& category) const override;
+  bool has_box(const ShownCategory& shown) const override;
 
  private:
-  void clean_large_files(Category& category, bool on);
+  void clean_large_files(ShownCategory& shown, bool on);
   void lead_to_downloads();
   void enable_cleanup();
 };

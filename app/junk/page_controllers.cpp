@@ -31,8 +31,8 @@ AboutPageController::AboutPageController(AppContext& context, std::span<const Ju
     : Screen(context), pages(fill_with_pages(*this, context)) {
   for (const JunkRow& row : rows) {
     const int index = pages->count();
-    pages->add_page(ScreenCatalogue::main().make(row.about, context).release());
-    observe(row.move, [this, index] { pages->turn_to(index); });
+    pages->add_page(ScreenCatalogue::main().make(row.look.about.identifier, context).release());
+    observe(row.look.move, [this, index] { pages->turn_to(index); });
   }
 }
 

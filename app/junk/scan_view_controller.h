@@ -1,18 +1,19 @@
 #pragma once
 
 #include <QLabel>
-#include <functional>
 #include <map>
 #include <optional>
 #include <vector>
 
+#include "app/junk/junk_rows.h"
 #include "app/parts/scan_screen.h"
 #include "ui/scan_views.h"
 
 namespace tarnby {
 
 /// Shows the junk scan as a timed show: a ring, the category, and the files found flickering past, with the bytes that
-/// they come to so far. It does not start the scan; it waits for it twice, before the Trash and before the end.
+/// they come to so far. Its two halves show the categories of one page each. It does not start the scan; it waits for
+/// it twice, before the Trash, with which the second half begins, and before the end.
 class ScanViewController : public ScanScreen {
   Q_OBJECT
  public:
@@ -28,39 +29,26 @@ class ScanViewController : public ScanScreen {
   QLabel* path;
   ScanView* scanView;
 
-  void animation_apps_caches();
-  void animation_apps_remainders();
-  void animation_browsers();
   void animation_trash();
-  void animation_mails();
   void scan_complete();
 
  protected:
   bool scanning() const override { return !sharedCleaner.media_search_coomplete; }
 
  private:
-  /// One category whose files flicker past.
-  struct Flicker {
-    /// Its files; null when there are none.
-    const std::vector<Url>* (*files)(const Cleaner& cleaner);
-    /// The category whose bytes the names stand for.
-    std::shared_ptr<CleanerItem> Cleaner::*item;
-    bool (*is_ready)(const Cleaner& cleaner);
-    /// What is shown when there are none; null leaves the line as it is.
-    const char* empty_text;
-    const char* empty_category;
-    /// Under which the engine tells what of it could not be looked at; that is then shown instead.
-    const char* group;
-  };
-  static const Flicker caches, logs, remainders, browsers, trash, mails;
-
-  void once_ready(bool (*is_ready)(const Cleaner&), std::function<void()> next);
-  void start_flicker(const Flicker& flicker);
-  bool tick(const Flicker& flicker, std::size_t& count);
-  void count_passed(const Flicker& flicker, double part);
-  QString empty_text(const Flicker& flicker) const;
-  /// Bytes of what has flickered past of the categories that are ready at that flag.
-  std::int64_t passed_bytes(bool (*is_ready)(const Cleaner&)) const;
+  /// Whether the scan has finished the categories of a page; until then it still writes them.
+  bool is_ready(JunkPage page) const;
+  void once_ready(JunkPage page, Work next);
+  /// Begins each category of a page at its moment from now.
+  void show_page(std::span<const JunkRow> rows);
+  void show_category(const JunkRow& row);
+  bool tick(const JunkRow& row, std::size_t& count);
+  /// The locations that flicker past; null when the scan has made no record of the category.
+  const std::vector<Url>* locations(const JunkRow& row) const;
+  QString empty_text(const JunkRow& row) const;
+  void count_passed(const JunkRow& row, double part);
+  /// Bytes of what has flickered past of the categories of that page.
+  std::int64_t passed_bytes(JunkPage page) const;
   std::int64_t found_so_far();
   /// What was found for the first page, and for both, in bytes.
   struct Sums {
@@ -68,11 +56,10 @@ class ScanViewController : public ScanScreen {
   };
   /// With each location counted once. To be asked for once the scan is over.
   const Sums& sums();
-  void show_category(const char* category);
   void scan_open_anim();
 
   /// How much of each category has flickered past, 0 to 1.
-  std::map<const Flicker*, double> passed_;
+  std::map<const JunkRow*, double> passed_;
   /// The first sum has been shown, and both.
   bool apps_are_counted_ = false;
   bool all_is_counted_ = false;

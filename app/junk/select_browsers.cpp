@@ -12,9 +12,6 @@ namespace tarnby {
 
 namespace {
 
-constexpr SelectBrowsers::Browser chrome = {"Google Chrome", &Cleaner::browser_chrome_item, "GoogleChrome"};
-constexpr SelectBrowsers::Browser mozilla = {"Firefox", &Cleaner::browser_mozilla_item, "Mozilla"};
-constexpr SelectBrowsers::Browser safari = {"Safari", &Cleaner::browser_safari_item, "Safari"};
 constexpr int row_width = 260;
 
 }  // namespace
@@ -28,51 +25,62 @@ SelectBrowsers::SelectBrowsers(AppContext& context)
   QLabel* title = text_label(windowTitle(), theme::Type::title, theme::text, this, theme::Weight::strong);
   align_at_beginning(title);
   layout->addWidget(title);
-  add_row(chrome, chrome_button, chrome_size);
-  add_row(mozilla, mozilla_button, mozilla_size);
-  add_row(safari, safari_button, safari_size);
+  rows.reserve(browser_rows().size());  // each stays where it is
+  for (const ClientRow& browser : browser_rows()) {
+    const Row& row = rows.emplace_back(make_row(browser));
+    connect(row.button, &QAbstractButton::clicked, this, [this, &row] { select(row); });
+  }
   layout->addSpacing(theme::grid);
   done_button = new PushButton(context.text("Done"), ButtonKind::accent, this);
   layout->addWidget(done_button, 0, Qt::AlignHCenter);
   connect(done_button, &QAbstractButton::clicked, this, &Screen::dismissed);
-  connect(chrome_button, &QAbstractButton::clicked, this, &SelectBrowsers::select_chrome);
-  connect(mozilla_button, &QAbstractButton::clicked, this, &SelectBrowsers::select_mozilla);
-  connect(safari_button, &QAbstractButton::clicked, this, &SelectBrowsers::select_safari);
+  chrome_button = row_of("chrome").button;
+  mozilla_button = row_of("mozilla").button;
+  safari_button = row_of("safari").button;
+  chrome_size = row_of("chrome").size;
+  mozilla_size = row_of("mozilla").size;
+  safari_size = row_of("safari").size;
 }
 
-void SelectBrowsers::add_row(const Browser& browser, CheckButton*& button, QLabel*& size) {
+SelectBrowsers::Row SelectBrowsers::make_row(const ClientRow& browser) {
   auto* line = new QWidget(this);
   line->setFixedWidth(static_cast<int>(row_width * std::max(1.0, theme::text_scale())));
-  auto* row = new QHBoxLayout(line);
-  row->setContentsMargins(0, 0, 0, 0);
+  auto* layout = new QHBoxLayout(line);
+  layout->setContentsMargins(0, 0, 0, 0);
   const auto& item = sharedCleaner.*browser.item;
   const std::int64_t bytes = item ? item->size : 0;
-  button = new CheckButton(line, QString::fromUtf8(browser.name));
+  auto* button = new CheckButton(line, QString::fromUtf8(browser.name));
   button->setEnabled(bytes >= 1);
   button->setChecked(bytes >= 1 && app_settings.boolean(browser.setting));
-  size = text_label(context_.byte_count(bytes), theme::Type::body, theme::text, line);
-  row->addWidget(button);
-  row->addStretch();
-  row->addWidget(size);
-  layout()->addWidget(line);
+  QLabel* size = text_label(context_.byte_count(bytes), theme::Type::body, theme::text, line);
+  layout->addWidget(button);
+  layout->addStretch();
+  layout->addWidget(size);
+  this->layout()->addWidget(line);
+  return {&browser, button, size};
+}
+
+const SelectBrowsers::Row& SelectBrowsers::row_of(std::string_view type) const {
+  return *std::ranges::find_if(rows, [&](const Row& shown) { return shown.browser->type == type; });
 }
 
 void SelectBrowsers::select_chrome() {
-  select(chrome, chrome_button->isChecked());
+  select(row_of("chrome"));
 }
 
 void SelectBrowsers::select_mozilla() {
-  select(mozilla, mozilla_button->isChecked());
+  select(row_of("mozilla"));
 }
 
 void SelectBrowsers::select_safari() {
-  select(safari, safari_button->isChecked());
+  select(row_of("safari"));
 }
 
 /// Ticking adds the files and the size without a look whether they are in there: unticking has taken them out before.
-void SelectBrowsers::select(const Browser& browser, bool on) {
-  app_settings.set_boolean(browser.setting, on);
-  const auto& chosen = sharedCleaner.*browser.item;
+void SelectBrowsers::select(const Row& row) {
+  const bool on = row.button->isChecked();
+  app_settings.set_boolean(row.browser->setting, on);
+  const auto& chosen = sharedCleaner.*row.browser->item;
   auto& all = sharedCleaner.browser_item;
   if (chosen && all) {
     if (on) {

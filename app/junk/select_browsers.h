@@ -1,9 +1,10 @@
 #pragma once
 
-#include <memory>
+#include <string_view>
 #include <vector>
 
 #include "app/parts/screen.h"
+#include "engine/clients.h"
 #include "ui/check_button.h"
 #include "ui/push_button.h"
 
@@ -18,30 +19,34 @@ class SelectBrowsers : public Screen {
  public:
   explicit SelectBrowsers(AppContext& context);
 
-  /// One browser.
-  struct Browser {
-    const char* name;
-    std::shared_ptr<CleanerItem> Cleaner::*item;
-    const char* setting;
-  };
-
   AppSettings& app_settings;
   Cleaner& sharedCleaner;
-  CheckButton* chrome_button = nullptr;
-  CheckButton* mozilla_button = nullptr;
-  CheckButton* safari_button = nullptr;
   PushButton* done_button;
-  QLabel* chrome_size = nullptr;
-  QLabel* mozilla_size = nullptr;
-  QLabel* safari_size = nullptr;
+
+  /// One browser as it is shown.
+  struct Row {
+    const ClientRow* browser;
+    CheckButton* button;
+    QLabel* size;
+  };
+  /// One for each browser of the engine's table.
+  std::vector<Row> rows;
+  // Those that have a name of their own.
+  CheckButton* chrome_button;
+  CheckButton* mozilla_button;
+  CheckButton* safari_button;
+  QLabel* chrome_size;
+  QLabel* mozilla_size;
+  QLabel* safari_size;
 
   void select_chrome();
   void select_mozilla();
   void select_safari();
 
  private:
-  void add_row(const Browser& browser, CheckButton*& button, QLabel*& size);
-  void select(const Browser& browser, bool on);
+  Row make_row(const ClientRow& browser);
+  const Row& row_of(std::string_view type) const;
+  void select(const Row& row);
 };
 
 }  // namespace tarnby

@@ -1,8 +1,11 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <span>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "app/parts/screen.h"
 
@@ -11,7 +14,7 @@ namespace tarnby {
 /// One screen that a catalogue can make.
 struct ScreenRow {
   std::string_view identifier;
-  std::unique_ptr<Screen> (*make)(AppContext& context);
+  std::function<std::unique_ptr<Screen>(AppContext& context)> make;
 };
 
 /// Makes screens by their identifiers. Asking for one that it does not have is a programming error and ends the
@@ -29,10 +32,10 @@ class ScreenCatalogue {
   std::unique_ptr<Screen> make(std::string_view identifier, AppContext& context) const;
 
  private:
-  ScreenCatalogue(std::string_view name, std::span<const ScreenRow> rows) : name_(name), rows_(rows) {}
+  ScreenCatalogue(std::string_view name, std::vector<ScreenRow> rows) : name_(name), rows_(std::move(rows)) {}
 
   std::string_view name_;
-  std::span<const ScreenRow> rows_;
+  std::vector<ScreenRow> rows_;
 };
 
 }  // namespace tarnby

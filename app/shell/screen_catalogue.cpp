@@ -16,6 +16,7 @@
 #include "app/junk/page_controllers.h"
 #include "app/junk/scan_view_controller.h"
 #include "app/junk/select_browsers.h"
+#include "app/parts/category_look.h"
 #include "app/privacy/guide_pages.h"
 #include "app/scheduler/enable_scheduler_view_controller.h"
 #include "app/scheduler/preferences_view_controller.h"
@@ -34,10 +35,11 @@ std::unique_ptr<Screen> make(AppContext& context) {
   return std::make_unique<Controller>(context);
 }
 
-/// A panel that tells about one category.
-template <class Panel, const auto& type>
-std::unique_ptr<Screen> make_about(AppContext& context) {
-  return std::make_unique<Panel>(context, type);
+/// The panel that tells about a category.
+template <class Panel>
+ScreenRow about_row(const CategoryLook& look) {
+  return {look.about.identifier,
+          [type = look.type](AppContext& context) { return std::make_unique<Panel>(context, type); }};
 }
 
 template <int number>
@@ -45,71 +47,54 @@ std::unique_ptr<Screen> make_guide_page(AppContext& context) {
   return std::make_unique<GuidePage>(context, number);
 }
 
-constexpr char caches[] = "caches";
-constexpr char logs[] = "logs";
-constexpr char remainders[] = "remainders";
-constexpr char browsers[] = "browsers";
-constexpr char mails[] = "mails";
-constexpr char installs[] = "installs";
-constexpr char trash[] = "trash";
-constexpr char downloads[] = "downloads";
-constexpr char large_files[] = "large-files";
+std::vector<ScreenRow> main_rows() {
+  std::vector<ScreenRow> rows = {
+      {"Sandbox", make<SandboxViewController>},
+      {"Home", make<HomeViewController>},
+      {"Scan", make<ScanViewController>},
+      {"PageController", make<PageController>},
+      {"ApplicationsJunk", make<ApplicationsViewController>},
+      {"MediaJunk", make<MediaViewController>},
+      {"Delete", make<DeleteViewController>},
+      {"Cleaned", make<CleanedViewController>},
+      {"ApplicationsPageController", make<ApplicationsPageController>},
+      {"MediaPageController", make<MediaPageController>},
+      {"LargeFiles", make<LargeFilesViewController>},
+      {"SelectBrowsers", make<SelectBrowsers>},
+      {"DownloadUninstallerOrvane", make<UninstallerOrvaneViewcontroller>},
+      {"EnableScheduler", make<EnableSchedulerViewController>},
+      {"Preferences", make<PreferencesViewController>},
+      {"PrivacyFullDiskPage1", make_guide_page<1>},
+      {"PrivacyFullDiskPage2", make_guide_page<2>},
+      {"PrivacyFullDiskPage3", make_guide_page<3>},
+      {"RateOnAppStore", make<RateOnAppStore>},
+  };
+  for (const CategoryLook& look : category_looks()) {
+    if (look.page != JunkPage::none) rows.push_back(about_row<CategoryAbout>(look));
+  }
+  return rows;
+}
 
-// clang-format off
-constexpr ScreenRow main_rows[] = {
-    {"Sandbox", make<SandboxViewController>},
-    {"Home", make<HomeViewController>},
-    {"Scan", make<ScanViewController>},
-    {"PageController", make<PageController>},
-    {"ApplicationsJunk", make<ApplicationsViewController>},
-    {"MediaJunk", make<MediaViewController>},
-    {"Delete", make<DeleteViewController>},
-    {"Cleaned", make<CleanedViewController>},
-    {"ApplicationsPageController", make<ApplicationsPageController>},
-    {"MediaPageController", make<MediaPageController>},
-    {"AboutCaches", make_about<CategoryAbout, caches>},
-    {"AboutLogs", make_about<CategoryAbout, logs>},
-    {"AboutRemainders", make_about<CategoryAbout, remainders>},
-    {"AboutBrowsers", make_about<CategoryAbout, browsers>},
-    {"AboutDownloads", make_about<CategoryAbout, downloads>},
-    {"AboutTrash", make_about<CategoryAbout, trash>},
-    {"AboutMails", make_about<CategoryAbout, mails>},
-    {"AboutLargeFiles", make_about<CategoryAbout, large_files>},
-    {"LargeFiles", make<LargeFilesViewController>},
-    {"SelectBrowsers", make<SelectBrowsers>},
-    {"DownloadUninstallerOrvane", make<UninstallerOrvaneViewcontroller>},
-    {"EnableScheduler", make<EnableSchedulerViewController>},
-    {"Preferences", make<PreferencesViewController>},
-    {"PrivacyFullDiskPage1", make_guide_page<1>},
-    {"PrivacyFullDiskPage2", make_guide_page<2>},
-    {"PrivacyFullDiskPage3", make_guide_page<3>},
-    {"RateOnAppStore", make<RateOnAppStore>},
-};
-
-constexpr ScreenRow smart_clean_rows[] = {
-    {"AboutCaches", make_about<AboutPanel, caches>},
-    {"AboutLogs", make_about<AboutPanel, logs>},
-    {"AboutRemainders", make_about<AboutPanel, remainders>},
-    {"AboutBrowsers", make_about<AboutPanel, browsers>},
-    {"AboutMails", make_about<AboutPanel, mails>},
-    {"AboutInstalls", make_about<AboutPanel, installs>},
-    {"AboutTrash", make_about<AboutPanel, trash>},
-    {"SmartScan", make<SmartScanViewController>},
-    {"SmartClean", make<SmartCleanViewController>},
-    {"SmartCleanup", make<SmartCleanupViewController>},
-    {"WarningCleanup", make<WarningCleanupViewController>},
-};
-// clang-format on
+std::vector<ScreenRow> smart_clean_rows() {
+  std::vector<ScreenRow> rows = {
+      {"SmartScan", make<SmartScanViewController>},
+      {"SmartClean", make<SmartCleanViewController>},
+      {"SmartCleanup", make<SmartCleanupViewController>},
+      {"WarningCleanup", make<WarningCleanupViewController>},
+  };
+  for (const Category& category : smart_categories()) rows.push_back(about_row<AboutPanel>(look_of(category.type)));
+  return rows;
+}
 
 }  // namespace
 
 const ScreenCatalogue& ScreenCatalogue::main() {
-  static const ScreenCatalogue catalogue("main", main_rows);
+  static const ScreenCatalogue catalogue("main", main_rows());
   return catalogue;
 }
 
 const ScreenCatalogue& ScreenCatalogue::smart_clean() {
-  static const ScreenCatalogue catalogue("SmartClean", smart_clean_rows);
+  static const ScreenCatalogue catalogue("SmartClean", smart_clean_rows());
   return catalogue;
 }
 

@@ -23,7 +23,7 @@ AboutPanel::AboutPanel(AppContext& context, std::string_view type) : Screen(cont
   layout->setSpacing(theme::grid);
   QLabel* title =
       text_label(context.text(category_row(type)->label), theme::Type::title, theme::text, this, theme::Weight::strong);
-  QLabel* words = paragraph(context.text(look_of(type).about_text), theme::Type::detail,
+  QLabel* words = paragraph(context.text(look_of(type).about.text), theme::Type::detail,
                             theme::readable(theme::secondary, theme::sheet), text_width, this);
   for (QLabel* label : {title, words}) {
     align_at_beginning(label, Qt::AlignTop);

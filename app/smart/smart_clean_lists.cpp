@@ -41,13 +41,13 @@ void SmartCleanLists::take(const Cleaner& cleaner) {
   totals_.clear();
   ticked_.clear();
   listed_bytes_.clear();
-  const auto categories = smart_categories();
-  for (std::size_t at = 0; at < categories.size(); ++at) {
-    const auto& item = cleaner.*categories[at].item;
-    auto& store = this->*list_rows[at].store;
+  for (const Row& row : list_rows) {
+    const Category& category = *category_row(row.type);
+    const auto& item = cleaner.*category.item;
+    auto& store = this->*row.store;
     store = item ? item->items : std::vector<CleanerEntry>();
-    selection(at).assign(store.begin(), store.end());
-    totals_.push_back(cleaner.*categories[at].smart.total);
+    (this->*row.selection).assign(store.begin(), store.end());
+    totals_.push_back(cleaner.*category.smart.total);
     ticked_.push_back(store.size());
     listed_bytes_.push_back(bytes_of(store));
   }
@@ -150,8 +150,8 @@ std::uint64_t SmartCleanLists::counted_again() const {
 std::vector<Url> SmartCleanLists::ticked_locations() const {
   std::vector<Url> locations;
   for (const Row& row : list_rows) {
-    for (const Place& place : this->*row.selection) {
-      const auto* entry = std::get_if<CleanerEntry>(&place);
+    for (const Slot& slot : this->*row.selection) {
+      const auto* entry = std::get_if<CleanerEntry>(&slot);
       if (entry == nullptr) continue;
       for (const Url& url : locations_of(*entry)) locations.push_back(url);
     }

@@ -15,7 +15,7 @@ namespace tarnby {
 /// What is ticked on the smart clean screen.
 ///
 /// For each category there are three lists of one length: the store list has all entries in the engine's order, the
-/// selection list has at each place the entry when it is ticked and "Empty" when it is not, the empty list is "Empty"
+/// selection list has in each slot the entry when it is ticked and "Empty" when it is not, the empty list is "Empty"
 /// throughout. A category counts as ticked, wholly or in part, exactly when its selection list differs from its empty
 /// list; so one without entries never does.
 class SmartCleanLists {
@@ -24,7 +24,7 @@ class SmartCleanLists {
   struct Empty {
     friend bool operator==(Empty, Empty) = default;
   };
-  using Place = std::variant<Empty, CleanerEntry>;
+  using Slot = std::variant<Empty, CleanerEntry>;
 
   enum class Ticked { none, some, all };
 
@@ -32,16 +32,16 @@ class SmartCleanLists {
   struct Row {
     std::string_view type;
     std::vector<CleanerEntry> SmartCleanLists::*store;
-    std::vector<Place> SmartCleanLists::*selection;
-    std::vector<Place> SmartCleanLists::*empty;
+    std::vector<Slot> SmartCleanLists::*selection;
+    std::vector<Slot> SmartCleanLists::*empty;
   };
   /// In the order of the categories.
   static std::span<const Row> rows();
 
   std::vector<CleanerEntry> store_caches, store_logs, store_remainders, store_browsers, store_mails, store_installs,
       store_trash;
-  std::vector<Place> caches, logs, remainders, browsers, mails, installs, trash;
-  std::vector<Place> empty_caches, empty_logs, empty_remainders, empty_browsers, empty_mails, empty_installs,
+  std::vector<Slot> caches, logs, remainders, browsers, mails, installs, trash;
+  std::vector<Slot> empty_caches, empty_logs, empty_remainders, empty_browsers, empty_mails, empty_installs,
       empty_trash;
   /// The groups, shared with the engine; their sizes change with what is ticked. They begin with the engine's totals,
   /// of which that of the leftovers holds what earlier scans found, so people are shown `size_shown` instead.
@@ -80,9 +80,9 @@ class SmartCleanLists {
   std::size_t ticked_entries(std::size_t group) const { return ticked_[group]; }
 
  private:
-  std::vector<Place>& selection(std::size_t group) { return this->*rows()[group].selection; }
-  const std::vector<Place>& selection(std::size_t group) const { return this->*rows()[group].selection; }
-  const std::vector<Place>& empty(std::size_t group) const { return this->*rows()[group].empty; }
+  std::vector<Slot>& selection(std::size_t group) { return this->*rows()[group].selection; }
+  const std::vector<Slot>& selection(std::size_t group) const { return this->*rows()[group].selection; }
+  const std::vector<Slot>& empty(std::size_t group) const { return this->*rows()[group].empty; }
   void find_shared();
   /// Bytes of the ticked entries that are counted with another ticked entry already.
   std::uint64_t counted_again() const;
@@ -90,14 +90,14 @@ class SmartCleanLists {
 
   /// Each category's own total, in the order of the rows.
   std::vector<std::int64_t> totals_;
-  /// How many places of each selection list differ from the empty list: asked for every time a row is drawn, and the
+  /// How many slots of each selection list differ from the empty list: asked for every time a row is drawn, and the
   /// lists may be long.
   std::vector<std::size_t> ticked_;
   /// Bytes of the ticked entries of each group, and of all of them.
   std::vector<std::uint64_t> ticked_bytes_;
   std::vector<std::uint64_t> listed_bytes_;
   std::shared_ptr<const ChosenAmount> amount_;
-  /// The entries that may count less beside others, by group and place: few of many.
+  /// The entries that may count less beside others, by group and entry: few of many.
   std::vector<std::pair<std::size_t, std::size_t>> shared_;
 };
 

@@ -188,8 +188,8 @@ void SmartCleanViewController::about_item(const QModelIndex& group) {
   const auto& item = *outlineItems[SmartOutlineModel::group_of(group)];
   const QRect mark = outlineview->info_place(group);
   const QRect anchor(outlineview->viewport()->mapTo(window(), mark.topLeft()), mark.size());
-  appDelegate.activePopover =
-      Popover::present(ScreenCatalogue::smart_clean().make(look_of(item.type).about, context_), window(), anchor);
+  appDelegate.activePopover = Popover::present(
+      ScreenCatalogue::smart_clean().make(look_of(item.type).about.identifier, context_), window(), anchor);
 }
 
 void SmartCleanViewController::show_items(const QModelIndex& group) {

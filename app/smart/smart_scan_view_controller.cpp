@@ -16,18 +16,11 @@ constexpr int first_stroke_ms = 3000;
 /// The first category, the six others and what was found in all: 1.2 seconds for the fastest scan.
 constexpr std::chrono::milliseconds step_time{150};
 
-/// How full the ring is once a category begins; the notification that tells of it is named after its type.
-struct StepRow {
-  const char* notification;
-  std::size_t category;
-  double stroke_end;
-};
-
-constexpr StepRow step_rows[] = {
-    {notifications::smart_scan_logs, 1, 0.5},     {notifications::smart_scan_remainders, 2, 0.6},
-    {notifications::smart_scan_browsers, 3, 0.7}, {notifications::smart_scan_mails, 4, 0.8},
-    {notifications::smart_scan_installs, 5, 0.9}, {notifications::smart_scan_trash, 6, 1.0},
-};
+/// How full the ring is once a category but the first begins: half at the second, then in equal steps.
+double stroke_end(std::size_t category) {
+  const auto steps = static_cast<double>(smart_categories().size() - 2);
+  return first_stroke_end + (1 - first_stroke_end) * static_cast<double>(category - 1) / steps;
+}
 
 }  // namespace
 
@@ -67,9 +60,9 @@ SmartScanViewController::SmartScanViewController(AppContext& context)
 void SmartScanViewController::start() {
   // Until then the notifications are those of a scan before, which nobody waits for any more.
   const auto begun = while_here([this] {
-    for (const StepRow& row : step_rows) {
-      observe(row.notification,
-              [this, &row] { show_in_turn([this, &row] { begin_category(row.category, row.stroke_end); }); });
+    for (std::size_t at = 1; at < smart_categories().size(); ++at) {
+      observe(std::string(smart_categories()[at].smart.notification),
+              [this, at] { show_in_turn([this, at] { begin_category(at); }); });
     }
   });
   const auto complete = while_here([this] { this->complete(); });
@@ -115,10 +108,10 @@ void SmartScanViewController::view_will_appear() {
 
 /// Category `at` begins, the one before it is done. Only finished categories are read: the scan goes on meanwhile and
 /// writes the others and their total.
-void SmartScanViewController::begin_category(std::size_t at, double stroke_end) {
+void SmartScanViewController::begin_category(std::size_t at) {
   transitionItem(context_.text("Scan in \"%@\"", {context_.text(smart_categories()[at].label)}));
   count_category(at - 1);
-  progressView->set_stroke_end(stroke_end);
+  progressView->set_stroke_end(stroke_end(at));
   steps->set_current(static_cast<int>(at));
 }
 

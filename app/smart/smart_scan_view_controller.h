@@ -35,7 +35,7 @@ class SmartScanViewController : public ScanScreen {
   void show_in_turn(Work step);
   void show_next();
   void complete();
-  void begin_category(std::size_t at, double stroke_end);
+  void begin_category(std::size_t at);
   void count_category(std::size_t finished);
   void transitionItem(const QString& text);
   void transitionSize(const QString& text);

@@ -396,7 +396,7 @@ TEST(CategoryPages, lead_to_the_downloads_and_never_tick_them) {
   pages.at.screen<PageController>()->pages->turn_to(1);
   pages.at.pass(500);
   auto& measured = pages.page<MediaViewController>();
-  const CategoryPage::Category& downloads = measured.category("downloads");
+  const CategoryPage::ShownCategory& downloads = measured.category("downloads");
   EXPECT_EQ(downloads.size_label->text(), "70 MB");
   EXPECT_TRUE(downloads.button->isHidden() && !downloads.button->isChecked());
   EXPECT_EQ(pages.sum(measured), "11 MB");

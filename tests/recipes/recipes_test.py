@@ -10,7 +10,7 @@ TOP = pathlib.Path(sys.argv.pop(1))
 # What tells the example of a recipe, wherever it stands.
 EXAMPLES = {
     "A category": r"remainders_item|\"[Rr]emainders\"|AboutRemainders|scan_remainders|smart_scan_remainders"
-                  r"|outlineRemaindersItem|applications_remainders",
+                  r"|outlineRemaindersItem|applications_remainders|store_remainders",
     "A mail program": r"[Aa]irmail",
     "A browser": r"\"GoogleChrome\"|Mozilla\b|[Ff]irefox|mozilla",
     "A setting": r"SkipWarning",
