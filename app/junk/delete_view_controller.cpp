@@ -37,7 +37,7 @@ DeleteViewController::DeleteViewController(AppContext& context)
   below_->addWidget(skip_button, 0, Qt::AlignHCenter);
 
   schedule_texts();
-  start(job());
+  start(request());
   after(ring_time + after_ring, [this] { ring_is_full(); });
   observe(notifications::cleanup_with_file_exist, [this] { cleanup(); });
 }
@@ -61,7 +61,7 @@ void DeleteViewController::schedule_texts() {
   when_over(complete_delay, [this] { clean_label->show_text(context_.text("Cleanup complete...")); });
 }
 
-RemovalJob DeleteViewController::job() {
+RemovalRequest DeleteViewController::request() {
   return {sharedCleaner.cleanup_files(), sharedCleaner.cleanup_amount(),
           [&cleaner = sharedCleaner, report = report_](const RemovalOptions& options) {
             report->options = options;

@@ -30,7 +30,7 @@ class DeleteViewController : public RemovalScreen {
 
  private:
   void removal_is_over() override;
-  RemovalJob job();
+  RemovalRequest request();
   void schedule_texts();
   void ring_is_full();
   void finish();

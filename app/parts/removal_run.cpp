@@ -32,17 +32,17 @@ std::int64_t bytes_of(Measurer& measurer, const std::vector<LeftEntry>& left) {
 }
 
 /// In the background, from beginning to end.
-RemovalOutcome run(AppContext& context, Cleaner& cleaner, const RemovalJob& job) {
+RemovalOutcome run(AppContext& context, Cleaner& cleaner, const RemovalRequest& request) {
   Platform& platform = context.platform;
   RemovalRun& removal = context.removal;
   RemovalOutcome outcome;
   const auto space = [&] { return disk_space(platform.files.granted(), cleaner.url_home); };
   outcome.space_before = space();
   const std::vector<Removal> results =
-      job.remove({.stop = &removal.stopped, .stop_now = &removal.stopped, .progress = &removal.progress});
+      request.remove({.stop = &removal.stopped, .stop_now = &removal.stopped, .progress = &removal.progress});
   outcome.space_after = space();
   context.begin_looking();  // a scan that was given up may have stopped it
-  outcome.left = left_of(platform.files, job.files, results);
+  outcome.left = left_of(platform.files, request.files, results);
   outcome.left_bytes = bytes_of(platform.measurer, outcome.left);
   outcome.cleaned = cleaned_amount(cleaner.wasCleaned, platform.measurer, outcome.left, results);
   return outcome;
@@ -57,19 +57,19 @@ void count_outcome(AppContext& context) {
 
 }  // namespace
 
-void start_removal(AppContext& context, RemovalJob job) {
+void start_removal(AppContext& context, RemovalRequest request) {
   RemovalRun& removal = context.removal;
   removal.running = true;
   removal.counted = false;
   removal.left_unsure = false;
   removal.stopped = context.ending.load();
-  removal.asked_entries = job.files.size();
-  removal.asked_bytes = job.bytes;
+  removal.asked_entries = request.files.size();
+  removal.asked_bytes = request.bytes;
   for (auto* count : {&removal.progress.entries, &removal.progress.listed, &removal.progress.bytes}) *count = 0;
   removal.outcome = {};
   // Nobody replaces the engine's lists meanwhile: that takes another scan, which waits behind this removal.
-  context.background.async([&context, &cleaner = context.sharedCleaner(), job = std::move(job)] {
-    context.removal.untaken = std::make_unique<RemovalOutcome>(run(context, cleaner, job));
+  context.background.async([&context, &cleaner = context.sharedCleaner(), request = std::move(request)] {
+    context.removal.untaken = std::make_unique<RemovalOutcome>(run(context, cleaner, request));
     context.main_queue().async([&context] {
       count_outcome(context);
       context.notifications().post(RemovalRun::removal_changed);

@@ -53,7 +53,7 @@ struct RemovalRun {
 };
 
 /// What a removal is to do.
-struct RemovalJob {
+struct RemovalRequest {
   std::vector<Url> files;
   /// Bytes of them, each location counted once.
   std::int64_t bytes = 0;
@@ -63,7 +63,7 @@ struct RemovalJob {
 
 /// Begins a removal in the background; `context.removal` tells how it goes. The engine's `wasCleaned` is what people
 /// read as cleaned once it is over.
-void start_removal(AppContext& context, RemovalJob job);
+void start_removal(AppContext& context, RemovalRequest request);
 
 /// Adds what the last removal has cleaned to the lifetime total, and sets the engine's `wasCleaned` to 0, so that
 /// nothing is counted twice.

@@ -55,8 +55,8 @@ RemovalScreen::RemovalScreen(AppContext& context, Milliseconds ring_time) : Scre
   stop_button->setFocus();
 }
 
-void RemovalScreen::start(RemovalJob job) {
-  start_removal(context_, std::move(job));
+void RemovalScreen::start(RemovalRequest request) {
+  start_removal(context_, std::move(request));
   context_.may_close = [this](QWidget&) { return may_close(); };
   observe(RemovalRun::removal_changed, [this] {
     if (!context_.removal.running) finish();

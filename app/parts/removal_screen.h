@@ -33,7 +33,7 @@ class RemovalScreen : public Screen {
   RemovalScreen(AppContext& context, Milliseconds ring_time);
 
   /// To be called once, when the screen is complete.
-  void start(RemovalJob job);
+  void start(RemovalRequest request);
   /// Runs work at that moment after the start, or when the removal is over, whichever comes last.
   void when_over(Milliseconds earliest, Work work);
   /// The removal is over; called before what waits for that.
