@@ -23,6 +23,7 @@
 #include <string_view>
 #include <vector>
 
+#include "app/desktop/folder_chooser.h"
 #include "app/parts/app_context.h"
 #include "app/shell/cleaner_window_controller.h"
 #include "app/shell/qt_main_queue.h"
@@ -31,6 +32,7 @@
 #include "bench/grants.h"
 #include "engine/cleaner.h"
 #include "platform/platform.h"
+#include "platform/workspace.h"
 #include "ui/home_view.h"
 #include "ui/motion.h"
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "engine/cleaner.h"
 #include "engine/notifications.h"
 #include "platform/platform.h"
 #include "text/property_list.h"

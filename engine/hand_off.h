@@ -4,11 +4,11 @@
 #include <functional>
 #include <vector>
 
-#include "engine/cleaner.h"
 #include "files/url.h"
 
 namespace tarnby {
 
+class Cleaner;
 class Platform;
 
 // How files are handed to the outside helper

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "engine/cleaner.h"
 #include "files/bytes.h"
 
 namespace tarnby {

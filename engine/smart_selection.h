@@ -5,9 +5,12 @@
 #include <string_view>
 #include <vector>
 
-#include "engine/cleaner.h"
+#include "engine/cleaner_item.h"
+#include "files/url.h"
 
 namespace tarnby {
+
+class Cleaner;
 
 /// The locations that removing one row of a smart scan takes, in the row's order. They live as long as the row.
 std::span<const Url> locations_of(const CleanerEntry& entry);

@@ -1,6 +1,7 @@
 // The helper's answer, of any bytes, and paths of any bytes to hand over: first the answer, then a NUL before each
 // path.
 
+#include "engine/cleaner.h"
 #include "engine/hand_off.h"
 #include "fuzz/fuzzer.h"
 #include "platform/platform.h"

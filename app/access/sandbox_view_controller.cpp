@@ -5,10 +5,12 @@
 #include <QVBoxLayout>
 
 #include "app/access/folder_card.h"
+#include "app/desktop/folder_chooser.h"
 #include "app/parts/layouts.h"
 #include "app/parts/links.h"
 #include "app/parts/notifications.h"
 #include "platform/platform.h"
+#include "platform/workspace.h"
 #include "ui/text_label.h"
 
 namespace tarnby {

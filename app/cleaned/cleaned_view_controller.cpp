@@ -9,6 +9,7 @@
 #include "app/parts/layouts.h"
 #include "app/parts/notifications.h"
 #include "app/parts/screen_catalogue.h"
+#include "engine/cleaner.h"
 #include "text/localization.h"
 #include "ui/freed_view.h"
 #include "ui/panel.h"

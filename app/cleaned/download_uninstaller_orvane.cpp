@@ -2,6 +2,7 @@
 
 #include "app/parts/links.h"
 #include "app/parts/question.h"
+#include "platform/workspace.h"
 
 namespace tarnby {
 

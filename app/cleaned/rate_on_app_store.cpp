@@ -4,6 +4,7 @@
 
 #include "app/parts/links.h"
 #include "app/parts/question.h"
+#include "platform/workspace.h"
 
 namespace tarnby {
 

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <string_view>
 
+#include "engine/categories.h"
+#include "engine/cleaner.h"
 #include "engine/smart_selection.h"
 
 namespace tarnby {

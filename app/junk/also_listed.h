@@ -5,9 +5,11 @@
 #include <unordered_map>
 #include <vector>
 
-#include "engine/cleaner.h"
+#include "engine/large_file.h"
 
 namespace tarnby {
+
+class Cleaner;
 
 /// Large files that another category lists as well, alone, within something larger or around something smaller; each
 /// with the labels of those categories, in English.

@@ -5,7 +5,10 @@
 
 #include "app/parts/overlay.h"
 #include "app/parts/screen_catalogue.h"
+#include "engine/categories.h"
+#include "engine/cleaner.h"
 #include "platform/platform.h"
+#include "platform/workspace.h"
 #include "ui/color_tag.h"
 #include "ui/text_label.h"
 

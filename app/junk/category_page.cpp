@@ -6,6 +6,7 @@
 
 #include "app/parts/layouts.h"
 #include "app/parts/screen_catalogue.h"
+#include "engine/cleaner.h"
 #include "ui/color_tag.h"
 #include "ui/panel.h"
 #include "ui/text_label.h"

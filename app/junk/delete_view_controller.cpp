@@ -7,6 +7,9 @@
 #include "app/parts/category_look.h"
 #include "app/parts/layouts.h"
 #include "app/parts/notifications.h"
+#include "engine/categories.h"
+#include "engine/cleaner.h"
+#include "platform/workspace.h"
 #include "ui/theme.h"
 
 namespace tarnby {

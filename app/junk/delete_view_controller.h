@@ -4,6 +4,7 @@
 
 #include "app/parts/notifications.h"
 #include "app/parts/removal_screen.h"
+#include "engine/cleanup.h"
 #include "engine/hand_off.h"
 
 namespace tarnby {

@@ -6,6 +6,8 @@
 #include "app/parts/layouts.h"
 #include "app/parts/links.h"
 #include "app/parts/not_removed_list.h"
+#include "engine/cleaner.h"
+#include "platform/workspace.h"
 #include "ui/text_label.h"
 
 namespace tarnby {

@@ -1,5 +1,7 @@
 #include "app/junk/junk_choice.h"
 
+#include "engine/cleaner.h"
+
 namespace tarnby {
 
 namespace {

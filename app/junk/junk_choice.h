@@ -1,12 +1,14 @@
 #pragma once
 
+#include <cstdint>
 #include <span>
 
 #include "app/junk/junk_rows.h"
 #include "app/smart/warning_cleanup_view_controller.h"
-#include "engine/cleaner.h"
 
 namespace tarnby {
+
+class Cleaner;
 
 /// What the ticks of both category pages would remove now, as somebody is asked about it. Downloads are never among
 /// it: no run removes them.

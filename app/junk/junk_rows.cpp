@@ -2,6 +2,8 @@
 
 #include <vector>
 
+#include "engine/categories.h"
+
 namespace tarnby {
 
 namespace {

@@ -1,5 +1,7 @@
 #include "app/junk/junk_scan.h"
 
+#include "engine/cleaner.h"
+
 namespace tarnby {
 
 void begin_junk_scan(AppContext& context) {

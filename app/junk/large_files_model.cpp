@@ -2,7 +2,9 @@
 
 #include <algorithm>
 
+#include "engine/cleaner.h"
 #include "engine/entry_text.h"
+#include "engine/smart_selection.h"
 #include "files/bytes.h"
 #include "text/localization.h"
 #include "ui/text_label.h"

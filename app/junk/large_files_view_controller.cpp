@@ -9,7 +9,9 @@
 #include "app/parts/entry_menu.h"
 #include "app/parts/layouts.h"
 #include "app/parts/notifications.h"
+#include "engine/cleaner.h"
 #include "platform/platform.h"
+#include "platform/workspace.h"
 #include "ui/panel.h"
 #include "ui/text_label.h"
 

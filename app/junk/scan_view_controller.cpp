@@ -6,6 +6,7 @@
 
 #include "app/parts/layouts.h"
 #include "app/parts/notifications.h"
+#include "engine/cleaner.h"
 #include "files/bytes.h"
 #include "text/localization.h"
 #include "ui/text_label.h"

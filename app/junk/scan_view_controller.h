@@ -33,7 +33,7 @@ class ScanViewController : public ScanScreen {
   void scan_complete();
 
  protected:
-  bool scanning() const override { return !sharedCleaner.media_search_coomplete; }
+  bool scanning() const override { return !is_ready(JunkPage::media); }
 
  private:
   /// Whether the scan has finished the categories of a page; until then it still writes them.

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "app/parts/notifications.h"
+#include "engine/cleaner.h"
 #include "platform/platform.h"
 #include "ui/text_label.h"
 

@@ -6,24 +6,24 @@
 #include <initializer_list>
 #include <memory>
 
-#include "app/desktop/folder_chooser.h"
 #include "app/icons/icons.h"
 #include "app/parts/app_delegate.h"
 #include "app/parts/engine_turn.h"
 #include "app/parts/removal_run.h"
-#include "engine/cleaner.h"
 #include "files/file_manager.h"
 #include "platform/app_settings.h"
 #include "platform/notification_center.h"
 #include "platform/queues.h"
-#include "platform/workspace.h"
-#include "ui/animation_clock.h"
 
 namespace tarnby {
 
+class AnimationClock;
+class Cleaner;
+class FolderChooser;
 class LoginItems;
 class Measurer;
 class Platform;
+class Workspace;
 struct Session;
 
 /// What every screen needs, in one place. Outlives the screens. Main thread only, but for what says otherwise.

@@ -12,7 +12,9 @@
 #include <cmath>
 
 #include "app/icons/icons.h"
+#include "engine/cleaner.h"
 #include "engine/entry_text.h"
+#include "platform/workspace.h"
 #include "ui/paths.h"
 #include "ui/scroller.h"
 #include "ui/text_label.h"

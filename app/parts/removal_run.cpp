@@ -6,6 +6,7 @@
 #include "app/parts/app_context.h"
 #include "app/parts/look_up.h"
 #include "engine/chosen_amount.h"
+#include "engine/cleaner.h"
 #include "platform/platform.h"
 
 namespace tarnby {

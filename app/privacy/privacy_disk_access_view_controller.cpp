@@ -11,6 +11,7 @@
 #include "app/parts/screen_catalogue.h"
 #include "leftovers/full_disk_access.h"
 #include "platform/platform.h"
+#include "platform/workspace.h"
 #include "ui/text_label.h"
 
 namespace tarnby {

@@ -12,6 +12,7 @@
 #include "app/parts/overlay.h"
 #include "app/parts/screen_catalogue.h"
 #include "app/shell/about_program.h"
+#include "platform/workspace.h"
 #include "text/localization.h"
 #include "ui/theme.h"
 

@@ -25,6 +25,7 @@
 #include "app/smart/smart_cleanup_view_controller.h"
 #include "app/smart/smart_scan_view_controller.h"
 #include "app/smart/warning_cleanup_view_controller.h"
+#include "engine/categories.h"
 
 namespace tarnby {
 

@@ -4,6 +4,7 @@
 #include <QVBoxLayout>
 
 #include "app/parts/category_look.h"
+#include "engine/categories.h"
 #include "ui/paths.h"
 #include "ui/text_label.h"
 

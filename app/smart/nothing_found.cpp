@@ -5,6 +5,8 @@
 
 #include "app/parts/category_look.h"
 #include "app/parts/layouts.h"
+#include "engine/categories.h"
+#include "engine/cleaner.h"
 #include "ui/drawing.h"
 #include "ui/info_button.h"
 #include "ui/paths.h"

@@ -4,6 +4,10 @@
 #include <limits>
 #include <numeric>
 
+#include "engine/categories.h"
+#include "engine/cleaner.h"
+#include "engine/smart_selection.h"
+
 namespace tarnby {
 
 namespace {

@@ -4,13 +4,17 @@
 #include <memory>
 #include <span>
 #include <string_view>
+#include <utility>
 #include <variant>
 #include <vector>
 
-#include "engine/cleaner.h"
-#include "engine/smart_selection.h"
+#include "engine/cleaner_item.h"
+#include "engine/smart_outline_item.h"
 
 namespace tarnby {
+
+class ChosenAmount;
+class Cleaner;
 
 /// What is ticked on the smart clean screen.
 ///

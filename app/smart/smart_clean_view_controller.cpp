@@ -11,6 +11,9 @@
 #include "app/parts/notifications.h"
 #include "app/parts/overlay.h"
 #include "app/parts/screen_catalogue.h"
+#include "engine/cleaner.h"
+#include "engine/smart_selection.h"
+#include "platform/workspace.h"
 #include "ui/panel.h"
 #include "ui/text_label.h"
 

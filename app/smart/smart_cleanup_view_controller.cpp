@@ -1,6 +1,7 @@
 #include "app/smart/smart_cleanup_view_controller.h"
 
 #include "app/parts/notifications.h"
+#include "engine/cleaner.h"
 
 namespace tarnby {
 

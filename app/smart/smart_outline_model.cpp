@@ -3,7 +3,9 @@
 #include <QAccessible>
 
 #include "app/parts/category_look.h"
+#include "engine/cleaner.h"
 #include "engine/entry_text.h"
+#include "engine/smart_selection.h"
 #include "text/localization.h"
 #include "ui/text_label.h"
 

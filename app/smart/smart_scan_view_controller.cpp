@@ -5,6 +5,8 @@
 #include "app/parts/category_look.h"
 #include "app/parts/layouts.h"
 #include "app/parts/notifications.h"
+#include "engine/categories.h"
+#include "engine/cleaner.h"
 #include "ui/text_label.h"
 
 namespace tarnby {

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "app/parts/scan_screen.h"
+#include "engine/cleaner_item.h"
 #include "ui/dash_view.h"
 #include "ui/scan_views.h"
 

@@ -11,8 +11,10 @@
 #include <string>
 #include <vector>
 
+#include "app/desktop/folder_chooser.h"
 #include "app/parts/overlay.h"
 #include "app/shell/cleaner_window_controller.h"
+#include "platform/workspace.h"
 #include "tests/engine/test_engine.h"
 #include "tests/support/hand_time.h"
 #include "ui/motion.h"

@@ -8,8 +8,10 @@
 #include <mutex>
 #include <optional>
 
+#include "app/desktop/folder_chooser.h"
 #include "engine/smart_selection.h"
 #include "platform/platform.h"
+#include "platform/workspace.h"
 #include "tools/bundle_files.h"
 
 namespace tarnby {

@@ -8,6 +8,7 @@
 
 #include "app/parts/app_context.h"
 #include "app/parts/screen_catalogue.h"
+#include "engine/cleaner.h"
 #include "tests/support/hand_animation_clock.h"
 #include "text/localization.h"
 #include "ui/background_view.h"
