@@ -22,7 +22,8 @@ class Applications {
     for (int language = 0; language < 60; ++language) {
       const std::string tag = {'[', static_cast<char>('a' + language / 26), static_cast<char>('a' + language % 26),
                                ']'};
-      translations += "Name" + tag + "=Ein Programm\nComment" + tag + "=Was es tut, in einem kurzen Satz\n";
+      translations.append("Name").append(tag).append("=Ein Programm\nComment").append(tag);
+      translations.append("=Was es tut, in einem kurzen Satz\n");
     }
     for (int number = 0; number < 3'000; ++number) {
       const std::string name = "org.example.Program" + std::to_string(number);

@@ -18,7 +18,7 @@ using Variables = std::map<std::string, std::string>;
 /// The session where the variables it reads have these values and no others.
 Session session_with(const Variables& variables) {
   for (const char* name : {"HOME", "XDG_CONFIG_HOME", "LANGUAGE", "LC_ALL", "LC_MESSAGES", "LC_COLLATE", "LC_NUMERIC",
-                           "LANG", "USER", "LOGNAME"}) {
+                           "LANG", "USER", "LOGNAME", "XDG_RUNTIME_DIR", "XDG_CACHE_HOME"}) {
     const auto given = variables.find(name);
     // NOLINTNEXTLINE(concurrency-mt-unsafe): these tests have one thread
     const int failed = given == variables.end() ? unsetenv(name) : setenv(name, given->second.c_str(), 1);
@@ -50,6 +50,9 @@ TEST(Session, folders_come_from_absolute_paths_only) {
     EXPECT_EQ(session.home_folder.path(), c.home);
     EXPECT_EQ(session.settings_folder.path(), c.settings);
   }
+  EXPECT_EQ(session_with({{"XDG_RUNTIME_DIR", "/run/user/1"}}).runtime_folder, Url::file("/run/user/1"));
+  EXPECT_TRUE(session_with({{"XDG_RUNTIME_DIR", "run"}}).runtime_folder.empty());
+  EXPECT_EQ(session_with({{"XDG_CACHE_HOME", "c/"}}).base_folders.cache, "c/") << "as it is said; who uses it decides";
   EXPECT_EQ(session_with({{"USER", "somebody-else"}}).user_name, account->pw_name) << "the account decides, not a name";
 }
 
