@@ -2,6 +2,7 @@
 
 #include <sys/types.h>
 
+#include <compare>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -20,6 +21,7 @@ struct Identity {
   dev_t device = 0;
   ino_t number = 0;
   friend bool operator==(const Identity&, const Identity&) = default;
+  friend auto operator<=>(const Identity&, const Identity&) = default;
 };
 
 /// What the system tells about one entry.

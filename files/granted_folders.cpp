@@ -6,6 +6,9 @@
 #include <cerrno>
 #include <mutex>
 #include <string_view>
+#include <utility>
+
+#include "files/missed.h"
 
 namespace tarnby {
 
@@ -240,6 +243,9 @@ std::vector<ProtectedFolder> GrantedFolders::protected_folders() const {
     const auto identity = handle ? std::optional(status_of(handle.get()).identity) : std::nullopt;
     folders.push_back({folder, identity, std::move(names)});
   };
+  for (const LinuxHome& home : linux_homes_) {
+    for (KeptNames& kept : never_whole_in(home)) protect(kept.folder, std::move(kept.names));
+  }
   for (const Given& given : given_) {
     for (const ProtectedRow& row : protected_rows()) {
       if (row.kind == given.kind) protect(given.url.appending(row.parent), row.names);
@@ -249,6 +255,69 @@ std::vector<ProtectedFolder> GrantedFolders::protected_folders() const {
     }
   }
   return folders;
+}
+
+void GrantedFolders::guard_linux_home(LinuxHome home) {
+  const std::unique_lock lock(mutex_);
+  std::erase_if(linux_homes_, [&](const LinuxHome& known) { return known.home == home.home; });
+  linux_homes_.push_back(std::move(home));
+  kept_before_ = kept_identities_locked();
+}
+
+bool GrantedFolders::keeps_by_name(const Url& entry) const {
+  const std::shared_lock lock(mutex_);
+  return std::ranges::any_of(linux_homes_, [&](const LinuxHome& home) { return is_kept_by_name(home, entry); });
+}
+
+KeptIdentities GrantedFolders::kept_identities() const {
+  const std::shared_lock lock(mutex_);
+  return kept_identities_locked();
+}
+
+KeptIdentities GrantedFolders::kept_identities_locked() const {
+  KeptIdentities kept = kept_before_;
+  kept.are_all = true;
+  const auto note = [&](const Url& folder, const std::vector<std::string>& names, std::vector<Identity>& list) {
+    const Descriptor handle = open_path_handle_locked(folder, LastLink::refuse);
+    Status standing;
+    standing.error = handle ? 0 : errno;
+    for (const std::string& name : names) {
+      if (handle) standing = status_at(handle.get(), name.c_str());
+      if (standing.kind == EntryKind::folder) list.push_back(standing.identity);
+      if (look_error(standing.error) == LookError::failed) kept.are_all = false;
+    }
+  };
+  for (const LinuxHome& home : linux_homes_) {
+    for (const KeptNames& row : never_whole_in(home)) note(row.folder, row.names, kept.whole);
+    for (const Url& url : never_touched_in(home)) {
+      note(url.parent(), {std::string(url.last_path_component())}, kept.with_all_below);
+    }
+  }
+  kept.whole.insert(kept.whole.end(), kept.with_all_below.begin(), kept.with_all_below.end());
+  for (std::vector<Identity>* list : {&kept.whole, &kept.with_all_below}) {
+    std::ranges::sort(*list);
+    list->erase(std::ranges::unique(*list).begin(), list->end());
+  }
+  return kept;
+}
+
+bool KeptIdentities::holds(const Identity& identity) const {
+  return std::ranges::binary_search(whole, identity);
+}
+
+bool KeptIdentities::is_below(int folder) const {
+  if (with_all_below.empty()) return false;
+  const auto is_kept = [&](const Status& status) {
+    return std::ranges::find(with_all_below, status.identity) != with_all_below.end();
+  };
+  Status standing = status_of(folder);
+  std::string up = "..";
+  for (Identity below; standing.error == 0 && standing.identity != below; up += "/..") {
+    if (is_kept(standing)) return true;
+    below = standing.identity;
+    standing = status_at(folder, up.c_str());
+  }
+  return false;
 }
 
 int ParentCursor::parent_of(const Url& url) {

@@ -8,6 +8,7 @@
 
 #include "files/descriptor.h"
 #include "files/directory.h"
+#include "files/linux_home.h"
 #include "files/url.h"
 
 namespace tarnby {
@@ -22,6 +23,20 @@ struct ProtectedFolder {
   /// None when the folder does not exist.
   std::optional<Identity> identity;
   std::vector<std::string> names;
+};
+
+/// What a removal must not take, by whatever path it comes to it.
+struct KeptIdentities {
+  /// In order.
+  std::vector<Identity> whole;
+  /// Of these nothing at all goes. Each of them is in the other list, too.
+  std::vector<Identity> with_all_below;
+  /// False when a disk failed, so that something that is kept may be missing here.
+  bool are_all = true;
+
+  bool holds(const Identity& identity) const;
+  /// True for an open folder that is, or lies in, one of which nothing goes.
+  bool is_below(int folder) const;
 };
 
 /// The folders to which the user has given this program access, and the only way from a location to an open handle.
@@ -58,6 +73,15 @@ class GrantedFolders {
   /// the folders that a home or a disk cannot do without.
   std::vector<ProtectedFolder> protected_folders() const;
 
+  /// From now on a granted home is guarded as one of the Linux kind, too: what never_whole_in and never_touched_in name
+  /// is refused by name, and by identity wherever it is reached and wherever it is moved from now on. What was said of
+  /// the same home before is replaced.
+  void guard_linux_home(LinuxHome home);
+  /// True of an entry that is kept for its name in such a home. The disk is not asked.
+  bool keeps_by_name(const Url& entry) const;
+  /// What is kept in such homes, as it is at this moment and as it was when the guard was set.
+  KeptIdentities kept_identities() const;
+
   /// True for a granted folder and for each folder above one, by whatever path it was reached. The disk is not asked.
   bool is_or_holds_grant(const Identity& identity) const;
 
@@ -78,6 +102,10 @@ class GrantedFolders {
 
   mutable std::shared_mutex mutex_;
   std::vector<Given> given_;
+  KeptIdentities kept_identities_locked() const;
+
+  std::vector<LinuxHome> linux_homes_;
+  KeptIdentities kept_before_;  // when the guards were set
 };
 
 /// Opens the folders that hold entries, one entry after another. The last folder stays open, so that neighbours cost

@@ -6,9 +6,10 @@
 namespace tarnby {
 
 HoldingFolder::HoldingFolder(const GrantedFolders& granted, const std::vector<ProtectedFolder>& protected_folders,
-                             const Url& folder)
-    : url(folder), handle(granted.open_path_handle(folder)) {
+                             const KeptIdentities& kept, const Url& folder)
+    : url(folder), handle(granted.open_path_handle(folder)), kept_(kept) {
   error = handle ? note_protected(protected_folders) : errno;
+  is_kept = handle && kept.is_below(handle.get());
   if (error != 0) handle.reset();  // where nobody can tell what is protected, nothing may be taken
 }
 
@@ -16,9 +17,10 @@ bool HoldingFolder::protects(const GrantedFolders& granted, const std::string& n
   const auto contains = [](const auto& list, const auto& item) {
     return std::find(list.begin(), list.end(), item) != list.end();
   };
-  if (contains(protected_names, name)) return true;
+  if (contains(protected_names, name) || is_kept || granted.keeps_by_name(url.appending(name))) return true;
   if (standing.kind == EntryKind::none) return false;
-  return contains(protected_entries, standing.identity) || granted.is_or_holds_grant(standing.identity);
+  return contains(protected_entries, standing.identity) || kept_.holds(standing.identity) ||
+         granted.is_or_holds_grant(standing.identity);
 }
 
 int HoldingFolder::note_protected(const std::vector<ProtectedFolder>& protected_folders) {

@@ -90,7 +90,8 @@ class RemovalPass {
         options_(options),
         holding_(granted),
         outcomes_(urls.size(), options.refuse),
-        job_(granted, confined, urls.size(), options, [this](std::size_t at) { return outcomes_.why_refused(at); }),
+        job_(granted, holding_.kept(), confined, urls.size(), options,
+             [this](std::size_t at) { return outcomes_.why_refused(at); }),
         threads_(threads),
         handles_(handles) {
     if (options.whole_units) mounts_ = mount_points();

@@ -210,11 +210,11 @@ Descriptor RemovalJob::open_checked(int parent, const std::string& name) const {
   return folder;
 }
 
-/// A granted folder must not go even when it has come to lie inside an entry by another path; nor one of which nobody
-/// can tell.
+/// A granted folder, and what a Linux home keeps, must not go even when it has come to lie inside an entry by another
+/// path; nor one of which nobody can tell.
 bool RemovalJob::may_enter(const Descriptor& folder) const {
   const Status standing = status_of(folder.get());
-  return standing.error == 0 && !granted_.is_or_holds_grant(standing.identity);
+  return standing.error == 0 && !granted_.is_or_holds_grant(standing.identity) && !kept_.holds(standing.identity);
 }
 
 bool RemovalJob::ends_now() {

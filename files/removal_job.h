@@ -37,9 +37,10 @@ class RemovalJob final : public TraversalJob {
   using MayBegin = std::function<std::error_code(std::size_t tag)>;
 
   /// @param confined threads for the parts of a deep tree; null when this job's threads keep their rights.
-  RemovalJob(const GrantedFolders& granted, ConfinedThreads* confined, std::size_t targets,
+  RemovalJob(const GrantedFolders& granted, const KeptIdentities& kept, ConfinedThreads* confined, std::size_t targets,
              const RemovalOptions& options, MayBegin may_begin)
       : granted_(granted),
+        kept_(kept),
         confined_(confined),
         targets_(targets),
         options_(options),
@@ -103,6 +104,7 @@ class RemovalJob final : public TraversalJob {
   void note(std::size_t tag, int error);
 
   const GrantedFolders& granted_;
+  const KeptIdentities& kept_;
   ConfinedThreads* const confined_;
   std::vector<Target> targets_;
   const RemovalOptions& options_;

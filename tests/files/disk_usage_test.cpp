@@ -170,10 +170,10 @@ TEST(DiskUsage, tells_what_the_disk_has_more_when_a_row_is_gone) {
   const bool ran = test::with_own_mounts([&] {
     if (!mount_own_disk(tree, "disk")) return;
     tree.file("mounted");
-    for (int package = 0; package < 40; ++package) {
-      for (int file = 0; file < 25; ++file) {
+    for (std::size_t package = 0; package < 40; ++package) {
+      for (std::size_t file = 0; file < 25; ++file) {
         const std::string number = std::to_string(package) + "/" + std::to_string(file);
-        fill(tree, "disk/home/store/" + number, static_cast<std::size_t>(package * 997 + file * 101));
+        fill(tree, "disk/home/store/" + number, 997 * package + 101 * file);
         if (package % 4 == 0) continue;
         tree.folder("disk/home/project/" + std::to_string(package));
         add_name(tree, "disk/home/store/" + number, "disk/home/project/" + number);
