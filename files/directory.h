@@ -2,7 +2,6 @@
 
 #include <sys/types.h>
 
-#include <compare>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -21,7 +20,9 @@ struct Identity {
   dev_t device = 0;
   ino_t number = 0;
   friend bool operator==(const Identity&, const Identity&) = default;
-  friend auto operator<=>(const Identity&, const Identity&) = default;
+  friend bool operator<(const Identity& a, const Identity& b) {
+    return a.device != b.device ? a.device < b.device : a.number < b.number;
+  }
 };
 
 /// What the system tells about one entry.

@@ -295,14 +295,14 @@ KeptIdentities GrantedFolders::kept_identities_locked() const {
   }
   kept.whole.insert(kept.whole.end(), kept.with_all_below.begin(), kept.with_all_below.end());
   for (std::vector<Identity>* list : {&kept.whole, &kept.with_all_below}) {
-    std::ranges::sort(*list);
-    list->erase(std::ranges::unique(*list).begin(), list->end());
+    std::sort(list->begin(), list->end());
+    list->erase(std::unique(list->begin(), list->end()), list->end());
   }
   return kept;
 }
 
 bool KeptIdentities::holds(const Identity& identity) const {
-  return std::ranges::binary_search(whole, identity);
+  return std::binary_search(whole.begin(), whole.end(), identity);
 }
 
 bool KeptIdentities::is_below(int folder) const {
