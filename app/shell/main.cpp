@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <span>
 #include <utility>
@@ -13,37 +14,21 @@
 #include "app/desktop/desktop_folder_chooser.h"
 #include "app/desktop/desktop_language.h"
 #include "app/desktop/desktop_look.h"
+#include "app/desktop/desktop_services.h"
 #include "app/desktop/display.h"
+#include "app/desktop/resources.h"
 #include "app/parts/app_context.h"
+#include "app/parts/notice.h"
 #include "app/shell/cleaner_window_controller.h"
 #include "app/shell/command_line.h"
 #include "app/shell/end_signals.h"
-#ifdef __APPLE__
-#include "app/desktop/macos_workspace.h"
-#else
-#include "app/desktop/desktop_portal.h"
-#include "app/desktop/desktop_workspace.h"
-#include "app/desktop/font_preloader.h"
-#include "app/shell/single_window.h"
-#endif
-#include "app/desktop/resources.h"
-#include "app/parts/notice.h"
 #include "app/shell/engine_objects.h"
 #include "app/shell/qt_main_queue.h"
 #include "platform/platform.h"
-#include "ui/motion.h"
+#include "platform/workspace.h"
 
 namespace tarnby {
 namespace {
-
-#ifndef __APPLE__
-void bring_to_front(QWidget& window) {
-  window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
-  window.show();
-  window.raise();
-  window.activateWindow();
-}
-#endif
 
 Session session_for(const CommandLine& line) {
   Session session = current_session();
@@ -78,14 +63,10 @@ class AfterFirstPicture final : public QObject {
 
 int run_window(QApplication& application, const CommandLine& line) {
   const Session session = session_for(line);
-#ifndef __APPLE__  // where the system starts a program but once
-  SingleWindow single(session.settings_folder);
-  if (!single.is_first()) return 0;
-#endif
+  const std::unique_ptr<DesktopServices> services = desktop_services(session);
+  if (!services->is_first_window()) return 0;
   apply_desktop_look();
-#ifdef __APPLE__
-  motion::set_reduced(wants_reduced_motion());
-#endif
+  services->apply_motion();
 
   QtMainQueue main_queue;
   const Url tables = Url::file(resource_path(QStringLiteral("localization")).toStdString());
@@ -99,11 +80,7 @@ int run_window(QApplication& application, const CommandLine& line) {
   AppDelegate delegate(platform.app_settings,
                        [&] { io_queue.async([&] { (void)platform.app_settings.synchronize(); }); });
   platform.application_delegate = &delegate;
-#ifdef __APPLE__
-  MacosWorkspace workspace;
-#else
-  DesktopWorkspace workspace(platform, io_queue);
-#endif
+  const std::unique_ptr<Workspace> workspace = services->make_workspace(platform, io_queue);
   DesktopFolderChooser folder_chooser;
   BackgroundQueue background;
   EngineObjects engine(platform);
@@ -112,7 +89,7 @@ int run_window(QApplication& application, const CommandLine& line) {
                         delegate,
                         background,
                         io_queue,
-                        workspace,
+                        *workspace,
                         folder_chooser,
                         [&]() -> Cleaner& { return engine.cleaner(); },
                         [&] { engine.renew_grants(); }};
@@ -120,22 +97,16 @@ int run_window(QApplication& application, const CommandLine& line) {
   delegate.applicationDidFinishLaunching();
   QApplication::setQuitOnLastWindowClosed(delegate.applicationShouldTerminateAfterLastWindowClosed());
   CleanerWindowController window(context);
-#ifndef __APPLE__
-  workspace.set_window(&window);
-  workspace.when_nothing_opens([&](const QString& what) {
+  services->serve(window, [&](const QString& what) {
     Notice::present(context, context.text("This could not be opened"),
                     context.text("Nothing on this desktop opens %@.", {what}), &window);
   });
-  single.when_asked_to_front([&] { bring_to_front(window); });
-#endif
   window.show();
   window.load();
   new AfterFirstPicture(*window.windowHandle(), [&] {
     clock.start();
     QApplication::setWindowIcon(program_icon());
-#ifndef __APPLE__
-    ask_portal_for_stillness(application);
-#endif
+    services->ask_for_motion();
   });
   // Nobody is asked, as where the window is closed: who ends a session does not wait for an answer.
   const EndSignals end_signals([] { QApplication::exit(); });
@@ -166,9 +137,7 @@ int main(int argc, char** argv) {
   std::optional<QApplication> application;
   {
     const tarnby::NeedsDisplay display;
-#ifndef __APPLE__
-    const tarnby::FontPreloader fonts;
-#endif
+    const std::shared_ptr<void> beside = tarnby::work_beside_the_start();
     application.emplace(argc, argv);
   }
   QApplication::setApplicationName(QStringLiteral("tarnby-cleaner"));

@@ -1,4 +1,4 @@
-#include "app/shell/single_window.h"
+#include "app/desktop/linux/single_window.h"
 
 #include <sys/socket.h>
 #include <sys/un.h>

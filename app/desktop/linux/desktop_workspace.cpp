@@ -1,4 +1,4 @@
-#include "app/desktop/desktop_workspace.h"
+#include "app/desktop/linux/desktop_workspace.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>

@@ -1,4 +1,4 @@
-#include "app/desktop/macos_workspace.h"
+#include "app/desktop/macos/macos_workspace.h"
 
 #import <AppKit/AppKit.h>
 #import <Quartz/Quartz.h>

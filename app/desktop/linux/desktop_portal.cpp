@@ -1,4 +1,4 @@
-#include "app/desktop/desktop_portal.h"
+#include "app/desktop/linux/desktop_portal.h"
 
 #include <QApplication>
 #include <QDBusConnection>

@@ -1,4 +1,4 @@
-#include "app/desktop/font_preloader.h"
+#include "app/desktop/linux/font_preloader.h"
 
 #include <fontconfig/fontconfig.h>
 
