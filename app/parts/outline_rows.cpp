@@ -29,6 +29,13 @@ constexpr int icon_side = 20;
 constexpr int info_side = 18;
 constexpr int entry_indent = 64;
 constexpr int usual_header_height = 30;
+constexpr int above_row = 4;  // between a header and the row below it
+constexpr int tag_radius = 3;
+constexpr int least_note_width = 3 * theme::grid;
+constexpr int ground_inset = 4;  // of what a row stands on, from the sides of the view
+constexpr int focus_inset = 3;
+constexpr int focus_radius = 6;
+constexpr double header_spacing = 0.6;  // between letters
 
 int scaled(int pixels) {
   return static_cast<int>(std::lround(pixels * std::max(1.0, theme::text_scale())));
@@ -45,7 +52,7 @@ QFont size_font(bool group) {
 QFont header_font() {
   QFont font = theme::font(theme::Type::tiny);
   font.setCapitalization(QFont::AllUppercase);
-  font.setLetterSpacing(QFont::AbsoluteSpacing, 0.6);
+  font.setLetterSpacing(QFont::AbsoluteSpacing, header_spacing);
   return font;
 }
 
@@ -58,6 +65,90 @@ QRect take(QRect& rest, int width, int height) {
   const QRect taken(rest.left(), rest.top() + (rest.height() - height) / 2, std::max(0, width), height);
   rest.setLeft(std::min(rest.right() + 1, taken.right() + 1 + gap));
   return taken;
+}
+
+QColor quiet_color() {
+  return theme::readable(theme::faint, theme::panel_ground());
+}
+
+/// The side of a line on which it begins.
+Qt::Alignment start_of(Qt::LayoutDirection direction) {
+  return direction == Qt::RightToLeft ? Qt::AlignRight : Qt::AlignLeft;
+}
+
+void draw_header(QPainter& painter, Qt::LayoutDirection direction, const QModelIndex& index, const OutlineRow& row) {
+  if (row.header.isEmpty()) return;
+  painter.setFont(header_font());
+  painter.setPen(quiet_color());
+  painter.drawText(row.header.adjusted(0, 0, 0, -above_row), static_cast<int>(start_of(direction) | Qt::AlignBottom),
+                   index.data(OutlineModel::header_role).toString());
+}
+
+/// Points down where the group is open, and else to where the line goes.
+void draw_disclosure(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index,
+                     const OutlineRow& row) {
+  if (!OutlineModel::is_group(index) || !index.model()->hasChildren(index)) return;
+  QRectF pointer(0, 0, pointer_side, pointer_side);
+  pointer.moveCenter(QRectF(row.disclosure).center());
+  const bool open = (option.state & QStyle::State_Open) != 0;
+  const int closed_angle = option.direction == Qt::RightToLeft ? 180 : 0;
+  painter.fillPath(pointer_path(pointer, open ? 90 : closed_angle), theme::secondary);
+}
+
+void draw_check(QPainter& painter, const QModelIndex& index, const OutlineRow& row) {
+  if (row.check.isEmpty()) return;
+  draw_check_box(painter, row.check, index.data(Qt::CheckStateRole).value<Qt::CheckState>());
+}
+
+void draw_tag(QPainter& painter, const QModelIndex& index, const OutlineRow& row) {
+  if (row.tag.isEmpty()) return;
+  painter.fillPath(rounded_path(row.tag, tag_radius), index.data(OutlineModel::color_role).value<QColor>());
+}
+
+void draw_info(QPainter& painter, const OutlineRow& row) {
+  if (!row.info.isEmpty()) draw_info_mark(painter, QRectF(row.info).adjusted(1, 1, -1, -1), theme::secondary);
+}
+
+/// How a text on the line looks.
+struct LineText {
+  QFont font;
+  QColor color;
+  Qt::TextElideMode elide;
+  Qt::LayoutDirection direction;
+};
+
+void draw_text(QPainter& painter, const QRect& place, const LineText& look, const QString& words) {
+  painter.setFont(look.font);
+  painter.setPen(look.color);
+  painter.drawText(place, static_cast<int>(Qt::AlignVCenter | start_of(look.direction)),
+                   QFontMetrics(look.font).elidedText(words, look.elide, place.width()));
+}
+
+void draw_label(QPainter& painter, Qt::LayoutDirection direction, const QModelIndex& index, const OutlineRow& row) {
+  const QFont font = label_font(OutlineModel::is_group(index));
+  draw_text(painter, row.label, {font, theme::text, Qt::ElideMiddle, direction}, index.data().toString());
+}
+
+void draw_note(QPainter& painter, Qt::LayoutDirection direction, const QModelIndex& index, const OutlineRow& row) {
+  const QString note = index.data(OutlineModel::note_role).toString();
+  if (note.isEmpty()) return;
+  const QFont font = theme::font(theme::Type::note);
+  const bool alarm = index.data(OutlineModel::alarm_role).toBool();
+  // A place is understood from its beginning, and a problem is better told in part than not at all; what else is said
+  // of a group is said whole.
+  const bool whole = OutlineModel::is_group(index) && !alarm;
+  if (row.note.width() < (whole ? QFontMetrics(font).horizontalAdvance(note) : least_note_width)) return;
+  const QColor color = alarm ? theme::readable(theme::amber, theme::panel_ground()) : quiet_color();
+  draw_text(painter, row.note, {font, color, alarm ? Qt::ElideMiddle : Qt::ElideRight, direction}, note);
+}
+
+void draw_size(QPainter& painter, const QModelIndex& index, const OutlineRow& row) {
+  const QFont font = size_font(OutlineModel::is_group(index));
+  const QFontMetricsF metrics(font);
+  painter.setPen(theme::text);
+  const double baseline = row.size.top() + (row.size.height() + metrics.ascent() - metrics.descent()) / 2;
+  draw_figures(painter, font, {static_cast<double>(row.size.left()), baseline},
+               index.data(OutlineModel::size_text_role).toString());
 }
 
 }  // namespace
@@ -122,7 +213,7 @@ QSize OutlineRows::sizeHint(const QStyleOptionViewItem& /*option*/, const QModel
 
 void OutlineRows::draw_ground(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index,
                               const OutlineRow& row) const {
-  const QPainterPath shape = rounded_path(QRectF(row.line).adjusted(4, 1, -4, -1), theme::grid);
+  const QPainterPath shape = rounded_path(QRectF(row.line).adjusted(ground_inset, 1, -ground_inset, -1), theme::grid);
   const bool marked = marked_row.isValid() && index == marked_row;
   if (marked || (option.state & QStyle::State_Selected) != 0) {
     painter.fillPath(shape, theme::card);
@@ -132,8 +223,9 @@ void OutlineRows::draw_ground(QPainter& painter, const QStyleOptionViewItem& opt
   const bool keyboard = (option.state & QStyle::State_KeyboardFocusChange) != 0;
   if ((option.state & QStyle::State_HasFocus) == 0 || !keyboard) return;
   // Wholly within the row: when the keyboard moves on, the view draws this row anew and nothing beside it.
-  constexpr int inset = 3;
-  draw_focus_ring(painter, rounded_path(QRectF(row.line).adjusted(4 + inset, inset, -4 - inset, -inset), 6));
+  constexpr int side = ground_inset + focus_inset;
+  const QRectF ring = QRectF(row.line).adjusted(side, focus_inset, -side, -focus_inset);
+  draw_focus_ring(painter, rounded_path(ring, focus_radius));
 }
 
 void OutlineRows::draw_icon(QPainter& painter, const QModelIndex& index, const OutlineRow& row) const {
@@ -144,59 +236,19 @@ void OutlineRows::draw_icon(QPainter& painter, const QModelIndex& index, const O
 }
 
 void OutlineRows::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const {
-  const bool group = OutlineModel::is_group(index);
   const OutlineRow row(index, option.rect, option.direction);
-  const auto start = Qt::AlignVCenter | (option.direction == Qt::RightToLeft ? Qt::AlignRight : Qt::AlignLeft);
   painter->save();
   painter->setRenderHint(QPainter::Antialiasing);
-  const QColor quiet = theme::readable(theme::faint, theme::panel_ground());
-  if (!row.header.isEmpty()) {
-    painter->setFont(header_font());
-    painter->setPen(quiet);
-    painter->drawText(row.header.adjusted(0, 0, 0, -4), static_cast<int>(start & ~Qt::AlignVCenter) | Qt::AlignBottom,
-                      index.data(OutlineModel::header_role).toString());
-  }
+  draw_header(*painter, option.direction, index, row);
   draw_ground(*painter, option, index, row);
-  if (group && index.model()->hasChildren(index)) {
-    QRectF pointer(0, 0, pointer_side, pointer_side);
-    pointer.moveCenter(QRectF(row.disclosure).center());
-    const bool open = (option.state & QStyle::State_Open) != 0;
-    painter->fillPath(pointer_path(pointer, open                                  ? 90
-                                            : option.direction == Qt::RightToLeft ? 180
-                                                                                  : 0),
-                      theme::secondary);
-  }
-  if (!row.check.isEmpty()) {
-    draw_check_box(*painter, row.check, index.data(Qt::CheckStateRole).value<Qt::CheckState>());
-  }
-  if (!row.tag.isEmpty()) {
-    painter->fillPath(rounded_path(row.tag, 3), index.data(OutlineModel::color_role).value<QColor>());
-  }
+  draw_disclosure(*painter, option, index, row);
+  draw_check(*painter, index, row);
+  draw_tag(*painter, index, row);
   draw_icon(*painter, index, row);
-  if (!row.info.isEmpty()) draw_info_mark(*painter, QRectF(row.info).adjusted(1, 1, -1, -1), theme::secondary);
-  const auto text = [&](const QRect& place, const QFont& font, const QColor& color, const QString& words,
-                        Qt::TextElideMode elide) {
-    painter->setFont(font);
-    painter->setPen(color);
-    painter->drawText(place, static_cast<int>(start), QFontMetrics(font).elidedText(words, elide, place.width()));
-  };
-  text(row.label, label_font(group), theme::text, index.data().toString(), Qt::ElideMiddle);
-  const QString note = index.data(OutlineModel::note_role).toString();
-  const QFont notes = theme::font(theme::Type::note);
-  const bool alarm = index.data(OutlineModel::alarm_role).toBool();
-  // A place is understood from its beginning, and a problem is better told in part than not at all; what else is said
-  // of a group is said whole.
-  const int least = group && !alarm ? QFontMetrics(notes).horizontalAdvance(note) : 3 * theme::grid;
-  if (!note.isEmpty() && row.note.width() >= least) {
-    const QColor color = alarm ? theme::readable(theme::amber, theme::panel_ground()) : quiet;
-    text(row.note, notes, color, note, alarm ? Qt::ElideMiddle : Qt::ElideRight);
-  }
-  const QFont sizes = size_font(group);
-  const QFontMetricsF metrics(sizes);
-  painter->setPen(theme::text);
-  const double baseline = row.size.top() + (row.size.height() + metrics.ascent() - metrics.descent()) / 2;
-  draw_figures(*painter, sizes, {static_cast<double>(row.size.left()), baseline},
-               index.data(OutlineModel::size_text_role).toString());
+  draw_info(*painter, row);
+  draw_label(*painter, option.direction, index, row);
+  draw_note(*painter, option.direction, index, row);
+  draw_size(*painter, index, row);
   painter->restore();
 }
 
