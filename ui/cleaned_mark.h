@@ -16,12 +16,14 @@ class CleanedMark : public Drawing {
   /// How much of the mark is drawn, 0 to 1.
   double drawn() const { return drawn_.value(); }
 
-  QSize sizeHint() const override { return {112, 112}; }
+  QSize sizeHint() const override { return {side, side}; }
 
  protected:
   void paintEvent(QPaintEvent* event) override;
 
  private:
+  static constexpr int side = 112;
+
   Animation drawn_;
 };
 

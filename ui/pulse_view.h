@@ -15,7 +15,7 @@ class PulseView : public Drawing {
   /// It moves only while it is seen.
   void set_pulsing(bool pulsing);
 
-  QSize sizeHint() const override { return {160, 160}; }
+  QSize sizeHint() const override { return {side, side}; }
   Spoken spoken() const override;
 
  protected:
@@ -24,6 +24,8 @@ class PulseView : public Drawing {
   void hideEvent(QHideEvent* event) override;
 
  private:
+  static constexpr int side = 160;
+
   void run_or_rest();
 
   Animation phase_;

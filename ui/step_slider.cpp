@@ -14,6 +14,8 @@
 namespace tarnby {
 namespace {
 
+constexpr int usual_stop_width = 80;
+constexpr int least_stop_width = 56;
 constexpr double track_height = 4;
 constexpr double thumb = 20;
 constexpr double halo = 5;
@@ -42,11 +44,12 @@ void StepSlider::set_stops(const QStringList& names) {
 
 QSize StepSlider::sizeHint() const {
   const int words = QFontMetrics(lettering(true)).height();
-  return {static_cast<int>(80 * names_.size()), static_cast<int>(2 * line_middle) + theme::grid / 2 + words};
+  return {static_cast<int>(usual_stop_width * names_.size()),
+          static_cast<int>(2 * line_middle) + theme::grid / 2 + words};
 }
 
 QSize StepSlider::minimumSizeHint() const {
-  return {static_cast<int>(56 * names_.size()), sizeHint().height()};
+  return {static_cast<int>(least_stop_width * names_.size()), sizeHint().height()};
 }
 
 /// Half of the widest name stands out beside the first and the last stop.

@@ -13,6 +13,8 @@ namespace {
 constexpr double track_width = 44;
 constexpr double track_height = 24;
 constexpr int margin = 4;  // room for the focus ring
+constexpr double mark_side = 18;
+constexpr double mark_edge = 4;
 
 }  // namespace
 
@@ -46,7 +48,8 @@ void SwitchButton::paintEvent(QPaintEvent*) {
   shade_state(painter, this, shape);
   const bool to_the_left = isRightToLeft();
   if (isChecked()) {
-    const QRectF mark(to_the_left ? track.right() - 22 : track.left() + 4, track.top() + 3, 18, 18);
+    const QRectF mark(to_the_left ? track.right() - mark_edge - mark_side : track.left() + mark_edge,
+                      track.top() + (track_height - mark_side) / 2, mark_side, mark_side);
     painter.strokePath(check_path(mark), QPen(theme::on_accent, 2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
   }
   constexpr double inset = 2;

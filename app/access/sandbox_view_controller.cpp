@@ -18,6 +18,7 @@ namespace tarnby {
 namespace {
 
 constexpr std::chrono::milliseconds until_home{300};
+constexpr int words_width = 520;
 
 /// What is said of a wrong folder: its name comes first, then the folder that is asked for.
 struct FaultRow {
@@ -52,13 +53,7 @@ SandboxViewController::SandboxViewController(AppContext& context)
   layout->setContentsMargins(3 * theme::grid, 3 * theme::grid, 3 * theme::grid, 3 * theme::grid);
   layout->setSpacing(0);
   layout->addStretch(1);
-  label = text_label(changes_ ? context.text("Folder access") : context.text("Allow access to two folders"),
-                     theme::Type::large, theme::text, this, theme::Weight::strong);
-  text = paragraph(changes_ ? context.text("Tarnby cleaner sees only these folders. When you change one, the next scan "
-                                           "looks there.")
-                            : context.text("Tarnby cleaner sees only what you open for it. Pick your home folder and "
-                                           "the Applications folder; it asks only once."),
-                   theme::Type::body, theme::readable(theme::secondary, theme::wave_ground), 520, this);
+  make_words();
   layout->addWidget(label);
   layout->addSpacing(theme::grid);
   layout->addWidget(text, 0, Qt::AlignHCenter);
@@ -74,6 +69,17 @@ SandboxViewController::SandboxViewController(AppContext& context)
   show_access();
   entrance_ = std::make_unique<Entrance>(context.clock, this);
   entrance_->open();
+}
+
+void SandboxViewController::make_words() {
+  label = text_label(changes_ ? context_.text("Folder access") : context_.text("Allow access to two folders"),
+                     theme::Type::large, theme::text, this, theme::Weight::strong);
+  text =
+      paragraph(changes_ ? context_.text("Tarnby cleaner sees only these folders. When you change one, the next scan "
+                                         "looks there.")
+                         : context_.text("Tarnby cleaner sees only what you open for it. Pick your home folder and "
+                                         "the Applications folder; it asks only once."),
+                theme::Type::body, theme::readable(theme::secondary, theme::wave_ground), words_width, this);
 }
 
 QWidget* SandboxViewController::make_cards() {

@@ -45,6 +45,7 @@ class SandboxViewController : public Screen {
   void chosen(Grant grant, const Url& folder);
   void answer(Grant grant, const Url& picked, const GrantState& taken);
   void go_home();
+  void make_words();
   QWidget* make_cards();
   QWidget* make_buttons();
   void show_access();

@@ -1,6 +1,7 @@
 #include "app/cleaned/cleaned_view_controller.h"
 
 #include <QLabel>
+#include <QMargins>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <cmath>
@@ -26,6 +27,8 @@ constexpr std::int64_t first_promotion = 4;
 constexpr std::int64_t repeats_from = 9;
 constexpr std::int64_t repeats_every = 5;
 constexpr int card_width = 360;
+constexpr QMargins card_margins(panel_gap, close_gap, panel_gap, 2 * theme::grid);
+constexpr FreeRoom around_amount = {9, 7};
 
 int scaled(int pixels) {
   return static_cast<int>(std::lround(pixels * std::max(1.0, theme::text_scale())));
@@ -49,7 +52,7 @@ CleanedViewController::CleanedViewController(AppContext& context)
     : Screen(context), cleaned_(context.sharedCleaner().wasCleaned) {
   QVBoxLayout* layout = screen_column(this);
   layout->setSpacing(0);
-  layout->addStretch(9);
+  layout->addStretch(around_amount.above);
   imageview = new CleanedMark(context.clock, this);
   layout->addWidget(imageview, 0, Qt::AlignHCenter);
   layout->addSpacing(theme::grid);
@@ -71,7 +74,7 @@ CleanedViewController::CleanedViewController(AppContext& context)
   layout->addSpacing(2 * theme::grid);
   cleaned_so_far = text_label({}, theme::Type::note, theme::text, this);
   layout->addWidget(cleaned_so_far);
-  layout->addStretch(7);
+  layout->addStretch(around_amount.below);
 
   observe(RemovalRun::removal_changed, [this] { update_left(); });
   update_left();
@@ -89,8 +92,8 @@ void CleanedViewController::add_space(QVBoxLayout* layout) {
   auto* card = new Panel(this);
   card->setFixedWidth(scaled(card_width));
   auto* inside = new QVBoxLayout(card);
-  inside->setContentsMargins(20, 12, 20, 16);
-  inside->setSpacing(theme::grid + 4);
+  inside->setContentsMargins(card_margins);
+  inside->setSpacing(close_gap);
   const auto told = [&](const DiskSpace& space, theme::Weight weight) {
     return text_label(context_.text("%@ free", {context_.byte_count(space.free)}), theme::Type::body, theme::text, card,
                       weight);
@@ -106,7 +109,7 @@ void CleanedViewController::add_space(QVBoxLayout* layout) {
   bar->show_parts(used(*before), used(*after));
   inside->addWidget(bar);
   layout->addWidget(card, 0, Qt::AlignHCenter);
-  layout->addSpacing(theme::grid + 4);
+  layout->addSpacing(close_gap);
 }
 
 void CleanedViewController::add_left(QVBoxLayout* layout) {

@@ -14,6 +14,7 @@ namespace tarnby {
 namespace {
 
 constexpr int icon_side = 64;
+constexpr int least_value_width = 320;
 
 const char* kind_name(EntryKind kind) {
   switch (kind) {
@@ -119,7 +120,7 @@ QLabel* InformationWindow::add_line(QFormLayout* form, const char* name, const Q
   said->setAccessibleName(text(name));
   show_value(said, value);
   said->setWordWrap(true);
-  said->setMinimumWidth(320);
+  said->setMinimumWidth(least_value_width);
   form->addRow(title, said);
   return said;
 }

@@ -19,13 +19,14 @@ namespace {
 constexpr std::chrono::milliseconds until_offer{1500};
 constexpr std::chrono::milliseconds until_guide{4000};
 constexpr std::int64_t first_offer = 5;  // launches
+constexpr int words_width = 640;
 
 }  // namespace
 
 HomeViewController::HomeViewController(AppContext& context) : Screen(context) {
   QVBoxLayout* layout = screen_column(this);
   layout->setSpacing(0);
-  layout->addStretch(10);
+  layout->addStretch(around_ring.above);
 
   search_button = new HomeView(context.text("Scan"), context.clock, this);
   search_button->setDefault(true);
@@ -37,7 +38,7 @@ HomeViewController::HomeViewController(AppContext& context) : Screen(context) {
   const QColor quiet = theme::readable(theme::secondary, theme::wave_ground);
   layout->addWidget(
       paragraph(context.text("Caches, logs, leftovers, browser data, mail attachments, installers and the Trash."),
-                theme::Type::body, quiet, 640, this),
+                theme::Type::body, quiet, words_width, this),
       0, Qt::AlignHCenter);
   layout->addSpacing(3 * theme::grid);
   cleaned_so_far = text_label({}, theme::Type::note, quiet, this);
@@ -46,7 +47,7 @@ HomeViewController::HomeViewController(AppContext& context) : Screen(context) {
   categories_button = new PushButton(context.text("Categories"), ButtonKind::link, this);
   connect(categories_button, &QAbstractButton::clicked, this, &HomeViewController::show_categories);
   layout->addWidget(categories_button, 0, Qt::AlignHCenter);
-  layout->addStretch(7);
+  layout->addStretch(around_ring.below);
 
   observe(notifications::home_end_anim, [this] { home_end_anim(); });
   for (const char* changed : {EngineTurn::turn_is_free, RemovalRun::removal_changed}) {

@@ -3,6 +3,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "app/parts/layouts.h"
 #include "app/parts/overlay.h"
 #include "app/parts/screen_catalogue.h"
 #include "engine/categories.h"
@@ -23,7 +24,7 @@ constexpr int text_width = 340;
 
 CategoryAbout::CategoryAbout(AppContext& context, std::string_view type) : Screen(context), look_(look_of(type)) {
   auto* layout = new QVBoxLayout(this);
-  layout->setContentsMargins(28, 28, 28, 28);
+  layout->setContentsMargins(page_edge, page_edge, page_edge, page_edge);
   layout->setSpacing(theme::grid);
   layout->addWidget(new ColorTag(look_.color, this, tag_side));
   layout->addSpacing(theme::grid);

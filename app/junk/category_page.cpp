@@ -23,14 +23,14 @@ CategoryPage::CategoryPage(AppContext& context, const Plan& plan)
   layout->setSpacing(0);
   QLabel* title = text_label(context.text(plan.title), theme::Type::heading, theme::text, this, theme::Weight::strong);
   auto* top = new QHBoxLayout;
-  top->setContentsMargins(28, 20, 28, 12);
+  top->setContentsMargins(page_edge, panel_gap, page_edge, close_gap);
   top->addWidget(title);
   top->addStretch();
   layout->addLayout(top);
 
   auto* panels = new QHBoxLayout;
   panels->setContentsMargins(3 * theme::grid, 0, 3 * theme::grid, 2 * theme::grid);
-  panels->setSpacing(20);
+  panels->setSpacing(panel_gap);
   panels->addWidget(list_panel(plan), 10);
   auto* told = new Panel(this);
   containerView = told;

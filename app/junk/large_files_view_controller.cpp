@@ -60,8 +60,8 @@ QSize LargeFilesViewController::sizeHint() const {
 
 void LargeFilesViewController::build() {
   auto* layout = new QVBoxLayout(this);
-  layout->setContentsMargins(window_edge, 20, window_edge, 2 * theme::grid);
-  layout->setSpacing(theme::grid + theme::grid / 2);
+  layout->setContentsMargins(window_edge, panel_gap, window_edge, 2 * theme::grid);
+  layout->setSpacing(close_gap);
   layout->addLayout(heading());
   make_slider();
   layout->addWidget(slider);

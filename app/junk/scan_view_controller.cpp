@@ -23,6 +23,7 @@ constexpr milliseconds until_trash{8000};
 constexpr milliseconds until_complete{2800};
 constexpr milliseconds until_pages{1500};
 constexpr int path_width = 640;
+constexpr FreeRoom around_scan = {6, 7};  // more is said above the ring
 
 constexpr const char* wait = english("Wait...");
 constexpr const char* clean = english("In \"%@\" everything is clean");
@@ -46,7 +47,7 @@ ScanViewController::ScanViewController(AppContext& context)
   path->setFixedWidth(path_width);
 
   QVBoxLayout* layout = screen_column(this);
-  layout->addStretch(6);
+  layout->addStretch(around_scan.above);
   layout->addWidget(label);
   layout->addSpacing(2 * theme::grid);
   layout->addWidget(scanView, 0, Qt::AlignHCenter);
@@ -55,7 +56,7 @@ ScanViewController::ScanViewController(AppContext& context)
   layout->addWidget(path, 0, Qt::AlignHCenter);
   layout->addWidget(text);
   add_stop_button(layout);
-  layout->addStretch(7);
+  layout->addStretch(around_scan.below);
 
   scan_open_anim();
   show_page(applications_rows());

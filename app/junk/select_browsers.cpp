@@ -4,6 +4,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "app/parts/layouts.h"
 #include "app/parts/notifications.h"
 #include "engine/cleaner.h"
 #include "platform/platform.h"
@@ -21,7 +22,7 @@ SelectBrowsers::SelectBrowsers(AppContext& context)
     : Screen(context), app_settings(context.settings()), sharedCleaner(context.sharedCleaner()) {
   setWindowTitle(context.text("Select browser"));
   auto* layout = new QVBoxLayout(this);
-  layout->setContentsMargins(20, 20, 20, 20);
+  layout->setContentsMargins(panel_gap, panel_gap, panel_gap, panel_gap);
   layout->setSpacing(theme::grid);
   QLabel* title = text_label(windowTitle(), theme::Type::title, theme::text, this, theme::Weight::strong);
   align_at_beginning(title);

@@ -6,8 +6,23 @@ class QHBoxLayout;
 class QVBoxLayout;
 class QWidget;
 
-/// The few arrangements that screens and sheets share. Main thread.
+/// The few arrangements that screens and sheets share, lengths in pixels. Main thread.
 namespace tarnby {
+
+/// How what a screen leaves free is shared between the parts above and below its contents, which stand a little lower
+/// than its middle: the window's title bar is above them.
+struct FreeRoom {
+  int above;
+  int below;
+};
+inline constexpr FreeRoom around_ring = {10, 7};
+
+/// Around and between the panels of a page that is full of things to look through.
+inline constexpr int panel_gap = 20;
+/// From the sides of such a page to the words on its panels.
+inline constexpr int page_edge = 28;
+/// Between parts that belong closer together than two steps of the grid, and are more than one apart.
+inline constexpr int close_gap = 12;
 
 /// Lets a widget's contents stand below one another, with a screen's margins.
 QVBoxLayout* screen_column(QWidget* screen);

@@ -42,7 +42,7 @@ RemovalScreen::RemovalScreen(AppContext& context, Milliseconds ring_time) : Scre
   connect(stop_button, &QAbstractButton::clicked, this, &RemovalScreen::stop);
 
   QVBoxLayout* layout = screen_column(this);
-  layout->addStretch(10);
+  layout->addStretch(around_ring.above);
   layout->addWidget(ring_, 0, Qt::AlignHCenter);
   layout->addSpacing(4 * theme::grid);
   layout->addWidget(line_);
@@ -51,7 +51,7 @@ RemovalScreen::RemovalScreen(AppContext& context, Milliseconds ring_time) : Scre
   layout->addWidget(stop_button, 0, Qt::AlignHCenter);
   below_ = new QVBoxLayout;
   layout->addLayout(below_);
-  layout->addStretch(7);
+  layout->addStretch(around_ring.below);
   stop_button->setFocus();
 }
 

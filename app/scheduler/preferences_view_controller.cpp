@@ -44,7 +44,7 @@ SwitchButton* PreferencesViewController::add_switch(const QString& name, const Q
   auto* row = new QHBoxLayout;
   row->setSpacing(3 * theme::grid);
   auto* words = new QVBoxLayout;
-  words->setSpacing(4);
+  words->setSpacing(theme::grid / 2);
   QLabel* title = text_label(name, theme::Type::body, theme::text, this, theme::Weight::strong);
   QLabel* explanation =
       paragraph(told, theme::Type::detail, theme::readable(theme::secondary, theme::sheet), words_width, this);

@@ -9,6 +9,12 @@
 
 namespace tarnby {
 
+namespace {
+
+constexpr int words_width = 340;
+
+}  // namespace
+
 AboutProgram::AboutProgram(AppContext& context) : Screen(context) {
   setWindowTitle(context.text("About Tarnby cleaner"));
   auto* layout = new QVBoxLayout(this);
@@ -23,7 +29,7 @@ AboutProgram::AboutProgram(AppContext& context) : Screen(context) {
                                theme::Type::detail, quiet, this));
   layout->addWidget(paragraph(context.text("Finds what you can remove without harm to your work. It sees only the "
                                            "folders you have opened for it and sends nothing anywhere."),
-                              theme::Type::body, quiet, 340, this));
+                              theme::Type::body, quiet, words_width, this));
   layout->addSpacing(theme::grid);
   auto* close = new PushButton(context.text("Close"), ButtonKind::accent, this);
   connect(close, &QAbstractButton::clicked, this, &Screen::dismissed);

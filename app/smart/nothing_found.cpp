@@ -18,6 +18,7 @@ namespace {
 
 constexpr int mark_side = 96;
 constexpr int words_width = 560;
+constexpr FreeRoom around_words = {10, 9};
 constexpr QColor mark_color = theme::rgb(0x7BE8DA);
 
 /// A quiet disc with a check mark, or with an "i" where there is something to tell.
@@ -122,7 +123,7 @@ NothingFound::NothingFound(AppContext& context, WhyNothing why, QWidget* parent)
   done_button = new PushButton(context.text("Done"), ButtonKind::accent, this);
 
   QVBoxLayout* layout = screen_column(this);
-  layout->addStretch(10);
+  layout->addStretch(around_words.above);
   layout->addWidget(new Mark(clean, this), 0, Qt::AlignHCenter);
   layout->addSpacing(3 * theme::grid);
   layout->addWidget(title);
@@ -131,7 +132,7 @@ NothingFound::NothingFound(AppContext& context, WhyNothing why, QWidget* parent)
   if (clean) layout->addLayout(category_marks(context, this));
   layout->addSpacing(4 * theme::grid);
   layout->addWidget(done_button, 0, Qt::AlignHCenter);
-  layout->addStretch(9);
+  layout->addStretch(around_words.below);
 }
 
 }  // namespace tarnby

@@ -8,6 +8,7 @@
 
 #include "app/parts/category_look.h"
 #include "app/parts/entry_menu.h"
+#include "app/parts/layouts.h"
 #include "app/parts/notifications.h"
 #include "app/parts/overlay.h"
 #include "app/parts/screen_catalogue.h"
@@ -38,7 +39,7 @@ SmartCleanViewController::SmartCleanViewController(AppContext& context)
   layout->setSpacing(0);
   auto* panels = new QHBoxLayout;
   panels->setContentsMargins(3 * theme::grid, 3 * theme::grid, 3 * theme::grid, 2 * theme::grid);
-  panels->setSpacing(20);
+  panels->setSpacing(panel_gap);
   panels->addWidget(chart_panel());
   panels->addWidget(outline_panel(), 1);
   layout->addLayout(panels, 1);
@@ -83,7 +84,7 @@ void SmartCleanViewController::say_there_is_nothing() {
 QWidget* SmartCleanViewController::chart_panel() {
   auto* panel = new Panel(this);
   auto* layout = new QVBoxLayout(panel);
-  layout->setContentsMargins(chart_edge, 28, chart_edge, chart_edge);
+  layout->setContentsMargins(chart_edge, page_edge, chart_edge, chart_edge);
   chart = new ChartView(context_.clock, panel);
   chart->setAccessibleName(context_.text("Selected, by category"));
   layout->addWidget(chart, 1);

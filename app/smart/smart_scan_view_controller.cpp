@@ -45,14 +45,14 @@ SmartScanViewController::SmartScanViewController(AppContext& context)
   progressView->show_caption(context.text("found so far"));
 
   QVBoxLayout* layout = screen_column(this);
-  layout->addStretch(10);
+  layout->addStretch(around_ring.above);
   layout->addWidget(progressView, 0, Qt::AlignHCenter);
   layout->addSpacing(4 * theme::grid);
   layout->addWidget(smart_item);
   layout->addSpacing(2 * theme::grid);
   layout->addWidget(steps);
   add_stop_button(layout);
-  layout->addStretch(7);
+  layout->addStretch(around_ring.below);
 
   start();
   after(step_time, [this] { show_next(); });
