@@ -83,7 +83,7 @@ class LargeFileJob final : public TraversalJob {
       const bool counts = here.package > 0 ? entry.kind == EntryKind::file || entry.kind == EntryKind::link
                                            : entry.kind == EntryKind::file && !here.is_excluded;
       if (!counts) continue;
-      const Status status = status_at(handle, entry.name.data());
+      const Status status = status_at(handle, entry.name.c_str());
       missed_.note(status.error, folder);
       const std::int64_t size = status.size;
       bytes = add_bytes(bytes, size);

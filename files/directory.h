@@ -7,11 +7,11 @@
 #include <optional>
 #include <span>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "files/descriptor.h"
 #include "files/entry_kind.h"
+#include "files/terminated_name.h"
 
 namespace tarnby {
 
@@ -50,9 +50,9 @@ struct DiskStatus {
   int error = 0;
 };
 
-/// One entry as a folder lists it. `name` is followed by a NUL and valid until the reader's next `read`.
+/// One entry as a folder lists it. `name` is valid until the reader's next `read`.
 struct RawEntry {
-  std::string_view name;
+  TerminatedName name;
   EntryKind kind;
 };
 

@@ -94,7 +94,7 @@ class UsageJob final : public TraversalJob {
         enter.add(entry.name, folder.tag());
         continue;
       }
-      const DiskStatus status = disk_status_at(handle, entry.name.data());
+      const DiskStatus status = disk_status_at(handle, entry.name.c_str());
       if (status.error == 0) {
         part.add_file(status);
       } else {

@@ -101,19 +101,16 @@ Descriptor descend(Descriptor base, std::string_view relative, OpenNext open_nex
 
 /// Opens a location below a grant with a single call. A failure other than ENOENT decides nothing: the path may be too
 /// long for one call, or the system may not have the call. The caller then goes component by component.
-/// @param relative the end of a path, so that a NUL follows it.
-Descriptor in_one_step(Descriptor (*open)(int, const char*), int grant, std::string_view relative) {
+Descriptor in_one_step(Descriptor (*open)(int, const char*), int grant, TerminatedName relative) {
   if (relative.empty()) return open(grant, ".");
-  if (relative.find("..") == std::string_view::npos) return open(grant, relative.data());
+  if (relative.find("..") == std::string_view::npos) return open(grant, relative.c_str());
   errno = EINVAL;  // ".." could lead out of the grant
   return {};
 }
 
-std::string_view relative_path(const Url& url, const Url& folder) {
-  std::string_view rest = url.path();
-  rest.remove_prefix(folder.path() == "/" ? 0 : folder.path().size());
-  if (!rest.empty()) rest.remove_prefix(1);
-  return rest;
+TerminatedName relative_path(const Url& url, const Url& folder) {
+  const std::size_t above = folder.path() == "/" ? 0 : folder.path().size();
+  return url.path().c_str() + std::min(above + 1, url.path().size());
 }
 
 bool has_dot_dot(const Url& url) {

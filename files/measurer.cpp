@@ -81,7 +81,7 @@ class FoldersJob final : public TraversalJob {
     for (const RawEntry& entry : entries) {
       if (hidden_ == Hidden::skip && is_hidden(entry.name)) continue;
       if (has_size(entry.kind)) {
-        const std::int64_t size = size_at(handle, entry.name.data());
+        const std::int64_t size = size_at(handle, entry.name.c_str());
         if (size < 0) totals_[rule.total].missed.note(errno, folder);
         bytes = add_bytes(bytes, std::max<std::int64_t>(0, size));
       } else if (entry.kind == EntryKind::folder) {
@@ -219,7 +219,7 @@ class EntriesJob final : public TraversalJob {
   }
 
   std::int64_t size_of(const TraversedFolder& folder, int handle, const RawEntry& entry) {
-    const std::int64_t size = size_at(handle, entry.name.data());
+    const std::int64_t size = size_at(handle, entry.name.c_str());
     if (size < 0) missed_.note(errno, folder);
     return std::max<std::int64_t>(0, size);
   }

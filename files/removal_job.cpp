@@ -159,13 +159,13 @@ void RemovalJob::visit(const TraversedFolder& folder, int handle, std::span<cons
       continue;
     }
     const bool is_gone = unlocking(handle, [&] {
-      const std::int64_t size = entry.kind == EntryKind::other ? 0 : size_at(handle, entry.name.data());
-      return taken.unlink(handle, entry.name.data(), size);
+      const std::int64_t size = entry.kind == EntryKind::other ? 0 : size_at(handle, entry.name.c_str());
+      return taken.unlink(handle, entry.name.c_str(), size);
     });
     if (is_gone) continue;
     const int error = errno;
     // Some systems say EPERM of a folder.
-    if (error == EISDIR || (error == EPERM && status_at(handle, entry.name.data()).kind == EntryKind::folder)) {
+    if (error == EISDIR || (error == EPERM && status_at(handle, entry.name.c_str()).kind == EntryKind::folder)) {
       enter.add(entry.name, folder.tag());  // it became a folder since it was read
     } else {
       note(folder.tag(), error);

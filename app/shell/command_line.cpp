@@ -65,7 +65,7 @@ CommandLine wrong(std::string fault) {
 
 }  // namespace
 
-const std::string_view window_help =
+const char* const window_help =
     R"(Usage: tarnby-cleaner [--languages LIST]
 Opens the window that finds what can be removed from a home folder, and removes what you choose.
 

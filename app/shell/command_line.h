@@ -24,6 +24,6 @@ struct CommandLine {
 CommandLine read_command_line(std::span<const char* const> words);
 
 /// What --help prints.
-extern const std::string_view window_help;
+extern const char* const window_help;
 
 }  // namespace tarnby

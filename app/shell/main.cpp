@@ -128,7 +128,7 @@ int main(int argc, char** argv) {
   using Asks = tarnby::CommandLine::Asks;
   const std::span<const char* const> words(argv + std::min(argc, 1), argv + argc);
   const tarnby::CommandLine line = tarnby::read_command_line(words);
-  if (line.asks == Asks::help) return std::fputs(tarnby::window_help.data(), stdout) < 0 ? 1 : 0;
+  if (line.asks == Asks::help) return std::fputs(tarnby::window_help, stdout) < 0 ? 1 : 0;
   if (line.asks == Asks::version) return std::puts("tarnby-cleaner " TARNBY_VERSION) < 0 ? 1 : 0;
   if (line.asks == Asks::wrong) {
     std::fprintf(stderr, "tarnby-cleaner: %s; see tarnby-cleaner --help\n", line.fault.c_str());
