@@ -1,21 +1,20 @@
 #include "cli/json.h"
 
-#include <ctime>
-
 #include "cli/characters.h"
+#include "engine/entry_text.h"
 #include "engine/smart_selection.h"
+#include "text/iso_date.h"
 #include "text/text.h"
 
 namespace tarnby::cli {
 
 namespace {
 
-struct EntryLabel {
-  std::string operator()(const std::shared_ptr<CacheItem>& item) const { return item->label; }
-  std::string operator()(const std::shared_ptr<LargeFile>& file) const { return file->name; }
-  std::string operator()(const std::shared_ptr<RemainderItem>& item) const { return item->label; }
-  std::string operator()(const std::shared_ptr<CleanerItem>& item) const { return item->type; }
-};
+/// A client goes by its type, which no translation changes.
+std::string stable_label(const CleanerEntry& entry) {
+  const auto* client = std::get_if<std::shared_ptr<CleanerItem>>(&entry);
+  return client ? (*client)->type : label_of(entry);
+}
 
 /// The control character that a piece such as "\\n" stands for; NUL when it is no such escape.
 char control_of_escape(std::string_view piece) {
@@ -65,9 +64,8 @@ Json json_paths(std::span<const Url> urls) {
 }
 
 Json json_entry(const CleanerEntry& entry) {
-  Json json = {{"label", json_text(std::visit(EntryLabel{}, entry))},
-               {"size", size_of(entry)},
-               {"paths", json_paths(locations_of(entry))}};
+  Json json = {
+      {"label", json_text(stable_label(entry))}, {"size", size_of(entry)}, {"paths", json_paths(locations_of(entry))}};
   if (const auto* remainder = std::get_if<std::shared_ptr<RemainderItem>>(&entry)) {
     json["bundle"] = json_text((*remainder)->bundle);
   }
@@ -89,22 +87,13 @@ Json json_application(const ApplicationItem& item) {
           {"app_icon", has_icon ? json_text(item.app_icon.url.path()) : Json()}};
 }
 
-std::string iso_8601(PropertyList::Date moment) {
-  const std::time_t seconds = moment.time_since_epoch().count();
-  std::tm fields = {};
-  gmtime_r(&seconds, &fields);
-  char text[64];
-  const std::size_t length = std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &fields);
-  return {text, length};
-}
-
 Json json_setting(const PropertyList& value) {
   if (const auto* boolean = value.as<bool>()) return *boolean;
   if (const auto* integer = value.as<std::int64_t>()) return *integer;
   if (const auto* real = value.as<double>()) return *real;
   if (const auto* text = value.as<std::string>()) return json_text(*text);
   if (const auto* data = value.as<PropertyList::Data>()) return json_text(data->bytes);
-  if (const auto* date = value.as<PropertyList::Date>()) return iso_8601(*date);
+  if (const auto* date = value.as<PropertyList::Date>()) return iso_date(*date);
   Json json;
   if (const auto* array = value.as<PropertyList::Array>()) {
     json = Json::array();

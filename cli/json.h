@@ -32,6 +32,4 @@ Json json_application(const ApplicationItem& item);
 /// A value of the settings: data as text, dates as ISO 8601, UTC.
 Json json_setting(const PropertyList& value);
 
-std::string iso_8601(PropertyList::Date moment);
-
 }  // namespace tarnby::cli

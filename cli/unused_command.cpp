@@ -6,6 +6,7 @@
 #include "inventory/application.h"
 #include "inventory/unused_applications.h"
 #include "platform/platform.h"
+#include "text/iso_date.h"
 
 namespace tarnby::cli {
 
@@ -13,7 +14,7 @@ namespace {
 
 Json json_unused(const ApplicationItem& item) {
   Json json = json_application(item);
-  json["launch_date"] = item.launch_date ? Json(iso_8601(*item.launch_date)) : Json();
+  json["launch_date"] = item.launch_date ? Json(iso_date(*item.launch_date)) : Json();
   json["instances"] = json_paths(item.instances);
   return json;
 }
@@ -21,7 +22,7 @@ Json json_unused(const ApplicationItem& item) {
 /// Who was never opened carries the moment of the search, and who was is unused only after weeks.
 std::string last_opened(const ApplicationItem& item, Moment now) {
   if (!item.launch_date || !counts_as_unused(item.launch_date, item.launch_date, now)) return "never opened";
-  return "opened " + iso_8601(*item.launch_date).substr(0, 10);
+  return "opened " + iso_date(*item.launch_date).substr(0, 10);
 }
 
 void print_unused(Context& context, const ApplicationItems& items) {

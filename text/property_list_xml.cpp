@@ -16,6 +16,7 @@
 #include <limits>
 #include <memory>
 
+#include "text/iso_date.h"
 #include "text/property_list_readers.h"
 #include "text/text.h"
 #include "text/whole_number.h"
@@ -121,27 +122,10 @@ std::optional<PropertyList> flag_from(std::string&& text) {
   return PropertyList(value);
 }
 
-/// Two texts of the same form: the same length, and where the form has a '0' some digit, else the form's character.
-bool has_form(std::string_view text, std::string_view form) {
-  return std::equal(text.begin(), text.end(), form.begin(), form.end(),
-                    [](char c, char expected) { return expected == '0' ? c >= '0' && c <= '9' : c == expected; });
-}
-
 std::optional<PropertyList> date_from(std::string&& text) {
-  namespace chrono = std::chrono;
-  const std::string_view date = trimmed(text);
-  if (!has_form(date, "0000-00-00T00:00:00Z")) return std::nullopt;
-  const auto part = [date](std::size_t start, std::size_t length) {
-    return static_cast<unsigned>(whole_number<std::uint64_t>(date.substr(start, length)).value_or(0));
-  };
-  const chrono::year_month_day day(chrono::year(static_cast<int>(part(0, 4))), chrono::month(part(5, 2)),
-                                   chrono::day(part(8, 2)));
-  const unsigned hour = part(11, 2);
-  const unsigned minute = part(14, 2);
-  const unsigned second = part(17, 2);
-  if (!day.ok() || hour > 23 || minute > 59 || second > 59) return std::nullopt;
-  return PropertyList(PropertyList::Date(chrono::sys_days(day) + chrono::hours(hour) + chrono::minutes(minute) +
-                                         chrono::seconds(second)));
+  const auto date = parse_iso_date(trimmed(text));
+  if (!date) return std::nullopt;
+  return PropertyList(*date);
 }
 
 /// Each digit's value, -1 for every other byte.
@@ -451,7 +435,7 @@ class Writer {
   void element(double real) { line("<real>" + written_real(real) + "</real>"); }
   void element(const std::string& text) { text_line("string", text); }
   void element(const PropertyList::Data& data) { line("<data>" + base64(data.bytes) + "</data>"); }
-  void element(PropertyList::Date date) { line("<date>" + iso_date(date) + "</date>"); }
+  void element(PropertyList::Date date) { line("<date>" + iso_date(writable(date)) + "</date>"); }
   void element(const PropertyList::Array& array) {
     container("array", array, [this](const PropertyList& item) { value(item); });
   }
@@ -509,21 +493,11 @@ class Writer {
     return text;
   }
 
-  static std::string iso_date(PropertyList::Date date) {
-    namespace chrono = std::chrono;
-    using chrono::sys_days, chrono::year, chrono::January, chrono::December;
-    const PropertyList::Date first = sys_days(year(0) / January / 1);
-    const PropertyList::Date last = sys_days(year(9999) / December / 31) + chrono::days(1) - chrono::seconds(1);
-    const PropertyList::Date kept = std::clamp(date, first, last);
-    const auto midnight = chrono::floor<chrono::days>(kept);
-    const chrono::year_month_day day(midnight);
-    const chrono::hh_mm_ss time(kept - midnight);
-    std::array<char, 80> text{};
-    const int length =
-        std::snprintf(text.data(), text.size(), "%04d-%02u-%02uT%02d:%02d:%02dZ", int(day.year()),
-                      unsigned(day.month()), unsigned(day.day()), static_cast<int>(time.hours().count()),
-                      static_cast<int>(time.minutes().count()), static_cast<int>(time.seconds().count()));
-    return {text.data(), static_cast<std::size_t>(length)};
+  /// The nearest date that the form can write.
+  static PropertyList::Date writable(PropertyList::Date date) {
+    using namespace std::chrono;
+    return std::clamp<PropertyList::Date>(date, sys_days(year(0) / January / 1),
+                                          sys_days(year(10000) / January / 1) - seconds(1));
   }
 
   std::string out_;

@@ -7,6 +7,7 @@
 #include <cmath>
 
 #include "platform/platform.h"
+#include "ui/qt_text.h"
 #include "ui/text_label.h"
 
 namespace tarnby {
@@ -32,10 +33,6 @@ const char* kind_name(EntryKind kind) {
   return "";
 }
 
-QString readable(const std::string& path) {
-  return QString::fromUtf8(path.data(), static_cast<qsizetype>(path.size()));
-}
-
 /// What is read out is what is seen.
 void show_value(QLabel* label, const QString& value) {
   label->setText(value);
@@ -56,7 +53,7 @@ InformationWindow::InformationWindow(Platform& platform, BackgroundQueue& io_que
                                      const Url& entry, QWidget* parent)
     : QDialog(parent), platform_(platform) {
   const std::string name(entry.last_path_component());
-  setWindowTitle(readable(name));
+  setWindowTitle(to_qstring(name));
   QPalette colors = palette();
   colors.setColor(QPalette::Window, theme::sheet);
   setPalette(colors);
@@ -66,10 +63,10 @@ InformationWindow::InformationWindow(Platform& platform, BackgroundQueue& io_que
   auto* icon = new QLabel(this);
   icon->setFixedHeight(icon_side);
   form->addRow(icon);
-  add_line(form, english("Name"), readable(name));
+  add_line(form, english("Name"), to_qstring(name));
   QLabel* kind = add_line(form, english("Kind"), QStringLiteral("…"));
   QLabel* size = add_line(form, english("Size"), QStringLiteral("…"));
-  QLabel* where = add_line(form, english("Where"), readable(entry.parent().path()));
+  QLabel* where = add_line(form, english("Where"), to_qstring(entry.parent().path()));
   where->setLayoutDirection(Qt::LeftToRight);  // a path is, in every language
   QLabel* changed = add_line(form, english("Changed"), QStringLiteral("…"));
   // At once, before the size of a large folder is known.

@@ -10,6 +10,7 @@
 
 #include "app/desktop/information_window.h"
 #include "platform/platform.h"
+#include "ui/qt_text.h"
 #include "ui/scroller.h"
 #include "ui/text_label.h"
 
@@ -35,8 +36,7 @@ QString listing_of(const FileManager& files, const Url& folder) {
   const auto entries = files.list(folder, Hidden::take);
   QStringList names;
   for (std::size_t at = 0; at < std::min(entries.size(), most_entries); ++at) {
-    const std::string_view name = entries[at].url.last_path_component();
-    names << QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size())) +
+    names << to_qstring(entries[at].url.last_path_component()) +
                  (entries[at].kind == EntryKind::folder ? QStringLiteral("/") : QString());
   }
   if (entries.size() > most_entries) names << QStringLiteral("…");
@@ -81,8 +81,7 @@ PreviewPanel::PreviewPanel(Platform& platform, BackgroundQueue& io_queue, std::s
 }
 
 void PreviewPanel::show_entry(const Url& entry) {
-  const std::string_view name = entry.last_path_component();
-  setWindowTitle(QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size())));
+  setWindowTitle(to_qstring(entry.last_path_component()));
   asked_ = std::make_shared<int>();
   io_queue_.async([this, entry, asked = std::weak_ptr(asked_), &platform = platform_, icons = icons_,
                    pictures = pictures_, sharpness = devicePixelRatioF()] {

@@ -6,6 +6,7 @@
 #include <iterator>
 
 #include "inventory/application.h"
+#include "ui/qt_text.h"
 
 namespace tarnby {
 
@@ -71,8 +72,7 @@ QImage IconReader::icon_of(const Url& entry, int side) {
     if (is_package_name(name)) return usual({QStringLiteral("package-x-generic")}, EntryPicture::package, side);
     return usual({QStringLiteral("folder"), QStringLiteral("inode-directory")}, EntryPicture::folder, side);
   }
-  const auto types =
-      QMimeDatabase().mimeTypesForFileName(QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size())));
+  const auto types = QMimeDatabase().mimeTypesForFileName(to_qstring(name));
   const QMimeType type = types.isEmpty() ? QMimeType() : types.first();
   const KindRow& kind = kind_of(type);
   return usual({type.iconName(), type.genericIconName(), QLatin1String(kind.stand_in)}, kind.drawing, side);

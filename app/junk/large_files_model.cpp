@@ -7,16 +7,12 @@
 #include "engine/smart_selection.h"
 #include "files/bytes.h"
 #include "text/localization.h"
+#include "ui/qt_text.h"
 #include "ui/text_label.h"
 
 namespace tarnby {
 
 namespace {
-
-/// Names may hold anything; a row is one line.
-QString one_line(const std::string& text) {
-  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())).replace(u'\n', u' ').replace(u'\t', u' ');
-}
 
 const char* spoken_text(Qt::CheckState state) {
   return state == Qt::Checked            ? english("%@, %@, ticked")

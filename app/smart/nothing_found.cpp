@@ -10,6 +10,7 @@
 #include "ui/drawing.h"
 #include "ui/info_button.h"
 #include "ui/paths.h"
+#include "ui/qt_text.h"
 #include "ui/text_label.h"
 
 namespace tarnby {
@@ -93,8 +94,7 @@ struct Words {
 };
 
 Words words_for(const AppContext& context, WhyNothing why) {
-  const std::string_view name = context.sharedCleaner().url_home.last_path_component();
-  const QString home = QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()));
+  const QString home = to_qstring(context.sharedCleaner().url_home.last_path_component());
   switch (why) {
     case WhyNothing::everything_is_clean:
       return {context.text("There is nothing to remove"),

@@ -7,6 +7,7 @@
 #include "engine/entry_text.h"
 #include "engine/smart_selection.h"
 #include "text/localization.h"
+#include "ui/qt_text.h"
 #include "ui/text_label.h"
 
 namespace tarnby {
@@ -23,11 +24,6 @@ Qt::CheckState check_state(SmartCleanLists::Ticked ticked) {
       return Qt::Checked;
   }
   return Qt::Unchecked;
-}
-
-/// Names may hold anything; a row is one line.
-QString one_line(const std::string& text) {
-  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())).replace(u'\n', u' ').replace(u'\t', u' ');
 }
 
 }  // namespace

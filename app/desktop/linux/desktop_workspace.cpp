@@ -13,6 +13,7 @@
 #include "app/desktop/preview_panel.h"
 #include "app/desktop/resources.h"
 #include "platform/platform.h"
+#include "ui/qt_text.h"
 
 namespace tarnby {
 
@@ -74,7 +75,7 @@ void DesktopWorkspace::launch(const Url& application) {
 }
 
 void DesktopWorkspace::open_link(std::string_view address) {
-  const QString text = QString::fromUtf8(address.data(), static_cast<qsizetype>(address.size()));
+  const QString text = to_qstring(address);
   if (text.contains(u':')) {
     open(QUrl(text));
   } else {
