@@ -120,15 +120,15 @@ void measure_all(const Home& home) {
   measure_command(home, {"app", home.applications + "/App0.app"});
   measure_command(home, {"unused"});
   measure_command(home, {"languages"});
-  measure_search(home, "smart scan", [](Engine& of) { of.cleaner.smart_clean_with_complete_handler([] {}); });
-  measure_search(home, "junk scan", [](Engine& of) { of.cleaner.clean_with_complete_handler([] {}); });
-  measure_search(home, "large files", [](Engine& of) {
-    of.cleaner.search_large_files_with_complete_handler([](const auto&, const auto&, std::int64_t) {});
+  measure_search(home, "smart scan", [](Engine& engine) { engine.cleaner.smart_clean_with_complete_handler([] {}); });
+  measure_search(home, "junk scan", [](Engine& engine) { engine.cleaner.clean_with_complete_handler([] {}); });
+  measure_search(home, "large files", [](Engine& engine) {
+    engine.cleaner.search_large_files_with_complete_handler([](const auto&, const auto&, std::int64_t) {});
   });
-  measure_search(home, "applications", [](Engine& of) { of.inventory.installedApplications([](bool) {}); });
-  measure_search(home, "unused applications", [](Engine& of) { of.inventory.unusedApplications([](bool) {}); });
-  measure_search(home, "related files", [&](Engine& of) {
-    of.inventory.application(Url::file(home.applications + "/App0.app"))->getfiles(of.platform, [] {});
+  measure_search(home, "applications", [](Engine& engine) { engine.inventory.installedApplications([](bool) {}); });
+  measure_search(home, "unused applications", [](Engine& engine) { engine.inventory.unusedApplications([](bool) {}); });
+  measure_search(home, "related files", [&](Engine& engine) {
+    engine.inventory.application(Url::file(home.applications + "/App0.app"))->getfiles(engine.platform, [] {});
   });
 }
 

@@ -19,8 +19,8 @@ using test::TestPlatform;
 using test::TestWindow;
 
 TEST(CleanedViewController, brings_its_sheets_at_their_counts_only) {
-  TestPlatform ada;
-  AppSettings& settings = ada.settings;
+  TestPlatform user;
+  AppSettings& settings = user.settings;
   const auto due = [&](std::int64_t launches, std::int64_t promotions) {
     settings.set_integer("appLaunchCount", launches);
     settings.set_integer("UOLaunchCount", promotions);
@@ -45,78 +45,78 @@ TEST(CleanedViewController, brings_its_sheets_at_their_counts_only) {
 }
 
 TEST(CleanedViewController, adds_up_once_a_showing_and_asks_for_a_rating_later) {
-  TestPlatform ada;
-  AppSettings& settings = ada.settings;
+  TestPlatform user;
+  AppSettings& settings = user.settings;
   settings.set_integer("appLaunchCount", 10);
   settings.set_integer("TotallyCleaned", 1'000'000);
-  TestWindow at(ada);
-  at.open_on_screen();
+  TestWindow window(user);
+  window.open_on_screen();
   const auto on_disk = [&] {
-    at.settle();
-    return open_settings_file(ada.url("settings/settings.plist"));
+    window.settle();
+    return open_settings_file(user.url("settings/settings.plist"));
   };
-  at.context.sharedCleaner().wasCleaned = 500'000;
-  at.post("cleaned_view_controller");
-  EXPECT_EQ(at.screen<CleanedViewController>()->was_cleaned_size->text(), "500 KB");
+  window.context.sharedCleaner().wasCleaned = 500'000;
+  window.post("cleaned_view_controller");
+  EXPECT_EQ(window.screen<CleanedViewController>()->was_cleaned_size->text(), "500 KB");
   EXPECT_EQ(AppSettings(*on_disk()).integer("TotallyCleaned"), 1'500'000);
-  at.pass(1490);
-  EXPECT_EQ(at.card(), nullptr);
-  at.pass(10);
-  auto* rate = at.card<RateOnAppStore>();
+  window.pass(1490);
+  EXPECT_EQ(window.card(), nullptr);
+  window.pass(10);
+  auto* rate = window.card<RateOnAppStore>();
   ASSERT_NE(rate, nullptr);
   EXPECT_EQ(rate->label->text(), "For all time used of Tarnby cleaner you cleaned up 1.5 MB.");
   rate->later_button->click();
-  EXPECT_FALSE(at.card() != nullptr || settings.boolean("RateOnStore"));
+  EXPECT_FALSE(window.card() != nullptr || settings.boolean("RateOnStore"));
 
-  EXPECT_EQ(at.context.sharedCleaner().wasCleaned, 0);
-  at.context.sharedCleaner().wasCleaned = 250'000;
-  at.post("cleaned_view_controller");  // the same launch, once more
-  at.screen<CleanedViewController>()->show_left();
-  at.pass(1500);
-  auto* list = at.card<NotRemovedPanel>();
+  EXPECT_EQ(window.context.sharedCleaner().wasCleaned, 0);
+  window.context.sharedCleaner().wasCleaned = 250'000;
+  window.post("cleaned_view_controller");  // the same launch, once more
+  window.screen<CleanedViewController>()->show_left();
+  window.pass(1500);
+  auto* list = window.card<NotRemovedPanel>();
   ASSERT_NE(list, nullptr) << "it comes over no sheet that was asked for";
   list->escaped();
-  at.pass(1500);
-  rate = at.card<RateOnAppStore>();
+  window.pass(1500);
+  rate = window.card<RateOnAppStore>();
   ASSERT_NE(rate, nullptr);
   rate->rate_button->click();
-  EXPECT_EQ(at.card(), nullptr);
-  EXPECT_THAT(at.workspace.asked, testing::ElementsAre("open appstream://com.corvash.tarnby-cleaner"));
+  EXPECT_EQ(window.card(), nullptr);
+  EXPECT_THAT(window.workspace.asked, testing::ElementsAre("open appstream://com.corvash.tarnby-cleaner"));
   EXPECT_TRUE(AppSettings(*on_disk()).boolean("RateOnStore"));
 
-  at.post("cleaned_view_controller");
-  EXPECT_EQ(at.screen<CleanedViewController>()->was_cleaned_size->text(), "Zero KB");
-  at.pass(5000);
-  EXPECT_EQ(at.card(), nullptr);
+  window.post("cleaned_view_controller");
+  EXPECT_EQ(window.screen<CleanedViewController>()->was_cleaned_size->text(), "Zero KB");
+  window.pass(5000);
+  EXPECT_EQ(window.card(), nullptr);
   EXPECT_EQ(AppSettings(*on_disk()).integer("TotallyCleaned"), 1'750'000) << "nothing twice";
 }
 
 TEST(CleanedViewController, counts_a_promotion_also_when_the_screen_is_left_before_it_comes) {
-  TestPlatform ada;
-  AppSettings& settings = ada.settings;
+  TestPlatform user;
+  AppSettings& settings = user.settings;
   settings.set_integer("UOLaunchCount", 4);
-  TestWindow at(ada);
-  at.open_on_screen();
-  at.post("cleaned_view_controller");
-  at.screen<CleanedViewController>()->done_button->click();
-  EXPECT_NE(at.screen<HomeViewController>(), nullptr);
-  at.pass(5000);
-  EXPECT_EQ(at.card(), nullptr);
+  TestWindow window(user);
+  window.open_on_screen();
+  window.post("cleaned_view_controller");
+  window.screen<CleanedViewController>()->done_button->click();
+  EXPECT_NE(window.screen<HomeViewController>(), nullptr);
+  window.pass(5000);
+  EXPECT_EQ(window.card(), nullptr);
   EXPECT_EQ(settings.integer("UOAppearence"), 1);
 
-  at.post("cleaned_view_controller");
-  at.pass(1500);
-  ASSERT_NE(at.card<UninstallerOrvaneViewcontroller>(), nullptr);
+  window.post("cleaned_view_controller");
+  window.pass(1500);
+  ASSERT_NE(window.card<UninstallerOrvaneViewcontroller>(), nullptr);
   EXPECT_EQ(settings.integer("UOAppearence"), 2);
-  at.card<UninstallerOrvaneViewcontroller>()->download_button->click();
-  EXPECT_EQ(at.card(), nullptr);
-  EXPECT_THAT(at.workspace.asked, testing::ElementsAre("open appstream://com.corvash.uninstaller-orvane"));
+  window.card<UninstallerOrvaneViewcontroller>()->download_button->click();
+  EXPECT_EQ(window.card(), nullptr);
+  EXPECT_THAT(window.workspace.asked, testing::ElementsAre("open appstream://com.corvash.uninstaller-orvane"));
 
-  const test::Hold scan(at.background);
-  at.screen<CleanedViewController>()->search_button->click();
-  EXPECT_EQ(at.screen(), nullptr);
-  at.pass(100);
-  EXPECT_NE(at.screen<SmartScanViewController>(Layer::overlay), nullptr);
+  const test::HeldThread scan(window.background);
+  window.screen<CleanedViewController>()->search_button->click();
+  EXPECT_EQ(window.screen(), nullptr);
+  window.pass(100);
+  EXPECT_NE(window.screen<SmartScanViewController>(Layer::overlay), nullptr);
 }
 
 }  // namespace

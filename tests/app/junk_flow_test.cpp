@@ -23,7 +23,7 @@
 namespace tarnby {
 namespace {
 
-using test::Hold;
+using test::HeldThread;
 using test::Layer;
 using test::TestPlatform;
 using test::TestWindow;
@@ -33,94 +33,94 @@ using testing::IsEmpty;
 /// A home with something in most categories, as far as the category pages.
 struct Pages {
   explicit Pages(const std::function<void(TestPlatform&)>& more = {}) {
-    ada.tree.file("ada/Library/Caches/plain/x", 1'000'000).file("ada/Library/Logs/a.log", 2'000'000);
-    ada.tree.file("ada/Library/Safari/LocalStorage/s", 4'000'000).file("ada/.Trash/t", 8'000'000);
-    ada.tree.file("ada/Library/Application Support/Google/Chrome/Default/Application Cache/c", 9'000'000);
-    ada.tree.file("ada/Movies/long.mov", 600'000'000).file("ada/Movies/short.mov", 60'000'000);
-    ada.tree.file("ada/Notes/text.pdf", 20'000'000);
-    if (more) more(ada);
-    at.delegate.applicationDidFinishLaunching();
-    at.open_on_screen();
-    at.settle();
+    user.tree.file("ada/Library/Caches/plain/x", 1'000'000).file("ada/Library/Logs/a.log", 2'000'000);
+    user.tree.file("ada/Library/Safari/LocalStorage/s", 4'000'000).file("ada/.Trash/t", 8'000'000);
+    user.tree.file("ada/Library/Application Support/Google/Chrome/Default/Application Cache/c", 9'000'000);
+    user.tree.file("ada/Movies/long.mov", 600'000'000).file("ada/Movies/short.mov", 60'000'000);
+    user.tree.file("ada/Notes/text.pdf", 20'000'000);
+    if (more) more(user);
+    window.delegate.applicationDidFinishLaunching();
+    window.open_on_screen();
+    window.settle();
     cleaner.clean_with_complete_handler([] {});
-    at.post("page_controller");
-    at.pass(1000);
+    window.post("page_controller");
+    window.pass(1000);
   }
 
   template <class Page>
   Page& page() {
-    return *at.window()->findChild<Page*>();
+    return *window.widget()->findChild<Page*>();
   }
   std::string sum(CategoryPage& page) { return page.overall_be_cleaned_label->text().toStdString(); }
-  bool setting(const char* key) { return ada.settings.boolean(key); }
+  bool setting(const char* key) { return user.settings.boolean(key); }
 
-  TestPlatform ada;
-  TestWindow at{ada};
-  Cleaner& cleaner = at.context.sharedCleaner();
+  TestPlatform user;
+  TestWindow window{user};
+  Cleaner& cleaner = window.context.sharedCleaner();
 };
 
 TEST(ScanViewController, tells_each_step_at_its_moment_and_waits_for_the_scan_twice) {
-  TestPlatform ada;
-  ada.tree.file("ada/Library/Logs/a.log", 2'000'000).file("ada/Library/Logs/b.log").file("ada/.Trash/t", 8'000'000);
-  TestWindow at(ada);
-  at.open_on_screen();
-  at.settle();
-  Hold scan(at.background);
-  at.screen<HomeViewController>()->categories_button->click();
-  at.pass(99);
-  EXPECT_EQ(at.screen(Layer::overlay), nullptr);
-  at.pass(1);
-  auto* screen = at.screen<ScanViewController>(Layer::overlay);
+  TestPlatform user;
+  user.tree.file("ada/Library/Logs/a.log", 2'000'000).file("ada/Library/Logs/b.log").file("ada/.Trash/t", 8'000'000);
+  TestWindow window(user);
+  window.open_on_screen();
+  window.settle();
+  HeldThread scan(window.background);
+  window.screen<HomeViewController>()->categories_button->click();
+  window.pass(99);
+  EXPECT_EQ(window.screen(Layer::overlay), nullptr);
+  window.pass(1);
+  auto* screen = window.screen<ScanViewController>(Layer::overlay);
   ASSERT_NE(screen, nullptr);
   const auto says = [&] { return screen->scan_label->text().toStdString(); };
   EXPECT_EQ(screen->path->text(), "Wait...");
   EXPECT_EQ(says(), "Scan in \"Applications caches\"");
-  at.pass(1990);
+  window.pass(1990);
   EXPECT_EQ(says(), "Scan in \"Applications caches\"");
-  at.pass(10);
+  window.pass(10);
   EXPECT_EQ(says(), "Scan in \"Applications logs\"");
-  EXPECT_EQ(at.screen(), nullptr) << "the home screen has gone meanwhile";
-  at.pass(2000);
+  EXPECT_EQ(window.screen(), nullptr) << "the home screen has gone meanwhile";
+  window.pass(2000);
   EXPECT_EQ(says(), "Scan in \"Applications remainders\"");
-  at.pass(3000);
+  window.pass(3000);
   EXPECT_EQ(says(), "Scan in \"Browsers\"");
-  at.pass(9000);
+  window.pass(9000);
   EXPECT_EQ(says(), "Scan in \"Browsers\"") << "the scan still runs";
   EXPECT_DOUBLE_EQ(screen->scanView->stroke_end(), 0.5);
   EXPECT_EQ(screen->path->text(), "Wait...") << "nothing is read before it is there";
   scan.release();
-  at.settle();
-  at.pass(500);
+  window.settle();
+  window.pass(500);
   EXPECT_EQ(says(), "Scan in \"Trash Bin\"");
   EXPECT_EQ(screen->scan_size->text(), "2 MB");
   EXPECT_EQ(screen->path->text(), "Wait...") << "the last who spoke had no files";
-  at.pass(1500);
+  window.pass(1500);
   EXPECT_EQ(says(), "Scan in \"Mail attachments\"");
-  at.pass(1290);
+  window.pass(1290);
   EXPECT_EQ(says(), "Scan in \"Mail attachments\"");
-  at.pass(10);
+  window.pass(10);
   EXPECT_EQ(says(), "Scan complete...");
   EXPECT_EQ(screen->text->text(), "Tarnby cleaner...");
   EXPECT_EQ(screen->scan_size->text(), "10 MB");
-  at.pass(1490);
-  EXPECT_EQ(at.screen(), nullptr);
-  at.pass(10);
-  EXPECT_NE(at.screen<PageController>(), nullptr);
-  EXPECT_EQ(at.screen(Layer::overlay), nullptr);
+  window.pass(1490);
+  EXPECT_EQ(window.screen(), nullptr);
+  window.pass(10);
+  EXPECT_NE(window.screen<PageController>(), nullptr);
+  EXPECT_EQ(window.screen(Layer::overlay), nullptr);
 }
 
 TEST(ScanViewController, shows_the_files_of_a_category_but_never_the_first) {
-  TestPlatform ada;
-  for (const char* name : {"a", "b", "c"}) ada.tree.file(std::string("ada/Library/Caches/") + name, 1);
-  TestWindow at(ada);
-  at.open_on_screen();
-  at.post("scan_view_controller");
-  at.settle();
-  at.pass(100);
-  const QLabel* path = at.screen<ScanViewController>(Layer::overlay)->path;
+  TestPlatform user;
+  for (const char* name : {"a", "b", "c"}) user.tree.file(std::string("ada/Library/Caches/") + name, 1);
+  TestWindow window(user);
+  window.open_on_screen();
+  window.post("scan_view_controller");
+  window.settle();
+  window.pass(100);
+  const QLabel* path = window.screen<ScanViewController>(Layer::overlay)->path;
   std::vector<std::string> shown;
   for (int tick = 0; tick < 10; ++tick) {
-    at.pass(30);
+    window.pass(30);
     shown.push_back(path->text().toStdString());
   }
   EXPECT_TRUE(shown[0].ends_with("/Caches/b")) << shown[0];
@@ -128,18 +128,18 @@ TEST(ScanViewController, shows_the_files_of_a_category_but_never_the_first) {
 }
 
 TEST(ScanViewController, counts_up_with_the_names_that_flicker_by) {
-  TestPlatform ada;
-  for (const char* name : {"a", "b", "c", "d"}) ada.tree.file(std::string("ada/Library/Caches/") + name, 1'000'000);
-  ada.tree.file("ada/Library/Logs/l", 2'000'000).file("ada/.Trash/t", 8'000'000).file("ada/.Trash/u", 8'000'000);
-  TestWindow at(ada);
-  at.open_on_screen();
-  at.post("scan_view_controller");
-  at.settle();  // the scan is over before its screen is there
-  at.pass(100);
-  const QLabel* size = at.screen<ScanViewController>(Layer::overlay)->scan_size;
+  TestPlatform user;
+  for (const char* name : {"a", "b", "c", "d"}) user.tree.file(std::string("ada/Library/Caches/") + name, 1'000'000);
+  user.tree.file("ada/Library/Logs/l", 2'000'000).file("ada/.Trash/t", 8'000'000).file("ada/.Trash/u", 8'000'000);
+  TestWindow window(user);
+  window.open_on_screen();
+  window.post("scan_view_controller");
+  window.settle();  // the scan is over before its screen is there
+  window.pass(100);
+  const QLabel* size = window.screen<ScanViewController>(Layer::overlay)->scan_size;
   std::vector<std::string> told;
   const auto listen = [&](int until) {
-    for (; until > 0; until -= 10, at.pass(10)) {
+    for (; until > 0; until -= 10, window.pass(10)) {
       if (told.empty() || told.back() != size->text().toStdString()) told.push_back(size->text().toStdString());
     }
   };
@@ -152,19 +152,19 @@ TEST(ScanViewController, counts_up_with_the_names_that_flicker_by) {
 }
 
 TEST(ScanViewController, counts_once_what_two_categories_list) {
-  TestPlatform ada;
+  TestPlatform user;
   for (const char* name : {"com.gone.tool/x", "kept/x"}) {
-    ada.tree.file(std::string("ada/Library/Caches/") + name, 24'000'000);
+    user.tree.file(std::string("ada/Library/Caches/") + name, 24'000'000);
   }
-  ada.tree.file("ada/.Trash/t", 1'000'000);
-  TestWindow at(ada);
-  at.open_on_screen();
-  at.post("scan_view_controller");
-  at.settle();  // the scan is over before its screen is there
-  at.pass(100);
-  const QLabel* size = at.screen<ScanViewController>(Layer::overlay)->scan_size;
+  user.tree.file("ada/.Trash/t", 1'000'000);
+  TestWindow window(user);
+  window.open_on_screen();
+  window.post("scan_view_controller");
+  window.settle();  // the scan is over before its screen is there
+  window.pass(100);
+  const QLabel* size = window.screen<ScanViewController>(Layer::overlay)->scan_size;
   std::set<std::string> told;
-  for (int passed = 0; passed < 10'900; passed += 10, at.pass(10)) told.insert(size->text().toStdString());
+  for (int passed = 0; passed < 10'900; passed += 10, window.pass(10)) told.insert(size->text().toStdString());
   EXPECT_THAT(told, ElementsAre("24 MB", "48 MB", "49 MB", "Zero KB")) << "and not the leftover's 24 MB again";
 }
 
@@ -180,61 +180,61 @@ TEST(ScanViewController, says_of_which_categories_everything_is_clean) {
                          "In \"Mail attachments\" everything is clean"}};
   for (const Case& c : cases) {
     SCOPED_TRACE(c.clean);
-    TestPlatform ada;
-    for (const std::string& file : c.files) file.ends_with('/') ? ada.tree.folder(file) : ada.tree.file(file, 1);
-    TestWindow at(ada);
-    at.open_on_screen();
-    at.post("scan_view_controller");
-    at.settle();  // the scan is over before its screen is there
-    at.pass(100);
-    const QLabel* path = at.screen<ScanViewController>(Layer::overlay)->path;
+    TestPlatform user;
+    for (const std::string& file : c.files) file.ends_with('/') ? user.tree.folder(file) : user.tree.file(file, 1);
+    TestWindow window(user);
+    window.open_on_screen();
+    window.post("scan_view_controller");
+    window.settle();  // the scan is over before its screen is there
+    window.pass(100);
+    const QLabel* path = window.screen<ScanViewController>(Layer::overlay)->path;
     std::set<std::string> told;
-    for (int passed = 0; passed < 10'500; passed += 10, at.pass(10)) told.insert(path->text().toStdString());
+    for (int passed = 0; passed < 10'500; passed += 10, window.pass(10)) told.insert(path->text().toStdString());
     EXPECT_THAT(told, testing::Contains(c.clean));
   }
 }
 
 TEST(ScanViewController, fills_its_ring_in_8_seconds_and_2_8_more) {
-  TestPlatform ada;
-  TestWindow at(ada);
-  at.open_on_screen();
-  at.post("scan_view_controller");
-  at.settle();  // the scan is over before its screen is there
-  at.pass(100);
-  const ScanView* ring = at.screen<ScanViewController>(Layer::overlay)->scanView;
-  at.pass(4000);
+  TestPlatform user;
+  TestWindow window(user);
+  window.open_on_screen();
+  window.post("scan_view_controller");
+  window.settle();  // the scan is over before its screen is there
+  window.pass(100);
+  const ScanView* ring = window.screen<ScanViewController>(Layer::overlay)->scanView;
+  window.pass(4000);
   EXPECT_NEAR(ring->stroke_end(), 0.25, 0.01);
-  at.pass(4000);
+  window.pass(4000);
   EXPECT_NEAR(ring->stroke_end(), 0.5, 0.01);
-  at.pass(1400);
+  window.pass(1400);
   EXPECT_NEAR(ring->stroke_end(), 0.75, 0.01);
-  at.pass(1400);
+  window.pass(1400);
   EXPECT_NEAR(ring->stroke_end(), 1, 0.01);
 }
 
 TEST(ScanViewController, that_is_stopped_leads_home_even_before_its_scan_has_begun) {
-  TestPlatform ada;
-  ada.tree.file("ada/Library/Logs/a.log", 2'000'000);
-  TestWindow at(ada);
-  at.open_on_screen();
-  at.settle();
-  Hold before(at.background);
-  at.screen<HomeViewController>()->categories_button->click();
-  at.pass(500);
-  auto* screen = at.screen<ScanViewController>(Layer::overlay);
+  TestPlatform user;
+  user.tree.file("ada/Library/Logs/a.log", 2'000'000);
+  TestWindow window(user);
+  window.open_on_screen();
+  window.settle();
+  HeldThread before(window.background);
+  window.screen<HomeViewController>()->categories_button->click();
+  window.pass(500);
+  auto* screen = window.screen<ScanViewController>(Layer::overlay);
   ASSERT_NE(screen, nullptr);
   QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
-  EXPECT_EQ(at.screen(Layer::overlay), nullptr);
-  ASSERT_NE(at.screen<HomeViewController>(), nullptr);
+  EXPECT_EQ(window.screen(Layer::overlay), nullptr);
+  ASSERT_NE(window.screen<HomeViewController>(), nullptr);
   before.release();
-  at.settle();
-  EXPECT_FALSE(at.engine->cleaner.search_is_complete) << "nobody waits for it";
-  at.pass(15'000);
-  at.screen<HomeViewController>()->categories_button->click();
-  at.pass(500);
-  at.settle();
-  at.pass(12'000);
-  EXPECT_NE(at.screen<PageController>(), nullptr) << "the next one is looked for as usual";
+  window.settle();
+  EXPECT_FALSE(window.engine->cleaner.search_is_complete) << "nobody waits for it";
+  window.pass(15'000);
+  window.screen<HomeViewController>()->categories_button->click();
+  window.pass(500);
+  window.settle();
+  window.pass(12'000);
+  EXPECT_NE(window.screen<PageController>(), nullptr) << "the next one is looked for as usual";
 }
 
 TEST(CategoryPages, tick_and_untick_what_will_be_cleaned) {
@@ -247,8 +247,8 @@ TEST(CategoryPages, tick_and_untick_what_will_be_cleaned) {
   EXPECT_TRUE(applications.category("remainders").button->isHidden()) << "nothing to tick";
   const auto* inner = applications.findChild<ApplicationsPageController*>();
   const auto on_disk = [&](const char* key) {
-    pages.at.settle();
-    return AppSettings(*open_settings_file(pages.ada.url("settings/settings.plist"))).boolean(key);
+    pages.window.settle();
+    return AppSettings(*open_settings_file(pages.user.url("settings/settings.plist"))).boolean(key);
   };
   applications.category("logs").button->click();
   EXPECT_TRUE(pages.sum(applications) == "9 MB" && pages.sum(media) == "9 MB");
@@ -265,29 +265,29 @@ TEST(CategoryPages, tick_and_untick_what_will_be_cleaned) {
 
   applications.category("browsers").button->click();
   EXPECT_EQ(pages.sum(applications), "24 MB");
-  SelectBrowsers browsers(pages.at.context);
+  SelectBrowsers browsers(pages.window.context);
   EXPECT_TRUE(browsers.chrome_button->isChecked() && browsers.safari_button->isChecked());
   EXPECT_FALSE(browsers.mozilla_button->isEnabled()) << "nothing found of it";
   browsers.chrome_button->click();
   EXPECT_EQ(pages.sum(media), "15 MB");
   EXPECT_EQ(applications.category("browsers").size_label->text(), "4 MB");
-  EXPECT_EQ(pages.ada.relative(pages.cleaner.browser_item->files),
+  EXPECT_EQ(pages.user.relative(pages.cleaner.browser_item->files),
             std::vector<std::string>{"ada/Library/Safari/LocalStorage"});
-  EXPECT_FALSE(SelectBrowsers(pages.at.context).chrome_button->isChecked()) << "the choice is kept";
+  EXPECT_FALSE(SelectBrowsers(pages.window.context).chrome_button->isChecked()) << "the choice is kept";
   browsers.chrome_button->click();
   EXPECT_EQ(pages.sum(applications), "24 MB");
 
-  const PageTurner* turner = pages.at.screen<PageController>()->pages;
+  const PageTurner* turner = pages.window.screen<PageController>()->pages;
   applications.next_button->click();
   EXPECT_EQ(turner->current(), 1);
   media.back_button->click();
   EXPECT_EQ(turner->current(), 0);
   applications.back_button->click();
-  EXPECT_NE(pages.at.screen<HomeViewController>(), nullptr);
+  EXPECT_NE(pages.window.screen<HomeViewController>(), nullptr);
 }
 
 TEST(CategoryPages, count_once_what_is_listed_twice_and_say_so) {
-  Pages pages([](TestPlatform& ada) { ada.tree.file("ada/Library/Caches/com.gone.tool/x", 30'000'000); });
+  Pages pages([](TestPlatform& user) { user.tree.file("ada/Library/Caches/com.gone.tool/x", 30'000'000); });
   auto& applications = pages.page<ApplicationsViewController>();
   auto& media = pages.page<MediaViewController>();
   EXPECT_EQ(pages.sum(media), "41 MB");
@@ -302,7 +302,7 @@ TEST(CategoryPages, count_once_what_is_listed_twice_and_say_so) {
 
 TEST(CategoryPages, tell_what_could_not_be_looked_at) {
   EXPECT_TRUE(Pages().page<ApplicationsViewController>().problems->isHidden());
-  Pages pages([](TestPlatform& ada) { std::filesystem::remove_all(ada.tree.path("ada/Library")); });
+  Pages pages([](TestPlatform& user) { std::filesystem::remove_all(user.tree.path("ada/Library")); });
   const QLabel* told = pages.page<MediaViewController>().problems;
   EXPECT_EQ(told->text(), "Mail attachments: Not looked for: none of its places is in ada") << "but there is a Trash";
   EXPECT_FALSE(told->isHidden());
@@ -315,12 +315,12 @@ TEST(CategoryPages, take_large_files_that_were_chosen) {
   CheckButton* box = media.category("large-files").button;
   EXPECT_EQ(pages.sum(media), "11 MB");
   EXPECT_EQ(media.category("large-files").size_label->text(), "Choose…");
-  pages.at.screen<PageController>()->pages->turn_to(1);
-  pages.at.pass(500);
+  pages.window.screen<PageController>()->pages->turn_to(1);
+  pages.window.pass(500);
   box->click();
   EXPECT_FALSE(box->isChecked() || pages.setting("LargeFiles")) << "until something is chosen";
-  pages.at.settle();
-  auto* sheet = pages.at.card<LargeFilesViewController>();
+  pages.window.settle();
+  auto* sheet = pages.window.card<LargeFilesViewController>();
   ASSERT_NE(sheet, nullptr);
   EXPECT_EQ(sheet->overall_larges_label->text(), "680 MB");
   const auto labels = [&] {
@@ -342,24 +342,24 @@ TEST(CategoryPages, take_large_files_that_were_chosen) {
   EXPECT_TRUE(box->isChecked() && pages.setting("LargeFiles"));
 
   media.show_large_files();
-  pages.at.settle();
-  sheet = pages.at.card<LargeFilesViewController>();
+  pages.window.settle();
+  sheet = pages.window.card<LargeFilesViewController>();
   model = sheet->outlineview->model();
   sheet->select_file(model->index(0, 0, model->index(0, 0)), true);
   sheet->submit();
   EXPECT_EQ(pages.sum(media), "31 MB") << "20 MB in the place of 600 MB";
-  EXPECT_EQ(pages.ada.relative(pages.cleaner.large_files_item->files), std::vector<std::string>{"ada/Notes/text.pdf"});
+  EXPECT_EQ(pages.user.relative(pages.cleaner.large_files_item->files), std::vector<std::string>{"ada/Notes/text.pdf"});
   media.show_large_files();
-  pages.at.card<LargeFilesViewController>()->submit();
+  pages.window.card<LargeFilesViewController>()->submit();
   EXPECT_EQ(pages.sum(media), "31 MB") << "nothing ticked changes nothing";
 }
 
 TEST(CategoryPages, ask_about_both_pages_before_they_clean) {
-  Pages pages([](TestPlatform& ada) { ada.tree.file("ada/Downloads/kept", 70'000'000); });
+  Pages pages([](TestPlatform& user) { user.tree.file("ada/Downloads/kept", 70'000'000); });
   auto& media = pages.page<MediaViewController>();
-  const auto sheet = [&] { return pages.at.card<WarningCleanupViewController>(); };
-  pages.at.screen<PageController>()->pages->turn_to(1);
-  pages.at.pass(500);
+  const auto sheet = [&] { return pages.window.card<WarningCleanupViewController>(); };
+  pages.window.screen<PageController>()->pages->turn_to(1);
+  pages.window.pass(500);
   media.next_button->click();
   ASSERT_NE(sheet(), nullptr);
   EXPECT_EQ(sheet()->windowTitle(), "Remove 11 MB for good?");
@@ -370,7 +370,7 @@ TEST(CategoryPages, ask_about_both_pages_before_they_clean) {
   sheet()->dont_show_button->click();
   sheet()->cancel_button->click();
   EXPECT_FALSE(pages.setting("SkipWarning")) << "who cancels has not answered anything";
-  EXPECT_NE(pages.at.screen<PageController>(), nullptr);
+  EXPECT_NE(pages.window.screen<PageController>(), nullptr);
 
   for (const char* type : {"caches", "logs"}) pages.page<ApplicationsViewController>().category(type).button->click();
   media.category("trash").button->click();
@@ -381,28 +381,28 @@ TEST(CategoryPages, ask_about_both_pages_before_they_clean) {
   EXPECT_EQ(sheet()->windowTitle(), "Remove 8 MB for good?");
   sheet()->dont_show_button->click();
   sheet()->cleanup_button->click();
-  EXPECT_NE(pages.at.screen<DeleteViewController>(), nullptr);
+  EXPECT_NE(pages.window.screen<DeleteViewController>(), nullptr);
   EXPECT_TRUE(pages.setting("SkipWarning") && pages.setting("CleanupReady"));
 }
 
 TEST(CategoryPages, lead_to_the_downloads_and_never_tick_them) {
-  Pages pages([](TestPlatform& ada) { ada.tree.file("ada/Downloads/kept", 70'000'000); });
+  Pages pages([](TestPlatform& user) { user.tree.file("ada/Downloads/kept", 70'000'000); });
   auto& media = pages.page<MediaViewController>();
   EXPECT_EQ(media.category("downloads").size_label->text(), "") << "nobody has measured them";
-  pages.ada.settings.set_boolean("Downloads", true);
+  pages.user.settings.set_boolean("Downloads", true);
   pages.cleaner.downloads_item = std::make_shared<CleanerItem>();
   pages.cleaner.downloads_item->size = 70'000'000;
-  pages.at.post("page_controller");
-  pages.at.screen<PageController>()->pages->turn_to(1);
-  pages.at.pass(500);
+  pages.window.post("page_controller");
+  pages.window.screen<PageController>()->pages->turn_to(1);
+  pages.window.pass(500);
   auto& measured = pages.page<MediaViewController>();
   const CategoryPage::ShownCategory& downloads = measured.category("downloads");
   EXPECT_EQ(downloads.size_label->text(), "70 MB");
   EXPECT_TRUE(downloads.button->isHidden() && !downloads.button->isChecked());
   EXPECT_EQ(pages.sum(measured), "11 MB");
   downloads.line->findChild<PushButton*>()->click();
-  pages.at.settle();
-  EXPECT_THAT(pages.at.workspace.asked, ElementsAre("reveal " + pages.ada.tree.path("ada/Downloads")));
+  pages.window.settle();
+  EXPECT_THAT(pages.window.workspace.asked, ElementsAre("reveal " + pages.user.tree.path("ada/Downloads")));
 }
 
 TEST(LargeFiles, are_at_least_what_the_slider_says) {
@@ -416,24 +416,24 @@ TEST(LargeFiles, are_at_least_what_the_slider_says) {
 TEST(LargeFiles, of_a_search_that_was_given_up_are_not_kept) {
   Pages pages;
   auto& media = pages.page<MediaViewController>();
-  Hold search(pages.at.background);
+  HeldThread search(pages.window.background);
   media.show_large_files();
-  pages.at.card<LargeFilesViewController>()->cancel();
+  pages.window.card<LargeFilesViewController>()->cancel();
   search.release();
-  pages.at.settle();
+  pages.window.settle();
   EXPECT_EQ(pages.cleaner.totalLargeFilesSize, 0);
   media.show_large_files();
-  pages.at.settle();
-  EXPECT_EQ(pages.at.card<LargeFilesViewController>()->overall_larges_label->text(), "680 MB");
+  pages.window.settle();
+  EXPECT_EQ(pages.window.card<LargeFilesViewController>()->overall_larges_label->text(), "680 MB");
 }
 
 TEST(DeleteViewController, tells_each_step_and_waits_for_ring_and_removal) {
   Pages pages;
-  pages.ada.settings.set_boolean("Downloads", true);
-  pages.ada.settings.set_boolean("Trash", false);
-  Hold removal(pages.at.background);
-  pages.at.post("delete_view_controller");
-  const auto* screen = pages.at.screen<DeleteViewController>();
+  pages.user.settings.set_boolean("Downloads", true);
+  pages.user.settings.set_boolean("Trash", false);
+  HeldThread removal(pages.window.background);
+  pages.window.post("delete_view_controller");
+  const auto* screen = pages.window.screen<DeleteViewController>();
   ASSERT_NE(screen, nullptr);
   struct Step {
     int until;
@@ -445,18 +445,18 @@ TEST(DeleteViewController, tells_each_step_and_waits_for_ring_and_removal) {
         Step{1500, "Cleanup in \"Applications remainders\""}, Step{1800, "Cleanup in \"Downloads\""},
         Step{2690, "Cleanup in \"Downloads\""}, Step{2700, "Cleanup in \"Mail attachments\""},
         Step{3290, "Cleanup in \"Mail attachments\""}, Step{6000, "Cleanup in \"Mail attachments\""}}) {
-    pages.at.pass(step.until - std::exchange(now, step.until));
+    pages.window.pass(step.until - std::exchange(now, step.until));
     EXPECT_EQ(screen->clean_label->text().toStdString(), step.text) << step.until;
   }
   EXPECT_EQ(screen->deleteView->stroke_end(), 0) << "the removal still runs";
   removal.release();
-  pages.at.settle();
+  pages.window.settle();
   EXPECT_EQ(screen->clean_label->text(), "Cleanup complete...");
-  pages.at.pass(200);
-  EXPECT_EQ(pages.at.screen<DeleteViewController>(), nullptr);
-  EXPECT_FALSE(pages.ada.tree.exists("ada/Library/Logs/a.log"));
-  EXPECT_TRUE(pages.ada.tree.exists("ada/.Trash/t")) << "switched off";
-  EXPECT_EQ(pages.at.screen<CleanedViewController>()->was_cleaned_size->text(), "3 MB");
+  pages.window.pass(200);
+  EXPECT_EQ(pages.window.screen<DeleteViewController>(), nullptr);
+  EXPECT_FALSE(pages.user.tree.exists("ada/Library/Logs/a.log"));
+  EXPECT_TRUE(pages.user.tree.exists("ada/.Trash/t")) << "switched off";
+  EXPECT_EQ(pages.window.screen<CleanedViewController>()->was_cleaned_size->text(), "3 MB");
   EXPECT_EQ(pages.cleaner.wasCleaned, 0);
 }
 
@@ -464,72 +464,72 @@ TEST(DeleteViewController, takes_its_time_where_the_removal_needs_none) {
   Pages pages;
   pages.cleaner.search_large_files_with_complete_handler([](auto&&...) {});
   pages.cleaner.large_files_item = std::make_shared<CleanerItem>();
-  pages.cleaner.large_files_item->files = {pages.ada.url("ada/Movies/short.mov")};
+  pages.cleaner.large_files_item->files = {pages.user.url("ada/Movies/short.mov")};
   pages.cleaner.large_files_item->size = 60'000'000;
-  for (const char* on : {"Caches", "Logs", "Trash"}) pages.ada.settings.set_boolean(on, false);
-  pages.ada.settings.set_boolean("LargeFiles", true);
-  pages.at.post("delete_view_controller");
-  const auto* screen = pages.at.screen<DeleteViewController>();
+  for (const char* on : {"Caches", "Logs", "Trash"}) pages.user.settings.set_boolean(on, false);
+  pages.user.settings.set_boolean("LargeFiles", true);
+  pages.window.post("delete_view_controller");
+  const auto* screen = pages.window.screen<DeleteViewController>();
   EXPECT_EQ(screen->clean_label->text(), "Clean up...") << "where there are no caches to begin with";
-  pages.at.settle();
+  pages.window.settle();
   EXPECT_EQ(pages.cleaner.large_files_item, nullptr) << "what is gone is not chosen any more";
   EXPECT_EQ(pages.cleaner.totalLargeFilesSize, 0) << "nor listed";
-  pages.at.pass(2700);
+  pages.window.pass(2700);
   EXPECT_DOUBLE_EQ(screen->deleteView->stroke_end(), 0.5) << "of 5.4 s";
-  pages.at.pass(600);
+  pages.window.pass(600);
   EXPECT_EQ(screen->clean_label->text(), "Cleanup complete...");
-  pages.at.pass(2590);
-  EXPECT_EQ(pages.at.screen(), screen);
-  pages.at.pass(10);
-  ASSERT_NE(pages.at.screen<CleanedViewController>(), nullptr);
-  EXPECT_EQ(pages.at.screen<CleanedViewController>()->was_cleaned_size->text(), "60 MB");
+  pages.window.pass(2590);
+  EXPECT_EQ(pages.window.screen(), screen);
+  pages.window.pass(10);
+  ASSERT_NE(pages.window.screen<CleanedViewController>(), nullptr);
+  EXPECT_EQ(pages.window.screen<CleanedViewController>()->was_cleaned_size->text(), "60 MB");
 }
 
 TEST(DeleteViewController, gives_what_is_left_to_the_helper_or_lists_it) {
-  Pages pages([](TestPlatform& ada) { ada.tree.file("helper").file("outside/kept", 5).folder("support"); });
+  Pages pages([](TestPlatform& user) { user.tree.file("helper").file("outside/kept", 5).folder("support"); });
   // Nothing outside the grants is ever removed, whoever puts it into the list.
-  pages.cleaner.trash_item->files = {pages.ada.url("outside/kept")};
+  pages.cleaner.trash_item->files = {pages.user.url("outside/kept")};
   const auto run = [&] {
-    pages.at.post("delete_view_controller");
-    pages.at.settle();
-    pages.at.pass(5900);
+    pages.window.post("delete_view_controller");
+    pages.window.settle();
+    pages.window.pass(5900);
   };
   run();
-  auto* panel = pages.at.card<DownloadHelper>();
+  auto* panel = pages.window.card<DownloadHelper>();
   ASSERT_NE(panel, nullptr);
   EXPECT_TRUE(panel->download_button->isHidden()) << "nobody hands one out yet";
   const QModelIndex row = panel->findChild<NotRemovedList*>()->model()->index(0, 0);
   EXPECT_THAT(row.data(Qt::AccessibleTextRole).toString().toStdString(), testing::HasSubstr("outside/kept: ")) << "why";
   panel->show_button->click();
-  EXPECT_THAT(pages.at.workspace.asked, ElementsAre("reveal " + pages.ada.tree.path("outside/kept")));
+  EXPECT_THAT(pages.window.workspace.asked, ElementsAre("reveal " + pages.user.tree.path("outside/kept")));
   QTest::keyClick(panel, Qt::Key_Escape);
-  EXPECT_EQ(pages.at.screen<DeleteViewController>(), nullptr) << "goes on to what was cleaned";
+  EXPECT_EQ(pages.window.screen<DeleteViewController>(), nullptr) << "goes on to what was cleaned";
 
-  SettingsStore& settings = pages.ada.settings.store();
-  settings.set("helper_url", pages.ada.tree.path("helper"));
-  settings.set("application_support_url", pages.ada.tree.path("support"));
-  pages.at.workspace.asked.clear();
+  SettingsStore& settings = pages.user.settings.store();
+  settings.set("helper_url", pages.user.tree.path("helper"));
+  settings.set("application_support_url", pages.user.tree.path("support"));
+  pages.window.workspace.asked.clear();
   run();
-  EXPECT_THAT(pages.at.workspace.asked, ElementsAre("launch " + pages.ada.tree.path("helper")));
+  EXPECT_THAT(pages.window.workspace.asked, ElementsAre("launch " + pages.user.tree.path("helper")));
   const auto answers = [&](const char* key) {
-    pages.ada.tree.content("support/Tarnby cleaner/Store.plist",
-                           std::string("<plist><dict><key>") + key + "</key><true/></dict></plist>");
-    pages.at.pass(500);
+    pages.user.tree.content("support/Tarnby cleaner/Store.plist",
+                            std::string("<plist><dict><key>") + key + "</key><true/></dict></plist>");
+    pages.window.pass(500);
   };
-  pages.ada.tree.content("support/Tarnby cleaner/Store.plist", "<plist><dict><key>Comp");
-  pages.at.pass(2000);
-  EXPECT_NE(pages.at.screen<DeleteViewController>(), nullptr) << "half an answer is none";
+  pages.user.tree.content("support/Tarnby cleaner/Store.plist", "<plist><dict><key>Comp");
+  pages.window.pass(2000);
+  EXPECT_NE(pages.window.screen<DeleteViewController>(), nullptr) << "half an answer is none";
   answers("Cancel");
-  EXPECT_EQ(pages.at.workspace.asked.size(), 2) << "and all over again";
-  EXPECT_EQ(pages.at.context.removal.outcome.left.size(), 1);
-  std::filesystem::remove_all(pages.ada.tree.path("outside/kept"));
+  EXPECT_EQ(pages.window.workspace.asked.size(), 2) << "and all over again";
+  EXPECT_EQ(pages.window.context.removal.outcome.left.size(), 1);
+  std::filesystem::remove_all(pages.user.tree.path("outside/kept"));
   answers("Complete");
-  const auto* cleaned = pages.at.screen<CleanedViewController>();
+  const auto* cleaned = pages.window.screen<CleanedViewController>();
   ASSERT_NE(cleaned, nullptr);
   EXPECT_FALSE(cleaned->left_button->isVisible()) << "nobody knows yet what the helper has taken";
-  pages.at.settle();
+  pages.window.settle();
   EXPECT_FALSE(cleaned->left_button->isVisible()) << "it has taken all";
-  EXPECT_TRUE(pages.at.context.removal.outcome.left.empty());
+  EXPECT_TRUE(pages.window.context.removal.outcome.left.empty());
 }
 
 }  // namespace

@@ -10,7 +10,7 @@
 namespace tarnby {
 namespace {
 
-using test::Hold;
+using test::HeldThread;
 using test::TestPlatform;
 using test::TestWindow;
 using testing::ElementsAre;
@@ -23,44 +23,46 @@ const std::string mails = "ada/Library/Containers/com.apple.mail/Data/Library/Ma
 class LargeFilesTest : public testing::Test {
  protected:
   void SetUp() override {
-    ada.tree.file("ada/Movies/long.mov", 600 * MB).file("ada/Movies/short.mov", 60 * MB);
-    ada.tree.file("ada/Notes/text.pdf", 20 * MB).file("ada/Old notes/text.pdf", 30 * MB);
-    ada.tree.file(mails + "1/holiday.zip", 90 * MB).file("ada/Downloads/Tool.app/Contents/x", 40 * MB);
-    at.delegate.applicationDidFinishLaunching();
-    at.open_on_screen();
-    at.settle();
-    at.context.sharedCleaner().clean_with_complete_handler([] {});
-    at.post("page_controller");
-    at.pass(1000);
+    user.tree.file("ada/Movies/long.mov", 600 * MB).file("ada/Movies/short.mov", 60 * MB);
+    user.tree.file("ada/Notes/text.pdf", 20 * MB).file("ada/Old notes/text.pdf", 30 * MB);
+    user.tree.file(mails + "1/holiday.zip", 90 * MB).file("ada/Downloads/Tool.app/Contents/x", 40 * MB);
+    window.delegate.applicationDidFinishLaunching();
+    window.open_on_screen();
+    window.settle();
+    window.context.sharedCleaner().clean_with_complete_handler([] {});
+    window.post("page_controller");
+    window.pass(1000);
   }
 
   void open() {
-    at.window()->findChild<MediaViewController*>()->show_large_files();
-    sheet = at.card<LargeFilesViewController>();
+    window.widget()->findChild<MediaViewController*>()->show_large_files();
+    sheet = window.card<LargeFilesViewController>();
     ASSERT_NE(sheet, nullptr);
   }
   void open_and_wait() {
     open();
-    at.settle();
+    window.settle();
   }
   QModelIndex group(int row) const { return sheet->outlineview->model()->index(row, 0); }
-  QModelIndex file(int of, int row) const { return sheet->outlineview->model()->index(row, 0, group(of)); }
+  QModelIndex file(int group_row, int row) const {
+    return sheet->outlineview->model()->index(row, 0, group(group_row));
+  }
   /// Every file that is shown, with what stands beside it.
   std::vector<std::string> files() const {
     std::vector<std::string> shown;
-    for (int of = 0; of < sheet->outlineview->model()->rowCount(); ++of) {
-      for (int row = 0; row < sheet->outlineview->model()->rowCount(group(of)); ++row) {
-        shown.push_back(
-            (file(of, row).data().toString() + " | " + file(of, row).data(OutlineModel::note_role).toString())
-                .toStdString());
+    for (int group_row = 0; group_row < sheet->outlineview->model()->rowCount(); ++group_row) {
+      for (int row = 0; row < sheet->outlineview->model()->rowCount(group(group_row)); ++row) {
+        shown.push_back((file(group_row, row).data().toString() + " | " +
+                         file(group_row, row).data(OutlineModel::note_role).toString())
+                            .toStdString());
       }
     }
     return shown;
   }
   std::string selected() const { return sheet->selected_larges_label->text().toStdString(); }
 
-  TestPlatform ada;
-  TestWindow at{ada};
+  TestPlatform user;
+  TestWindow window{user};
   LargeFilesViewController* sheet = nullptr;
 };
 
@@ -78,16 +80,16 @@ TEST_F(LargeFilesTest, are_shown_at_once_when_the_sheet_is_opened_again_but_not_
   open_and_wait();
   ASSERT_EQ(files().size(), 6U);
   sheet->cancel();
-  at.pass(10);
-  std::filesystem::remove(ada.tree.path("ada/Movies/long.mov"));
-  Hold busy(at.background);
+  window.pass(10);
+  std::filesystem::remove(user.tree.path("ada/Movies/long.mov"));
+  HeldThread busy(window.background);
   open();
   EXPECT_EQ(files().size(), 6U) << "what is known is there before anything else is done";
   EXPECT_TRUE(sheet->slider->isEnabled());
   sheet->select_file(file(3, 0), true);
   ASSERT_EQ(selected(), "Selected: 600 MB");
   busy.release();
-  at.settle();
+  window.settle();
   EXPECT_EQ(files().size(), 5U);
   EXPECT_EQ(selected(), "Selected: Zero KB") << "nobody can choose what is gone";
   EXPECT_EQ(sheet->overall_larges_label->text(), "240 MB");
@@ -120,20 +122,20 @@ TEST_F(LargeFilesTest, are_ticked_and_unticked_alone_and_by_their_kind) {
 
 TEST_F(LargeFilesTest, that_are_chosen_while_the_category_is_off_count_as_a_whole) {
   std::vector<std::int64_t> changes;
-  at.ada.notifications.add_number_observer("update_ui_with_large_files_item_size",
-                                           [&](std::int64_t change) { changes.push_back(change); });
+  window.user.notifications.add_number_observer("update_ui_with_large_files_item_size",
+                                                [&](std::int64_t change) { changes.push_back(change); });
   const auto choose = [&](const QModelIndex& chosen) {
     sheet->select_file(chosen, true);
     sheet->submit();
-    at.pass(10);
+    window.pass(10);
   };
   open_and_wait();
   choose(file(3, 0));
-  ada.settings.set_boolean("LargeFiles", false);
+  user.settings.set_boolean("LargeFiles", false);
   open_and_wait();
   EXPECT_EQ(sheet->chosen_label->text(), "Chosen before: 600 MB. A new choice takes its place.");
   choose(file(3, 1));
-  EXPECT_TRUE(ada.settings.boolean("LargeFiles"));
+  EXPECT_TRUE(user.settings.boolean("LargeFiles"));
   open_and_wait();
   choose(file(3, 0));
   EXPECT_THAT(changes, ElementsAre(600 * MB, 60 * MB, 540 * MB)) << "the last one takes the place of the one before";
@@ -155,22 +157,22 @@ TEST_F(LargeFilesTest, have_a_menu_and_nothing_happens_by_opening_it) {
   sheet->outlineview->setCurrentIndex(file(0, 0));
   QTest::keyClick(sheet->outlineview, Qt::Key_F10, Qt::ShiftModifier);
   ASSERT_TRUE(sheet->file_menu->isVisible());
-  EXPECT_THAT(at.workspace.asked, IsEmpty());
+  EXPECT_THAT(window.workspace.asked, IsEmpty());
   for (QAction* action : sheet->file_menu->actions()) action->trigger();
   sheet->file_menu->close();
-  const std::string path = ada.tree.path("ada/Downloads/Tool.app");
-  EXPECT_THAT(at.workspace.asked, ElementsAre("reveal " + path, "preview " + path, "information " + path));
+  const std::string path = user.tree.path("ada/Downloads/Tool.app");
+  EXPECT_THAT(window.workspace.asked, ElementsAre("reveal " + path, "preview " + path, "information " + path));
 }
 
-TEST_F(LargeFilesTest, are_looked_for_until_somebody_stops_that) {
-  Hold search(at.background);
+TEST_F(LargeFilesTest, are_searched_until_the_search_is_stopped) {
+  HeldThread search(window.background);
   open();
   EXPECT_EQ(sheet->cancel_button->text(), "Stop");
   EXPECT_TRUE(sheet->progress->isVisible());
   QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
-  EXPECT_EQ(at.card(), nullptr);
+  EXPECT_EQ(window.card(), nullptr);
   search.release();
-  at.settle();
+  window.settle();
   open_and_wait();
   EXPECT_EQ(sheet->cancel_button->text(), "Cancel");
   EXPECT_EQ(files().size(), 6U);

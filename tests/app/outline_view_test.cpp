@@ -17,28 +17,30 @@ using test::TestWindow;
 class OutlineViewTest : public testing::Test {
  protected:
   void SetUp() override {
-    for (const char* name : {"alpha", "beta", "gamma"}) ada.tree.file(std::string("ada/Library/Logs/") + name, 1000);
-    ada.tree.file("ada/.Trash/thrown away", 8000);
-    at.open_on_screen();
-    at.scan();
-    screen = at.screen<SmartCleanViewController>();
+    for (const char* name : {"alpha", "beta", "gamma"}) user.tree.file(std::string("ada/Library/Logs/") + name, 1000);
+    user.tree.file("ada/.Trash/thrown away", 8000);
+    window.open_on_screen();
+    window.scan();
+    screen = window.screen<SmartCleanViewController>();
     ASSERT_NE(screen, nullptr);
     screen->outlineview->setAnimated(false);
     screen->show_items(group(logs));
-    at.pass(1000);
+    window.pass(1000);
     picture();
-    at.settle();  // every icon is there
+    window.settle();  // every icon is there
   }
 
   QModelIndex group(int row) const { return screen->outlineview->model()->index(row, 0); }
-  QModelIndex entry(int of, int row) const { return screen->outlineview->model()->index(row, 0, group(of)); }
+  QModelIndex entry(int group_row, int row) const {
+    return screen->outlineview->model()->index(row, 0, group(group_row));
+  }
   void press(Qt::Key key, Qt::KeyboardModifiers with = {}) const {
     QTest::keyClick(QApplication::focusWidget(), key, with);
   }
   /// What is on the screen, not what would be drawn now.
   QImage picture() {
     QCoreApplication::processEvents();
-    return at.window()->screen()->grabWindow(at.window()->winId()).toImage();
+    return window.widget()->screen()->grabWindow(window.widget()->winId()).toImage();
   }
   /// How many pixels of a widget have changed between two pictures of the window.
   static int changed(const QImage& one, const QImage& other, const QWidget* where) {
@@ -51,8 +53,8 @@ class OutlineViewTest : public testing::Test {
   }
 
   static constexpr int logs = 1;
-  TestPlatform ada;
-  TestWindow at{ada};
+  TestPlatform user;
+  TestWindow window{user};
   SmartCleanViewController* screen = nullptr;
 };
 
@@ -81,22 +83,22 @@ TEST_F(OutlineViewTest, opens_a_rows_menu_by_keyboard_and_shows_its_ring_again_w
   EXPECT_EQ(screen->selectedRow, entry(logs, 0));
   QTest::keyClick(screen->cleanItemMenu, Qt::Key_Escape);
   ASSERT_FALSE(screen->cleanItemMenu->isVisible());
-  at.window()->activateWindow();
+  window.widget()->activateWindow();
   ASSERT_TRUE(QTest::qWaitFor([&] { return QApplication::focusWidget() == outline; }));
   EXPECT_EQ(changed(ringed, picture(), outline->viewport()), 0) << "the ring shows where the keyboard is";
 
   press(Qt::Key_Up);
   const QImage on_group = picture();
   press(Qt::Key_F1);
-  ASSERT_NE(at.card(), nullptr);
+  ASSERT_NE(window.card(), nullptr);
   press(Qt::Key_Escape);
-  at.pass(1000);
+  window.pass(1000);
   EXPECT_EQ(changed(on_group, picture(), outline->viewport()), 0) << "and so after a card that lay over it";
 }
 
 TEST_F(OutlineViewTest, leaves_its_ring_out_for_who_uses_the_mouse_but_not_that_of_a_sheets_button) {
   QTest::mouseClick(screen->remove_button, Qt::LeftButton);
-  const auto* warning = at.card<WarningCleanupViewController>();
+  const auto* warning = window.card<WarningCleanupViewController>();
   ASSERT_NE(warning, nullptr);
   EXPECT_TRUE(warning->cancel_button->shows_focus()) << "Enter presses it, and nothing else says so";
   press(Qt::Key_Escape);

@@ -20,20 +20,20 @@ using test::TestWindow;
 using Grants = TestPlatform::Grants;
 
 /// What the settings file holds for a grant.
-Url stored(TestPlatform& ada, Grant grant) {
-  const auto file = open_settings_file(ada.url("settings/settings.plist"));
+Url stored(TestPlatform& user, Grant grant) {
+  const auto file = open_settings_file(user.url("settings/settings.plist"));
   GrantedFolders granted;
   return Bookmarks(*file, granted).resolve(grant);
 }
 
 /// The access screen of a window, and somebody who picks folders on it.
 struct Asked {
-  explicit Asked(TestWindow& window) : at(window), screen(*window.screen<SandboxViewController>(Layer::overlay)) {}
+  explicit Asked(TestWindow& opened) : window(opened), screen(*opened.screen<SandboxViewController>(Layer::overlay)) {}
 
   void pick(Grant grant, std::string_view folder) {
     button(grant)->click();
-    at.chooser.answer(at.ada.url(folder));
-    at.settle();
+    window.chooser.answer(window.user.url(folder));
+    window.settle();
   }
   PushButton* button(Grant grant) const { return grant == Grant::home ? screen.allowHome : screen.allowApps; }
   /// What the card says, with paths of the test's own tree.
@@ -42,7 +42,7 @@ struct Asked {
     return shown->state->text().toStdString();
   }
 
-  TestWindow& at;
+  TestWindow& window;
   SandboxViewController& screen;
 };
 
@@ -55,45 +55,45 @@ TEST(SandboxViewController, ends_once_both_folders_are_right_in_whatever_order_a
   const Pick home = {Grant::home, "ada", {"Shared"}};
   const Pick applications = {Grant::applications, "Applications", {"ada/applications", "empty/Applications"}};
   for (const auto& order : {std::vector{home, applications}, std::vector{applications, home}}) {
-    TestPlatform ada(Grants::none);
-    ada.tree.folder("Shared").folder("ada/applications").folder("empty/Applications/Empty");
-    TestWindow at(ada);
-    const ViewController& content = at.open_on_screen();
+    TestPlatform user(Grants::none);
+    user.tree.folder("Shared").folder("ada/applications").folder("empty/Applications/Empty");
+    TestWindow window(user);
+    const ViewController& content = window.open_on_screen();
     const auto curves = content.animationView->curves();
-    const Asked asked(at);
+    const Asked asked(window);
     for (const Pick& pick : order) {
       PushButton* button = asked.button(pick.grant);
       button->click();
-      EXPECT_EQ(at.chooser.asked_over, at.window());
-      EXPECT_EQ(at.chooser.asked.title, "Allow access");
-      EXPECT_EQ(at.chooser.asked.prompt, "Allow");
-      EXPECT_EQ(at.chooser.asked.starting_folder,
-                pick.grant == Grant::home ? ada.url("ada") : Url::file("/Applications"));
-      at.chooser.answer(std::nullopt);
-      at.settle();
-      EXPECT_EQ(stored(ada, pick.grant), Url());
+      EXPECT_EQ(window.chooser.asked_over, window.widget());
+      EXPECT_EQ(window.chooser.asked.title, "Allow access");
+      EXPECT_EQ(window.chooser.asked.prompt, "Allow");
+      EXPECT_EQ(window.chooser.asked.starting_folder,
+                pick.grant == Grant::home ? user.url("ada") : Url::file("/Applications"));
+      window.chooser.answer(std::nullopt);
+      window.settle();
+      EXPECT_EQ(stored(user, pick.grant), Url());
     }
     for (const Pick& pick : order) {
-      Asked(at).pick(pick.grant, pick.wrong.front());
-      EXPECT_EQ(stored(ada, pick.grant), ada.url(pick.wrong.front())) << "stored before it is looked at";
+      Asked(window).pick(pick.grant, pick.wrong.front());
+      EXPECT_EQ(stored(user, pick.grant), user.url(pick.wrong.front())) << "stored before it is looked at";
     }
     for (const Pick& pick : order) {
       for (const char* wrong : pick.wrong) {
-        Asked(at).pick(pick.grant, wrong);
+        Asked(window).pick(pick.grant, wrong);
         EXPECT_TRUE(asked.button(pick.grant)->isEnabled()) << wrong;
         EXPECT_THAT(asked.says(pick.grant), testing::HasSubstr("ick ")) << wrong << ": which folder is meant";
       }
-      at.pass(1000);
-      ASSERT_EQ(at.screen(), nullptr) << "a wrong folder was taken";
-      Asked(at).pick(pick.grant, pick.right);
-      EXPECT_EQ(stored(ada, pick.grant), ada.url(pick.right));
+      window.pass(1000);
+      ASSERT_EQ(window.screen(), nullptr) << "a wrong folder was taken";
+      Asked(window).pick(pick.grant, pick.right);
+      EXPECT_EQ(stored(user, pick.grant), user.url(pick.right));
       EXPECT_FALSE(asked.button(pick.grant)->isEnabled());
       EXPECT_EQ(asked.button(pick.grant)->text(), "✓ Allowed");
     }
-    at.pass(290);
-    EXPECT_TRUE(at.screen(Layer::overlay) != nullptr && at.screen() == nullptr);
-    at.pass(10);
-    EXPECT_TRUE(at.screen(Layer::overlay) == nullptr && at.screen<HomeViewController>() != nullptr);
+    window.pass(290);
+    EXPECT_TRUE(window.screen(Layer::overlay) != nullptr && window.screen() == nullptr);
+    window.pass(10);
+    EXPECT_TRUE(window.screen(Layer::overlay) == nullptr && window.screen<HomeViewController>() != nullptr);
     EXPECT_EQ(content.animationView->curves(), curves);
   }
 }
@@ -118,16 +118,16 @@ TEST(SandboxViewController, shows_how_each_stored_folder_stands) {
   };
   for (const Case& row : cases) {
     SCOPED_TRACE(std::string(row.home) + " " + row.applications);
-    TestPlatform ada(Grants::none);
-    ada.tree.folder("Shared").folder("x/Applications");
+    TestPlatform user(Grants::none);
+    user.tree.folder("Shared").folder("x/Applications");
     const auto store = [&](Grant grant, std::string_view folder) {
-      return folder.empty() || ada.bookmarks.store(grant, ada.url(folder));
+      return folder.empty() || user.bookmarks.store(grant, user.url(folder));
     };
     ASSERT_TRUE(store(Grant::home, row.home) && store(Grant::applications, row.applications));
-    TestWindow at(ada);
-    at.open();
-    ASSERT_NE(at.screen<SandboxViewController>(Layer::overlay), nullptr) << "also at a launch";
-    const Asked asked(at);
+    TestWindow window(user);
+    window.open();
+    ASSERT_NE(window.screen<SandboxViewController>(Layer::overlay), nullptr) << "also at a launch";
+    const Asked asked(window);
     EXPECT_EQ(asked.screen.allowHome->isEnabled(), row.asks_for_home);
     EXPECT_EQ(asked.screen.allowApps->isEnabled(), row.asks_for_applications);
     EXPECT_TRUE(asked.screen.done_button->isHidden()) << "it ends by itself";
@@ -136,7 +136,7 @@ TEST(SandboxViewController, shows_how_each_stored_folder_stands) {
                                          std::pair("SHARED", "Shared"), std::pair("EMPTY", "x/Applications")}) {
         const auto place = words.find(name);
         if (place == std::string::npos) continue;
-        const QString path = QString::fromStdString(ada.tree.path(folder));
+        const QString path = QString::fromStdString(user.tree.path(folder));
         words.replace(place, std::strlen(name), asked.screen.home_card->line_of(path).toStdString());
       }
       return words;
@@ -146,76 +146,76 @@ TEST(SandboxViewController, shows_how_each_stored_folder_stands) {
   }
 }
 
-TEST(SandboxViewController, is_deaf_once_it_is_gone) {
-  TestPlatform ada(Grants::none);
-  TestWindow at(ada);
-  at.open();
-  const Asked asked(at);
+TEST(SandboxViewController, ignores_an_answer_that_comes_after_it_is_gone) {
+  TestPlatform user(Grants::none);
+  TestWindow window(user);
+  window.open();
+  const Asked asked(window);
   asked.screen.info_text->click();
-  EXPECT_THAT(at.workspace.asked, testing::ElementsAre("open help/folder-access.html"));
+  EXPECT_THAT(window.workspace.asked, testing::ElementsAre("open help/folder-access.html"));
   asked.screen.allow_home();
-  at.post("sandbox_end_anim_complete");
-  at.chooser.answer(ada.url("ada"));
-  at.settle();
-  EXPECT_EQ(ada.bookmarks.resolve(Grant::home), Url()) << "an answer for a screen that is gone";
+  window.post("sandbox_end_anim_complete");
+  window.chooser.answer(user.url("ada"));
+  window.settle();
+  EXPECT_EQ(user.bookmarks.resolve(Grant::home), Url()) << "an answer for a screen that is gone";
 }
 
 TEST(SandboxViewController, asks_for_the_home_alone_where_no_applications_folder_belongs_to_it) {
-  TestPlatform ada(Grants::none);
-  ada.tree.folder("ada/.config").folder("ada/Library/Books");
-  TestWindow at(ada);
-  at.open();
-  const Asked asked(at);
+  TestPlatform user(Grants::none);
+  user.tree.folder("ada/.config").folder("ada/Library/Books");
+  TestWindow window(user);
+  window.open();
+  const Asked asked(window);
   EXPECT_TRUE(asked.screen.allowApps->isEnabled()) << "nobody looks into a home that was not given";
-  Asked(at).pick(Grant::home, "ada");
+  Asked(window).pick(Grant::home, "ada");
   EXPECT_EQ(asked.says(Grant::applications), "Not needed for this home folder");
-  at.pass(300);
-  EXPECT_NE(at.screen<HomeViewController>(), nullptr);
-  at.close();
-  at.open();
-  EXPECT_NE(at.screen<HomeViewController>(), nullptr) << "the next launch begins there";
+  window.pass(300);
+  EXPECT_NE(window.screen<HomeViewController>(), nullptr);
+  window.close();
+  window.open();
+  EXPECT_NE(window.screen<HomeViewController>(), nullptr) << "the next launch begins there";
 
-  ada.tree.folder("ada/Library/Caches");
-  at.close();
-  at.open();
-  EXPECT_EQ(at.screen<HomeViewController>(), nullptr) << "what is in there belongs to applications";
+  user.tree.folder("ada/Library/Caches");
+  window.close();
+  window.open();
+  EXPECT_EQ(window.screen<HomeViewController>(), nullptr) << "what is in there belongs to applications";
 }
 
 TEST(SandboxViewController, comes_back_from_the_menu_and_what_was_changed_there_is_what_is_scanned) {
-  TestPlatform ada;
-  ada.tree.file("ada/Library/Caches/old/x", 1000).file("disk/ada/Library/Caches/new/x", 2000).folder("Shared");
-  TestWindow at(ada);
-  EngineObjects objects(ada.platform);
-  at.context.sharedCleaner = [&]() -> Cleaner& { return objects.cleaner(); };
-  at.context.renew_grants = [&] { objects.renew_grants(); };
-  at.open_on_screen();
-  EXPECT_EQ(objects.cleaner().url_home, ada.url("ada"));
+  TestPlatform user;
+  user.tree.file("ada/Library/Caches/old/x", 1000).file("disk/ada/Library/Caches/new/x", 2000).folder("Shared");
+  TestWindow window(user);
+  EngineObjects objects(user.platform);
+  window.context.sharedCleaner = [&]() -> Cleaner& { return objects.cleaner(); };
+  window.context.renew_grants = [&] { objects.renew_grants(); };
+  window.open_on_screen();
+  EXPECT_EQ(objects.cleaner().url_home, user.url("ada"));
   QAction* entry = nullptr;
-  for (QAction* action : at.window()->findChildren<QAction*>()) {
+  for (QAction* action : window.widget()->findChildren<QAction*>()) {
     if (action->text() == "Folder access…") entry = action;
   }
   ASSERT_NE(entry, nullptr);
-  at.context.removal.running = true;
+  window.context.removal.running = true;
   entry->trigger();
-  EXPECT_EQ(at.screen(Layer::overlay), nullptr) << "not under the hands of a removal";
-  at.context.removal.running = false;
+  EXPECT_EQ(window.screen(Layer::overlay), nullptr) << "not under the hands of a removal";
+  window.context.removal.running = false;
   entry->trigger();
-  const Asked asked(at);
-  EXPECT_EQ(at.screen(), nullptr) << "in the place of the home screen";
+  const Asked asked(window);
+  EXPECT_EQ(window.screen(), nullptr) << "in the place of the home screen";
   EXPECT_EQ(asked.screen.allowHome->text(), "Change…");
   EXPECT_TRUE(asked.screen.allowApps->isEnabled());
 
-  Asked(at).pick(Grant::home, "Shared");
+  Asked(window).pick(Grant::home, "Shared");
   EXPECT_THAT(asked.says(Grant::home), testing::HasSubstr("is another folder"));
-  EXPECT_EQ(stored(ada, Grant::home), ada.url("ada")) << "the right one stays";
-  Asked(at).pick(Grant::home, "disk/ada");
-  at.pass(1000);
-  EXPECT_EQ(at.screen(), nullptr) << "not before the person is done";
+  EXPECT_EQ(stored(user, Grant::home), user.url("ada")) << "the right one stays";
+  Asked(window).pick(Grant::home, "disk/ada");
+  window.pass(1000);
+  EXPECT_EQ(window.screen(), nullptr) << "not before the person is done";
   asked.screen.done_button->click();
-  at.pass(300);
-  ASSERT_NE(at.screen<HomeViewController>(), nullptr);
-  EXPECT_EQ(objects.cleaner().url_home, ada.url("disk/ada"));
-  at.scan();
+  window.pass(300);
+  ASSERT_NE(window.screen<HomeViewController>(), nullptr);
+  EXPECT_EQ(objects.cleaner().url_home, user.url("disk/ada"));
+  window.scan();
   ASSERT_FALSE(objects.cleaner().outlineCacheItem == nullptr);
   EXPECT_EQ(objects.cleaner().outlineCacheItem->size, 2000);
 }

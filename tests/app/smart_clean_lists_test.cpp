@@ -14,14 +14,14 @@ using Ticked = SmartCleanLists::Ticked;
 constexpr std::size_t logs = 1, browsers = 3, mails = 4, trash = 6;
 
 TEST(SmartCleanLists, show_the_whole_size_of_a_group_without_ticks_and_the_ticked_size_otherwise) {
-  TestPlatform ada;
+  TestPlatform user;
   const std::string library = "ada/Library/";
-  ada.tree.file(library + "Logs/a.log", 1).file(library + "Logs/b.log", 2).file(library + "Logs/c.log", 4);
-  ada.tree.file(library + "Caches/com.gone.tool/x", 100).file("ada/.Trash/t", 8);
-  Engine of(ada);
-  of.scan();
+  user.tree.file(library + "Logs/a.log", 1).file(library + "Logs/b.log", 2).file(library + "Logs/c.log", 4);
+  user.tree.file(library + "Caches/com.gone.tool/x", 100).file("ada/.Trash/t", 8);
+  Engine engine(user);
+  engine.scan();
   SmartCleanLists lists;
-  lists.take(of.cleaner);
+  lists.take(engine.cleaner);
   const auto state = [&] {
     return std::tuple(lists.ticked(logs), lists.outlineItems[logs]->size, static_cast<std::int64_t>(lists.smart_junk));
   };
@@ -36,7 +36,7 @@ TEST(SmartCleanLists, show_the_whole_size_of_a_group_without_ticks_and_the_ticke
   EXPECT_EQ(state(), State(Ticked::none, 7, others)) << "its own size again, which counts for nothing";
   lists.select_entry(logs, 1);
   EXPECT_EQ(state(), State(Ticked::some, 2, others + 2));
-  EXPECT_THAT(ada.relative(lists.ticked_locations()),
+  EXPECT_THAT(user.relative(lists.ticked_locations()),
               testing::ElementsAre(library + "Caches/com.gone.tool", library + "Logs/b.log",
                                    library + "Caches/com.gone.tool", "ada/.Trash/t"));
   lists.select_group(logs);
@@ -51,12 +51,12 @@ TEST(SmartCleanLists, show_the_whole_size_of_a_group_without_ticks_and_the_ticke
 }
 
 TEST(SmartCleanLists, take_a_category_without_entries_for_unticked) {
-  TestPlatform ada;
-  ada.tree.file("ada/.Trash/t", 8);
-  Engine of(ada);
-  of.scan();
+  TestPlatform user;
+  user.tree.file("ada/.Trash/t", 8);
+  Engine engine(user);
+  engine.scan();
   SmartCleanLists lists;
-  lists.take(of.cleaner);
+  lists.take(engine.cleaner);
   lists.select_group(browsers);
   EXPECT_EQ(lists.ticked(browsers), Ticked::none);
   EXPECT_EQ(lists.smart_junk, 8U);

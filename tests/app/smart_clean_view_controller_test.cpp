@@ -20,17 +20,19 @@ using testing::ElementsAre;
 class SmartCleanTest : public testing::Test {
  protected:
   void SetUp() override {
-    ada.tree.file(library + "Logs/alpha.log", 1000).file(library + "Logs/beta.log", 2000);
-    ada.tree.file(library + "Logs/gamma.log", 4000).file("ada/.Trash/thrown away", 8000);
-    at.open_on_screen();
-    at.scan();
-    screen = at.screen<SmartCleanViewController>();
+    user.tree.file(library + "Logs/alpha.log", 1000).file(library + "Logs/beta.log", 2000);
+    user.tree.file(library + "Logs/gamma.log", 4000).file("ada/.Trash/thrown away", 8000);
+    window.open_on_screen();
+    window.scan();
+    screen = window.screen<SmartCleanViewController>();
     ASSERT_NE(screen, nullptr);
-    at.pass(1000);
+    window.pass(1000);
   }
 
   QModelIndex group(int row) const { return screen->outlineview->model()->index(row, 0); }
-  QModelIndex entry(int of, int row) const { return screen->outlineview->model()->index(row, 0, group(of)); }
+  QModelIndex entry(int group_row, int row) const {
+    return screen->outlineview->model()->index(row, 0, group(group_row));
+  }
   std::string said(const QModelIndex& index) const {
     return index.data(Qt::AccessibleTextRole).toString().toStdString();
   }
@@ -38,14 +40,14 @@ class SmartCleanTest : public testing::Test {
     QTest::keyClick(QApplication::focusWidget(), key, with);
   }
   bool stored(const char* key) {
-    at.settle();
-    return AppSettings(*open_settings_file(ada.url("settings/settings.plist"))).boolean(key);
+    window.settle();
+    return AppSettings(*open_settings_file(user.url("settings/settings.plist"))).boolean(key);
   }
 
   static constexpr int logs = 1, trash = 6;
   const std::string library = "ada/Library/";
-  TestPlatform ada;
-  TestWindow at{ada};
+  TestPlatform user;
+  TestWindow window{user};
   SmartCleanViewController* screen = nullptr;
 };
 
@@ -53,7 +55,7 @@ TEST_F(SmartCleanTest, is_ticked_and_walked_by_keyboard_and_says_how_each_row_st
   std::vector<std::string> about;
   for (const Category& category : smart_categories()) {
     const std::string name = "smart_clean_about_" + std::string(category.type);
-    at.ada.notifications.add_observer(name, [&about, name] { about.push_back(name); });
+    window.user.notifications.add_observer(name, [&about, name] { about.push_back(name); });
   }
   OutlineView* outline = screen->outlineview;
   ASSERT_EQ(QApplication::focusWidget(), outline);
@@ -71,7 +73,7 @@ TEST_F(SmartCleanTest, is_ticked_and_walked_by_keyboard_and_says_how_each_row_st
   EXPECT_EQ(said(group(logs)), "Applications logs, 5 KB, partly ticked");
   EXPECT_EQ(screen->size->text(), "13 KB");
   press(Qt::Key_Space, Qt::ShiftModifier);
-  EXPECT_THAT(at.workspace.asked, ElementsAre("preview " + ada.tree.path(library + "Logs/beta.log")));
+  EXPECT_THAT(window.workspace.asked, ElementsAre("preview " + user.tree.path(library + "Logs/beta.log")));
 
   // The box of the group, which turns on before it turns off.
   const QRect cell = outline->visualRect(group(logs));
@@ -92,18 +94,18 @@ TEST_F(SmartCleanTest, tells_about_each_category_in_a_popover_that_goes_with_the
   for (int row = 0; row < 7; ++row) {
     screen->outlineview->setCurrentIndex(group(row));
     press(Qt::Key_F1);
-    const auto* panel = at.card<AboutPanel>();
+    const auto* panel = window.card<AboutPanel>();
     ASSERT_NE(panel, nullptr);
     EXPECT_EQ(panel->accessibleName(), group(row).data().toString());
     EXPECT_FALSE(panel->accessibleDescription().isEmpty());
-    const QWidget* popover = at.delegate.activePopover;
+    const QWidget* popover = window.delegate.activePopover;
     EXPECT_EQ(popover, panel->parentWidget());
     if (row % 2 == 0) {
       press(Qt::Key_Escape);
     } else {
-      QTest::mouseClick(at.delegate.activePopover, Qt::LeftButton, {}, {1, 1});
+      QTest::mouseClick(window.delegate.activePopover, Qt::LeftButton, {}, {1, 1});
     }
-    EXPECT_EQ(at.card(), nullptr);
+    EXPECT_EQ(window.card(), nullptr);
     EXPECT_EQ(QApplication::focusWidget(), screen->outlineview);
   }
 }
@@ -120,11 +122,11 @@ TEST_F(SmartCleanTest, shows_an_entry_by_its_menu) {
   ASSERT_TRUE(ask(entry(trash, 0)));
   for (QAction* action : screen->cleanItemMenu->actions()) action->trigger();
   screen->cleanItemMenu->close();
-  const std::string path = ada.tree.path("ada/.Trash/thrown away");
-  EXPECT_THAT(at.workspace.asked, ElementsAre("reveal " + path, "preview " + path, "information " + path));
+  const std::string path = user.tree.path("ada/.Trash/thrown away");
+  EXPECT_THAT(window.workspace.asked, ElementsAre("reveal " + path, "preview " + path, "information " + path));
   screen->selectedRow = group(trash);
   for (QAction* action : screen->cleanItemMenu->actions()) action->trigger();
-  EXPECT_EQ(at.workspace.asked.size(), 3U) << "a group lies nowhere";
+  EXPECT_EQ(window.workspace.asked.size(), 3U) << "a group lies nowhere";
 }
 
 TEST_F(SmartCleanTest, asks_before_it_removes_what_is_ticked) {
@@ -132,59 +134,59 @@ TEST_F(SmartCleanTest, asks_before_it_removes_what_is_ticked) {
   screen->outlineview->setExpanded(group(logs), true);
   screen->select_item(entry(logs, 0), false);
   screen->remove_button->click();
-  auto* warning = at.card<WarningCleanupViewController>();
+  auto* warning = window.card<WarningCleanupViewController>();
   ASSERT_NE(warning, nullptr);
   EXPECT_EQ(warning->windowTitle(), "Remove 14 KB for good?");
   EXPECT_EQ(warning->accessibleDescription(), "3 entries do not go to the Trash and cannot be brought back.");
   EXPECT_EQ(screen->sheet_view_controller, warning);
   EXPECT_EQ(QApplication::focusWidget(), warning->cancel_button);
   QTest::mouseClick(warning->parentWidget(), Qt::LeftButton, {}, {1, 1});
-  EXPECT_EQ(at.card(), warning) << "a press beside it is no answer";
+  EXPECT_EQ(window.card(), warning) << "a press beside it is no answer";
   press(Qt::Key_Escape);
-  EXPECT_EQ(at.card(), nullptr);
-  EXPECT_EQ(at.screen(), screen);
+  EXPECT_EQ(window.card(), nullptr);
+  EXPECT_EQ(window.screen(), screen);
 
   screen->remove_button->click();
-  warning = at.card<WarningCleanupViewController>();
+  warning = window.card<WarningCleanupViewController>();
   warning->dont_show_button->click();
   press(Qt::Key_Escape);
   EXPECT_FALSE(stored("SkipWarning") || stored("CleanupReady")) << "who cancels has not answered anything";
   screen->remove_button->click();
-  warning = at.card<WarningCleanupViewController>();
+  warning = window.card<WarningCleanupViewController>();
   EXPECT_FALSE(warning->dont_show_button->isChecked());
   warning->cleanup_button->click();
-  EXPECT_NE(at.screen<SmartCleanupViewController>(), nullptr);
-  EXPECT_EQ(at.card(), nullptr);
+  EXPECT_NE(window.screen<SmartCleanupViewController>(), nullptr);
+  EXPECT_EQ(window.card(), nullptr);
   EXPECT_TRUE(stored("CleanupReady"));
   EXPECT_FALSE(stored("SkipWarning"));
-  EXPECT_EQ(at.engine->cleaner.wasCleaned, 14000);
-  EXPECT_THAT(ada.tree.listing(),
+  EXPECT_EQ(window.engine->cleaner.wasCleaned, 14000);
+  EXPECT_THAT(user.tree.listing(),
               testing::Not(testing::Contains(
                   testing::AnyOf(library + "Logs/beta.log", library + "Logs/gamma.log", "ada/.Trash/thrown away"))));
-  EXPECT_TRUE(ada.tree.exists(library + "Logs/alpha.log"));
+  EXPECT_TRUE(user.tree.exists(library + "Logs/alpha.log"));
 }
 
 TEST_F(SmartCleanTest, goes_on_without_asking_when_nothing_is_ticked_or_nobody_wants_to_be_asked) {
-  at.ada.settings.set_boolean("SkipWarning", true);
+  window.user.settings.set_boolean("SkipWarning", true);
   screen->remove_button->click();
-  EXPECT_NE(at.screen<SmartCleanupViewController>(), nullptr);
-  EXPECT_EQ(at.engine->cleaner.files.size(), 4U);
-  at.settle();
-  at.pass(3500);
-  const auto* cleaned = at.screen<CleanedViewController>();
+  EXPECT_NE(window.screen<SmartCleanupViewController>(), nullptr);
+  EXPECT_EQ(window.engine->cleaner.files.size(), 4U);
+  window.settle();
+  window.pass(3500);
+  const auto* cleaned = window.screen<CleanedViewController>();
   ASSERT_NE(cleaned, nullptr);
   EXPECT_FALSE(cleaned->left_button->isVisible()) << "nothing was left";
   EXPECT_EQ(QApplication::focusWidget(), cleaned->done_button);
-  at.ada.settings.set_boolean("SkipWarning", false);
+  window.user.settings.set_boolean("SkipWarning", false);
 
-  at.scan();
-  screen = at.screen<SmartCleanViewController>();
+  window.scan();
+  screen = window.screen<SmartCleanViewController>();
   for (int row = 0; row < 7; ++row) screen->select_smart_outline_item(group(row), false);
   screen->ask_and_remove();
-  EXPECT_NE(at.screen<SmartCleanupViewController>(), nullptr);
-  EXPECT_EQ(at.card(), nullptr);
-  EXPECT_TRUE(at.engine->cleaner.files.empty());
-  EXPECT_EQ(at.engine->cleaner.wasCleaned, 0);
+  EXPECT_NE(window.screen<SmartCleanupViewController>(), nullptr);
+  EXPECT_EQ(window.card(), nullptr);
+  EXPECT_TRUE(window.engine->cleaner.files.empty());
+  EXPECT_EQ(window.engine->cleaner.wasCleaned, 0);
 }
 
 }  // namespace

@@ -12,16 +12,16 @@ using test::TestPlatform;
 using test::TestWindow;
 
 TEST(SmartScanViewController, shows_each_step_of_a_fast_scan_long_enough_to_be_read) {
-  TestPlatform ada;
-  ada.tree.file("ada/Library/Caches/a/x", 1000).file("ada/Library/Caches/com.gone.tool/x", 8000);
-  ada.tree.file("ada/Library/Logs/b.log", 2000).file("ada/Library/Safari/LocalStorage/x", 16000);
-  ada.tree.file("ada/Downloads/c.dmg", 4000).file("ada/.Trash/d", 32000);
-  TestWindow at(ada);
-  at.open_on_screen();
-  test::Hold hold(at.background);
-  at.post("smart_scan_view_controller");
-  at.pass(100);
-  auto* screen = at.screen<SmartScanViewController>(Layer::overlay);
+  TestPlatform user;
+  user.tree.file("ada/Library/Caches/a/x", 1000).file("ada/Library/Caches/com.gone.tool/x", 8000);
+  user.tree.file("ada/Library/Logs/b.log", 2000).file("ada/Library/Safari/LocalStorage/x", 16000);
+  user.tree.file("ada/Downloads/c.dmg", 4000).file("ada/.Trash/d", 32000);
+  TestWindow window(user);
+  window.open_on_screen();
+  test::HeldThread held(window.background);
+  window.post("smart_scan_view_controller");
+  window.pass(100);
+  auto* screen = window.screen<SmartScanViewController>(Layer::overlay);
   ASSERT_NE(screen, nullptr);
   std::vector<std::string> told;
   const auto listen = [&] {
@@ -31,17 +31,17 @@ TEST(SmartScanViewController, shows_each_step_of_a_fast_scan_long_enough_to_be_r
     if (told.empty() || told.back() != now.str()) told.push_back(now.str());
   };
   listen();
-  at.pass(1500);
+  window.pass(1500);
   listen();
-  at.pass(1500);
+  window.pass(1500);
   listen();
 
-  hold.release();
+  held.release();
   std::promise<void> scanned;
-  at.background.async([&] { scanned.set_value(); });
+  window.background.async([&] { scanned.set_value(); });
   scanned.get_future().wait();
   int shown = 0;
-  for (at.pass(0); at.screen(Layer::overlay) == screen && shown < 5000; at.pass(10), shown += 10) listen();
+  for (window.pass(0); window.screen(Layer::overlay) == screen && shown < 5000; window.pass(10), shown += 10) listen();
   EXPECT_THAT(told, testing::ElementsAre(
                         "Scan in \"Applications caches\", Zero KB, 0", "Scan in \"Applications caches\", Zero KB, 0.25",
                         "Scan in \"Applications caches\", Zero KB, 0.5", "Scan in \"Applications logs\", 9 KB, 0.5",
@@ -49,67 +49,67 @@ TEST(SmartScanViewController, shows_each_step_of_a_fast_scan_long_enough_to_be_r
                         "Scan in \"Mail attachments\", 27 KB, 0.8", "Scan in \"Installation files\", 27 KB, 0.9",
                         "Scan in \"Trash Bin\", 31 KB, 1", "Scan in \"Trash Bin\", 63 KB, 1"));
   EXPECT_EQ(shown, 7 * 150) << "the first has had its time while the scan was waited for";
-  const auto* clean = at.screen<SmartCleanViewController>();
+  const auto* clean = window.screen<SmartCleanViewController>();
   ASSERT_NE(clean, nullptr);
   EXPECT_EQ(clean->size->text(), "63 KB");
 }
 
 TEST(SmartScanViewController, lasts_as_long_as_it_takes_to_read_and_no_longer) {
-  TestPlatform ada;
-  TestWindow at(ada);
-  at.open_on_screen();
-  at.post("smart_scan_view_controller");
-  at.pass(100);
-  at.settle();
-  at.pass(1190);
-  EXPECT_NE(at.screen<SmartScanViewController>(Layer::overlay), nullptr);
-  at.pass(10);
-  EXPECT_NE(at.screen<SmartCleanViewController>(), nullptr);
+  TestPlatform user;
+  TestWindow window(user);
+  window.open_on_screen();
+  window.post("smart_scan_view_controller");
+  window.pass(100);
+  window.settle();
+  window.pass(1190);
+  EXPECT_NE(window.screen<SmartScanViewController>(Layer::overlay), nullptr);
+  window.pass(10);
+  EXPECT_NE(window.screen<SmartCleanViewController>(), nullptr);
 }
 
 TEST(SmartScanViewController, that_is_stopped_leads_home_and_the_next_one_finds_everything) {
-  TestPlatform ada;
-  ada.tree.file("ada/Library/Caches/a/x", 1000).file("ada/.Trash/d", 32000);
-  TestWindow at(ada);
-  at.open_on_screen();
-  at.settle();
+  TestPlatform user;
+  user.tree.file("ada/Library/Caches/a/x", 1000).file("ada/.Trash/d", 32000);
+  TestWindow window(user);
+  window.open_on_screen();
+  window.settle();
   for (const bool by_key : {true, false}) {
     SCOPED_TRACE(by_key ? "Escape" : "the button");
-    test::Hold scan(ada.main_queue);
-    at.post("smart_scan_view_controller");
-    at.pass(100);
-    scan.wait_until_there();
-    auto* screen = at.screen<SmartScanViewController>(Layer::overlay);
+    test::HeldThread scan(user.main_queue);
+    window.post("smart_scan_view_controller");
+    window.pass(100);
+    scan.wait_until_held();
+    auto* screen = window.screen<SmartScanViewController>(Layer::overlay);
     ASSERT_NE(screen, nullptr);
     EXPECT_EQ(QApplication::focusWidget(), screen->stop_button);
     by_key ? QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape) : screen->stop_button->click();
-    EXPECT_TRUE(ada.files.stopped_looking());
-    EXPECT_EQ(at.screen(Layer::overlay), nullptr);
-    EXPECT_NE(at.screen<HomeViewController>(), nullptr);
+    EXPECT_TRUE(user.files.stopped_looking());
+    EXPECT_EQ(window.screen(Layer::overlay), nullptr);
+    EXPECT_NE(window.screen<HomeViewController>(), nullptr);
     scan.release();
-    at.settle();
-    ada.main_queue.when_handed_over = nullptr;  // now that no other thread hands anything over
-    at.pass(3000);
-    EXPECT_NE(at.screen<HomeViewController>(), nullptr) << "what it found is nobody's";
+    window.settle();
+    user.main_queue.when_handed_over = nullptr;  // now that no other thread hands anything over
+    window.pass(3000);
+    EXPECT_NE(window.screen<HomeViewController>(), nullptr) << "what it found is nobody's";
   }
-  at.scan();
-  ASSERT_NE(at.screen<SmartCleanViewController>(), nullptr);
-  EXPECT_EQ(at.screen<SmartCleanViewController>()->size->text(), "33 KB");
+  window.scan();
+  ASSERT_NE(window.screen<SmartCleanViewController>(), nullptr);
+  EXPECT_EQ(window.screen<SmartCleanViewController>()->size->text(), "33 KB");
 }
 
-TEST(SmartScanViewController, that_waits_for_the_background_does_not_scan_once_the_program_is_to_end) {
-  TestPlatform ada;
-  ada.tree.file("ada/Library/Caches/a/x", 1000);
-  TestWindow at(ada);
-  at.open();
-  test::Hold hold(at.background);
-  at.post("smart_scan_view_controller");
-  at.pass(100);
-  at.context.end();
-  hold.release();
-  at.settle();
-  EXPECT_TRUE(ada.files.stopped_looking());
-  EXPECT_FALSE(at.engine->cleaner.search_is_complete);
+TEST(SmartScanViewController, that_waits_for_the_background_queue_does_not_scan_after_the_program_ends) {
+  TestPlatform user;
+  user.tree.file("ada/Library/Caches/a/x", 1000);
+  TestWindow window(user);
+  window.open();
+  test::HeldThread held(window.background);
+  window.post("smart_scan_view_controller");
+  window.pass(100);
+  window.context.end();
+  held.release();
+  window.settle();
+  EXPECT_TRUE(user.files.stopped_looking());
+  EXPECT_FALSE(window.engine->cleaner.search_is_complete);
 }
 
 }  // namespace

@@ -6,17 +6,17 @@
 
 namespace tarnby::test {
 
-TestWindow::TestWindow(TestPlatform& user)
-    : ada(user),
-      platform(user.platform),
-      time{user.main_queue},
-      delegate(ada.settings, [this] { context.flush_settings(); }),
+TestWindow::TestWindow(TestPlatform& owner)
+    : user(owner),
+      platform(owner.platform),
+      time{owner.main_queue},
+      delegate(user.settings, [this] { context.flush_settings(); }),
       context{platform, time.clock, delegate, background, io_queue, workspace, chooser, [this]() -> Cleaner& {
-                if (!engine) engine.emplace(ada);
+                if (!engine) engine.emplace(user);
                 return engine->cleaner;
               }} {
   motion::set_reduced(false);
-  ada.tree.folder("Applications/Any.app");  // else nobody would take that for an Applications folder
+  user.tree.folder("Applications/Any.app");  // else nobody would take that for an Applications folder
   platform.system_log = [this](std::string_view line) { logged.emplace_back(line); };
 }
 
@@ -52,7 +52,7 @@ void TestWindow::settle() {
     std::promise<void> idle;
     queue->async([&] { idle.set_value(); });
     idle.get_future().wait();
-    ada.main_queue.run_pending();
+    user.main_queue.run_pending();
   }
   context.icons.finish();
 }
@@ -70,25 +70,25 @@ void TestWindow::scan() {
   pass(every_step_shown);
 }
 
-Hold::Hold(BackgroundQueue& queue) {
+HeldThread::HeldThread(BackgroundQueue& queue) {
   queue.async([place = place_] { place->stop_here(); });
 }
 
-Hold::Hold(HandMainQueue& queue) {
+HeldThread::HeldThread(HandMainQueue& queue) {
   queue.when_handed_over = [place = place_, handed = std::make_shared<std::atomic<int>>(0)] {
     if (++*handed == 2) place->stop_here();
   };
 }
 
-Hold::~Hold() {
+HeldThread::~HeldThread() {
   release();
 }
 
-void Hold::release() {
+void HeldThread::release() {
   if (std::exchange(held_, false)) place_->go.set_value();
 }
 
-void Hold::Place::stop_here() {
+void HeldThread::Place::stop_here() {
   there.set_value();
   go.get_future().wait();
 }

@@ -53,10 +53,10 @@ struct QuietFolderChooser final : FolderChooser {
 /// background threads.
 class TestWindow {
  public:
-  explicit TestWindow(TestPlatform& ada);
+  explicit TestWindow(TestPlatform& owner);
   ~TestWindow();
 
-  TestPlatform& ada;
+  TestPlatform& user;
   Platform& platform;
   HandTime time;
   QuietWorkspace workspace;
@@ -73,9 +73,9 @@ class TestWindow {
   ViewController& open_on_screen();
   void close();
   ViewController& content() { return window_->content(); }
-  QWidget* window() { return window_.get(); }
+  QWidget* widget() { return window_.get(); }
 
-  void post(const char* notification) { ada.notifications.post(notification); }
+  void post(const char* notification) { user.notifications.post(notification); }
   /// Waits for the background threads, and runs what they have handed over.
   void settle();
   /// Lets time pass, and what was to be deleted go.
@@ -104,17 +104,17 @@ class TestWindow {
 };
 
 /// Keeps a background thread from going on until the test lets it.
-class Hold {
+class HeldThread {
  public:
   /// At what is handed to the queue from now on.
-  explicit Hold(BackgroundQueue& queue);
+  explicit HeldThread(BackgroundQueue& queue);
   /// In the middle of the next scan: where it hands its second notification over.
-  explicit Hold(HandMainQueue& queue);
-  ~Hold();
-  Hold(const Hold&) = delete;
-  Hold& operator=(const Hold&) = delete;
+  explicit HeldThread(HandMainQueue& queue);
+  ~HeldThread();
+  HeldThread(const HeldThread&) = delete;
+  HeldThread& operator=(const HeldThread&) = delete;
 
-  void wait_until_there() { place_->there.get_future().wait(); }
+  void wait_until_held() { place_->there.get_future().wait(); }
   void release();
 
  private:

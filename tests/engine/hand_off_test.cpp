@@ -25,43 +25,44 @@ std::string list_of(const char* body) {
 /// A screen that has a helper and some files left over.
 struct Screen {
   Screen() {
-    ada.tree.file("helper").folder("support").file("ada/a & b").file("ada/b");
-    ada.settings.store().set("helper_url", ada.tree.path("helper"));
-    ada.settings.store().set("application_support_url", ada.tree.path("support"));
+    user.tree.file("helper").folder("support").file("ada/a & b").file("ada/b");
+    user.settings.store().set("helper_url", user.tree.path("helper"));
+    user.settings.store().set("application_support_url", user.tree.path("support"));
     for (const char* name : {"cleaned_view_controller", "cleanup_with_file_exist"}) {
-      ada.notifications.add_observer(name, [this, name] { posted.emplace_back(name); });
+      user.notifications.add_observer(name, [this, name] { posted.emplace_back(name); });
     }
-    of.cleaner.remainder_urls = {ada.url("ada/b"), ada.url("ada/a & b"), ada.url("ada/\xff"), ada.url("ada/\x01")};
+    engine.cleaner.remainder_urls = {user.url("ada/b"), user.url("ada/a & b"), user.url("ada/\xff"),
+                                     user.url("ada/\x01")};
   }
 
   HandOff hand_off() {
-    return {ada.platform, of.cleaner, [this](const Url& url) { launched.push_back(ada.relative(url)); }};
+    return {user.platform, engine.cleaner, [this](const Url& url) { launched.push_back(user.relative(url)); }};
   }
 
   /// What stands in the hand-off file, as its paths.
   std::vector<std::string> stored() const {
-    const auto list = parse_property_list(ada.tree.read(store));
+    const auto list = parse_property_list(user.tree.read(store));
     if (!list || !list->find("Store") || list->as<PropertyList::Dictionary>()->size() != 1) return {"damaged"};
     std::vector<Url> urls;
     for (const PropertyList& path : *list->find("Store")->as<PropertyList::Array>()) {
       urls.push_back(Url::file(*path.as<std::string>()));
     }
-    return ada.relative(urls);
+    return user.relative(urls);
   }
 
-  TestPlatform ada;
-  Engine of{ada};
+  TestPlatform user;
+  Engine engine{user};
   std::vector<std::string> posted;
   std::vector<std::string> launched;
 };
 
 TEST(HandOff, waits_for_complete_and_begins_again_after_cancel) {
   Screen screen;
-  TempTree& tree = screen.ada.tree;
+  TempTree& tree = screen.user.tree;
   HandOff hand_off = screen.hand_off();
   ASSERT_TRUE(hand_off.delete_files_with_helper());
   EXPECT_THAT(screen.stored(), ElementsAre("ada/b", "ada/a & b")) << "paths that no list can hold are not handed over";
-  EXPECT_EQ(hand_off.store_url, screen.ada.url(store));
+  EXPECT_EQ(hand_off.store_url, screen.user.url(store));
   const std::string written = tree.read(store);
   const std::string half = written.substr(0, written.size() / 2);
   for (const std::string& no_answer : {written, half, std::string(), std::string("\xff junk"),
@@ -77,7 +78,7 @@ TEST(HandOff, waits_for_complete_and_begins_again_after_cancel) {
   EXPECT_THAT(screen.launched, ElementsAre("helper"));
 
   tree.content(store, list_of("<key>Cancel</key><string/><key>Store</key><array><string>/old</string></array>"));
-  screen.of.cleaner.remainder_urls.resize(1);
+  screen.engine.cleaner.remainder_urls.resize(1);
   EXPECT_TRUE(hand_off.helper_timer_proc());
   EXPECT_THAT(screen.stored(), ElementsAre("ada/b")) << "written anew";
   EXPECT_THAT(screen.launched, ElementsAre("helper", "helper"));
@@ -95,8 +96,8 @@ TEST(HandOff, waits_for_complete_and_begins_again_after_cancel) {
 
 TEST(HandOff, does_not_begin_without_a_helper_or_a_place_to_write) {
   const std::pair<const char*, std::function<void(HandOff&, TempTree&)>> cases[] = {
-      {"no helper", [](HandOff& of, TempTree&) { of.helper_url = Url(); }},
-      {"no folder", [](HandOff& of, TempTree&) { of.application_support_url = Url(); }},
+      {"no helper", [](HandOff& engine, TempTree&) { engine.helper_url = Url(); }},
+      {"no folder", [](HandOff& engine, TempTree&) { engine.application_support_url = Url(); }},
       {"a folder in the file's place", [](HandOff&, TempTree& tree) { tree.folder(store); }},
       {"a FIFO in its place", [](HandOff&, TempTree& tree) { tree.fifo(store); }},
       {"a link in its place", [](HandOff&, TempTree& tree) { tree.link(store, "../../ada/b"); }},
@@ -105,10 +106,10 @@ TEST(HandOff, does_not_begin_without_a_helper_or_a_place_to_write) {
     SCOPED_TRACE(why);
     Screen screen;
     HandOff hand_off = screen.hand_off();
-    prepare(hand_off, screen.ada.tree);
+    prepare(hand_off, screen.user.tree);
     EXPECT_FALSE(hand_off.delete_files_with_helper());
     EXPECT_THAT(screen.launched, IsEmpty());
-    EXPECT_EQ(screen.ada.tree.read("ada/b"), "");
+    EXPECT_EQ(screen.user.tree.read("ada/b"), "");
   }
 }
 

@@ -19,7 +19,7 @@ const std::string airmail =
     library + "Group Containers/2E337YPCZY.airmail/Library/Application Support/it.bloop.airmail2/Airmail/";
 
 /// Scans, and tells the categories with the files of all that have no clients.
-std::vector<std::string> scan(const TestPlatform& ada, Cleaner& cleaner) {
+std::vector<std::string> scan(const TestPlatform& user, Cleaner& cleaner) {
   std::vector<std::string> rows;
   cleaner.clean_with_complete_handler([&] {
     EXPECT_TRUE(cleaner.apps_junk_search_complete && cleaner.media_search_coomplete && cleaner.search_is_complete);
@@ -27,30 +27,30 @@ std::vector<std::string> scan(const TestPlatform& ada, Cleaner& cleaner) {
       const CleanerItem& item = *(cleaner.*category.item);
       const bool has_clients = item.files.size() > 4;
       rows.push_back(test::row_text(std::string(category.setting), item.size,
-                                    has_clients ? std::vector<std::string>() : ada.relative(item.files)));
+                                    has_clients ? std::vector<std::string>() : user.relative(item.files)));
     }
   });
   return rows;
 }
 
 TEST(JunkScan, fills_six_categories_and_counts_absent_clients_of_earlier_scans_again) {
-  TestPlatform ada;
-  Engine of(ada);
-  Cleaner& cleaner = of.cleaner;
-  EXPECT_THAT(scan(ada, cleaner),
+  TestPlatform user;
+  Engine engine(user);
+  Cleaner& cleaner = engine.cleaner;
+  EXPECT_THAT(scan(user, cleaner),
               ElementsAre("Caches 0:", "Logs 0:", "Remainders 0:", "Browsers 0:", "Mails 0:", "Trash 0:"));
-  ada.tree.file(library + "Caches/com.gone.tool/x", 1).file(library + "Caches/.hidden", 100).file("ada/.Trash/.x", 2);
-  ada.tree.file(library + "Containers/b/Data/Library/Caches/x", 4).file(library + "Containers/b/Data/x", 100);
-  ada.tree.folder(library + "Containers/a").file(library + "Containers/file", 100).file("ada/.Trash/y/z", 8);
-  ada.tree.link(library + "Containers/link", "b").file(library + "Logs/x.log", 16).file("ada/Downloads/x.dmg", 100);
-  ada.tree.file(chrome + "Application Cache/x", 32)
+  user.tree.file(library + "Caches/com.gone.tool/x", 1).file(library + "Caches/.hidden", 100).file("ada/.Trash/.x", 2);
+  user.tree.file(library + "Containers/b/Data/Library/Caches/x", 4).file(library + "Containers/b/Data/x", 100);
+  user.tree.folder(library + "Containers/a").file(library + "Containers/file", 100).file("ada/.Trash/y/z", 8);
+  user.tree.link(library + "Containers/link", "b").file(library + "Logs/x.log", 16).file("ada/Downloads/x.dmg", 100);
+  user.tree.file(chrome + "Application Cache/x", 32)
       .file(airmail + "General/Tmp/x", 256)
       .file(mail + "Mail Downloads/x", 512);
-  ada.tree.file(library + "Application Support/Firefox/Profiles/p/storage/x", 64)
+  user.tree.file(library + "Application Support/Firefox/Profiles/p/storage/x", 64)
       .file(library + "Safari/LocalStorage/x", 128);
-  of.scan();
+  engine.scan();
   EXPECT_THAT(
-      scan(ada, cleaner),
+      scan(user, cleaner),
       ElementsAre(
           "Caches 5: " + library + "Caches/com.gone.tool, " + library + "Containers/a/Data/Library/Caches, " + library +
               "Containers/b/Data/Library/Caches, " + mail + "Caches",
@@ -60,11 +60,11 @@ TEST(JunkScan, fills_six_categories_and_counts_absent_clients_of_earlier_scans_a
   EXPECT_EQ(cleaner.apps_junk_size, 5 + 16 + 1 + 224);
   EXPECT_EQ(cleaner.media_junk_size, 768 + 10);
   EXPECT_EQ(cleaner.browser_item->string_size, "224 bytes");
-  EXPECT_TRUE(ada.settings.boolean("Mozilla"));
+  EXPECT_TRUE(user.settings.boolean("Mozilla"));
 
-  for (const char* gone : {"ada/Library", "ada/.Trash"}) std::filesystem::remove_all(ada.tree.path(gone));
-  ada.tree.file(chrome + "Application Cache/x", 1000).file(chrome + "Local Storage/x", 1);
-  EXPECT_THAT(scan(ada, cleaner),
+  for (const char* gone : {"ada/Library", "ada/.Trash"}) std::filesystem::remove_all(user.tree.path(gone));
+  user.tree.file(chrome + "Application Cache/x", 1000).file(chrome + "Local Storage/x", 1);
+  EXPECT_THAT(scan(user, cleaner),
               ElementsAre("Caches 0:", "Logs 0:", "Remainders 0:", "Browsers 1193:",
                           "Mails 256: " + airmail + "General/AttachmentsNg, " + airmail + "General/Tmp", "Trash 0:"))
       << "Chrome as it is now, the others as they were";

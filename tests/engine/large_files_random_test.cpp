@@ -92,8 +92,8 @@ TEST(LargeFiles, of_any_home_are_those_that_a_walk_entry_by_entry_finds) {
   const std::uint32_t seed = test::random_seed();
   SCOPED_TRACE(test::how_to_repeat(seed));
   std::mt19937 random(seed);
-  test::TestPlatform ada;
-  const std::string mirror = ada.tree.path("ada").substr(1);
+  test::TestPlatform user;
+  const std::string mirror = user.tree.path("ada").substr(1);
   const std::string names[] = {
       "a.app",      "b.bundle",  "B.BUNDLE",        "c.Plugin",    "Whatsapp",         "d.mybundle",
       "e.pkg",      "Downloads", "D\u00f3wnloads2", "Library",     "Library/Caches",   "Logs",
@@ -103,23 +103,23 @@ TEST(LargeFiles, of_any_home_are_those_that_a_walk_entry_by_entry_finds) {
   constexpr std::int64_t sizes[] = {10'000'000, 9'999'999, 6'000'000, 25'000'000, 3};
   const auto any_of = [&](const auto& list) { return list[random() % std::size(list)]; };
   for (int home = 0; home < 300 && !testing::Test::HasFailure(); ++home) {
-    for (const auto& entry : fs::directory_iterator(ada.tree.path("ada"))) fs::remove_all(entry);
+    for (const auto& entry : fs::directory_iterator(user.tree.path("ada"))) fs::remove_all(entry);
     std::vector<std::string> folders = {"ada"};
     for (auto count = 1 + random() % 12; count > 0; --count) {
       folders.push_back(any_of(folders) + "/" + any_of(names));
-      ada.tree.folder(folders.back());
+      user.tree.folder(folders.back());
     }
     for (auto count = random() % 12; count > 0; --count) {
       const std::string path = any_of(folders) + "/" + any_of(files);
-      if (!ada.tree.exists(path)) ada.tree.file(path, any_of(sizes));
+      if (!user.tree.exists(path)) user.tree.file(path, any_of(sizes));
     }
-    ada.tree.link("ada/link.app", any_of(folders));
-    test::Engine of(ada);
-    Reading reading{of.cleaner, ada.text};
+    user.tree.link("ada/link.app", any_of(folders));
+    test::Engine engine(user);
+    Reading reading{engine.cleaner, user.text};
     for (const char* which : {"first", "second, which begins with the memory of the first"}) {
-      of.cleaner.search_large_files_with_complete_handler([](const auto&, const auto&, auto) {});
+      engine.cleaner.search_large_files_with_complete_handler([](const auto&, const auto&, auto) {});
       reading.search();
-      const Cleaner& cleaner = of.cleaner;
+      const Cleaner& cleaner = engine.cleaner;
       EXPECT_EQ(text_of(cleaner.largeFiles, cleaner.original_package_path, cleaner.original_package_extension),
                 text_of(reading.found, reading.package_path, reading.package_extension))
           << which << " search";

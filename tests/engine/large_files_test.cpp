@@ -21,20 +21,20 @@ std::vector<std::string> texts_of(const LargeFileRows& rows) {
 
 TEST(LargeFiles, are_grouped_by_type_and_sorted_by_name) {
   constexpr std::int64_t least = 10'000'000;
-  test::TestPlatform ada;
+  test::TestPlatform user;
   for (const char* path : {"Documents/b", "Documents/A", "Movies/.hidden.mkv", "Movies/X.MP4", "a.pkg/x", "Downloads/x",
                            "Library/Caches/x", "Library/Logs/x", "Library/iTunes/x",
                            "Library/Developer/CoreSimulator/x", "Library/Developer/Xcode/DocumentationCache/x"}) {
-    ada.tree.file(std::string("ada/") + path, least);
+    user.tree.file(std::string("ada/") + path, least);
   }
-  ada.tree.file("ada/one.mp4", 3 * least).file("ada/Tool.app/a", 2 * least).file("ada/Tool.app/b.zip", 3 * least);
+  user.tree.file("ada/one.mp4", 3 * least).file("ada/Tool.app/a", 2 * least).file("ada/Tool.app/b.zip", 3 * least);
   // A link in a package counts its own length, and leads nowhere.
-  ada.tree.file("ada/c.pkg/x", least - 10).link("ada/c.pkg/link", "../one.mp4");
-  ada.tree.file("ada/d.pkg/x", least - 11).link("ada/d.pkg/link", "../one.mp4");
-  ada.tree.file("ada/small", least - 1).file("ada/b.pkg/small", least - 1).link("ada/link", "Documents/b");
-  test::Engine of(ada);
-  const Cleaner& cleaner = of.cleaner;
-  of.cleaner.search_large_files_with_complete_handler([&](const auto& rows, const auto& files, std::int64_t total) {
+  user.tree.file("ada/c.pkg/x", least - 10).link("ada/c.pkg/link", "../one.mp4");
+  user.tree.file("ada/d.pkg/x", least - 11).link("ada/d.pkg/link", "../one.mp4");
+  user.tree.file("ada/small", least - 1).file("ada/b.pkg/small", least - 1).link("ada/link", "Documents/b");
+  test::Engine engine(user);
+  const Cleaner& cleaner = engine.cleaner;
+  engine.cleaner.search_large_files_with_complete_handler([&](const auto& rows, const auto& files, std::int64_t total) {
     EXPECT_THAT(texts_of(rows), ElementsAre("Applications: Tool.app", "Movies: .hidden.mkv one.mp4",
                                             "Packages: a.pkg c.pkg", "Other: A b X.MP4"));
     EXPECT_EQ(files.size(), 8U);

@@ -20,14 +20,14 @@ const std::string library = "ada/Library/";
 const std::string contents = "Applications/Here.app/Contents";
 
 /// A home where every group has something, and an application that owns two of the entries.
-void fill(TestPlatform& ada) {
-  ada.application("Applications/Here.app", "com.here.tool").tree.folder("Applications/Vendor");
+void fill(TestPlatform& user) {
+  user.application("Applications/Here.app", "com.here.tool").tree.folder("Applications/Vendor");
   for (const char* path : {"Caches/com.here.tool/x", "Preferences/com.here.tool.plist", "Caches/org.gone.tool/deep/x",
                            "Caches/org.gone.tool/x", "Logs/log", "Logs/folder/log", "Safari/LocalStorage/x",
                            "Containers/com.apple.mail/Data/Library/Mail Downloads/x"}) {
-    ada.tree.file(library + path, 10);
+    user.tree.file(library + path, 10);
   }
-  ada.tree.file("ada/.Trash/folder/x", 10).file("ada/Downloads/x.dmg", 10);
+  user.tree.file("ada/.Trash/folder/x", 10).file("ada/Downloads/x.dmg", 10);
 }
 
 std::string problem(const Cleaner& cleaner, std::string_view group) {
@@ -44,21 +44,21 @@ constexpr Groups groups_of_both_scans[] = {{"caches", "Caches"},     {"logs", "L
                                            {"browsers", "Browsers"}, {"mails", "Mails"}, {"trash", "Trash"}};
 
 /// The problems of the groups that have one, which are alike in both scans.
-std::vector<std::string> problems(Engine& of) {
-  of.scan();
-  of.cleaner.clean_with_complete_handler([] {});
+std::vector<std::string> problems(Engine& engine) {
+  engine.scan();
+  engine.cleaner.clean_with_complete_handler([] {});
   std::vector<std::string> all;
   for (const Groups& group : groups_of_both_scans) {
-    const std::string smart = problem(of.cleaner, group.smart);
-    EXPECT_EQ(smart, problem(of.cleaner, group.junk)) << "both scans agree on " << group.smart;
+    const std::string smart = problem(engine.cleaner, group.smart);
+    EXPECT_EQ(smart, problem(engine.cleaner, group.junk)) << "both scans agree on " << group.smart;
     if (!smart.empty()) all.push_back(std::string(group.smart) + ": " + smart);
   }
   return all;
 }
 
-std::vector<std::string> leftovers(const Engine& of) {
+std::vector<std::string> leftovers(const Engine& engine) {
   std::vector<std::string> identifiers;
-  for (const CleanerEntry& entry : of.cleaner.apps_remainders_item->items) {
+  for (const CleanerEntry& entry : engine.cleaner.apps_remainders_item->items) {
     identifiers.push_back(std::get<std::shared_ptr<RemainderItem>>(entry)->bundle);
   }
   return identifiers;
@@ -92,19 +92,19 @@ TEST(LookProblem, names_what_may_not_be_read_in_the_group_that_lacks_it) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.closed);
-    TestPlatform ada;
-    fill(ada);
-    ada.tree.folder(contents + "/Resources").folder("nothing").mode(c.closed, c.mode);
-    test::as_plain_user(ada.tree, [&] {
-      Engine of(ada);
-      EXPECT_EQ(problems(of), c.problems);
-      EXPECT_EQ(of.cleaner.apps_remainders_item->files.size(), c.finds_leftovers ? 1U : 0U);
-      of.scan();
-      EXPECT_EQ(leftovers(of),
+    TestPlatform user;
+    fill(user);
+    user.tree.folder(contents + "/Resources").folder("nothing").mode(c.closed, c.mode);
+    test::as_plain_user(user.tree, [&] {
+      Engine engine(user);
+      EXPECT_EQ(problems(engine), c.problems);
+      EXPECT_EQ(engine.cleaner.apps_remainders_item->files.size(), c.finds_leftovers ? 1U : 0U);
+      engine.scan();
+      EXPECT_EQ(leftovers(engine),
                 c.finds_leftovers ? std::vector<std::string>{"org.gone.tool"} : std::vector<std::string>())
           << "never what an application owns";
     });
-    ada.tree.mode(c.closed, 0700);
+    user.tree.mode(c.closed, 0700);
   }
 }
 
@@ -118,54 +118,56 @@ void leave_handles(rlim_t count) {
 }
 
 TEST(LookProblem, a_folder_that_refuses_access_hides_its_applications_but_is_told) {
-  TestPlatform ada;
-  fill(ada);
-  ada.tree.mode("Applications/Vendor", 0);
-  test::as_plain_user(ada.tree, [&] {
-    Engine of(ada);
-    EXPECT_THAT(problems(of), testing::ElementsAre("remainders: Not all was seen: %@ may not be read " +
-                                                   ada.tree.path("Applications/Vendor")));
-    EXPECT_EQ(of.cleaner.apps_remainders_item->files.size(), 1U);
+  TestPlatform user;
+  fill(user);
+  user.tree.mode("Applications/Vendor", 0);
+  test::as_plain_user(user.tree, [&] {
+    Engine engine(user);
+    EXPECT_THAT(problems(engine), testing::ElementsAre("remainders: Not all was seen: %@ may not be read " +
+                                                       user.tree.path("Applications/Vendor")));
+    EXPECT_EQ(engine.cleaner.apps_remainders_item->files.size(), 1U);
   });
-  ada.tree.mode("Applications/Vendor", 0700);
+  user.tree.mode("Applications/Vendor", 0700);
 }
 
-TEST(LookProblem, without_handles_nothing_is_clean_and_nothing_left_over_that_somebody_owns) {
+TEST(LookProblem, without_handles_nothing_is_called_clean_and_nothing_owned_a_leftover) {
 #ifdef __SANITIZE_ADDRESS__
   GTEST_SKIP() << "the sanitizer needs handles for what it checks";
 #endif
   for (const rlim_t handles : {0U, 1U, 2U, 3U, 4U, 6U, 40U}) {
     SCOPED_TRACE(std::to_string(handles) + " handles");
-    TestPlatform ada;
-    fill(ada);
+    TestPlatform user;
+    fill(user);
     // The walk there needs more handles than a listing.
     const std::string deep = "ada/Documents/1/1/1/1/1/";
-    for (const char* beside : {"2", "1/2", "1/1/2", "1/1/1/2"}) ada.tree.folder("ada/Documents/" + std::string(beside));
-    ada.application(deep + "Deep.app", "com.deep.tool").tree.file(library + "Caches/com.deep.tool/x", 10);
-    test::as_plain_user(ada.tree, [&] {
-      Engine of(ada);
+    for (const char* beside : {"2", "1/2", "1/1/2", "1/1/1/2"})
+      user.tree.folder("ada/Documents/" + std::string(beside));
+    user.application(deep + "Deep.app", "com.deep.tool").tree.file(library + "Caches/com.deep.tool/x", 10);
+    test::as_plain_user(user.tree, [&] {
+      Engine engine(user);
       leave_handles(handles);
-      of.cleaner.clean_with_complete_handler([] {});
+      engine.cleaner.clean_with_complete_handler([] {});
       const auto told = [&](std::string_view group) {
-        const auto problem = of.cleaner.problem_of(group);
+        const auto problem = engine.cleaner.problem_of(group);
         return problem && problem->kind == cut_short;
       };
       for (const Category& category : junk_categories()) {
-        const CleanerItem& item = *(of.cleaner.*category.item);
+        const CleanerItem& item = *(engine.cleaner.*category.item);
         EXPECT_TRUE(item.size >= 10 || told(category.setting)) << category.setting << " is not empty";
       }
       raise_handle_limit();
-      for (const auto& category : cleanup_categories()) ada.settings.set_boolean(category.setting, false);
-      ada.settings.set_boolean("Remainders", true);
-      of.cleaner.cleanup_with_complete_handler([] {});
-      EXPECT_TRUE(ada.tree.exists(library + "Preferences/com.here.tool.plist")) << "nor does a removal run take it";
-      ada.tree.file(library + "Caches/org.gone.tool/x", 10);
+      for (const auto& category : cleanup_categories()) user.settings.set_boolean(category.setting, false);
+      user.settings.set_boolean("Remainders", true);
+      engine.cleaner.cleanup_with_complete_handler([] {});
+      EXPECT_TRUE(user.tree.exists(library + "Preferences/com.here.tool.plist")) << "nor does a removal run take it";
+      user.tree.file(library + "Caches/org.gone.tool/x", 10);
       leave_handles(handles);
-      of.scan();
+      engine.scan();
       for (const Category& category : smart_categories()) {
-        EXPECT_TRUE(of.cleaner.*category.smart.total >= 10 || told(category.type)) << category.type << " is not empty";
+        EXPECT_TRUE(engine.cleaner.*category.smart.total >= 10 || told(category.type))
+            << category.type << " is not empty";
       }
-      EXPECT_THAT(leftovers(of), testing::Not(testing::Contains(testing::AnyOf("com.here.tool", "com.deep.tool"))));
+      EXPECT_THAT(leftovers(engine), testing::Not(testing::Contains(testing::AnyOf("com.here.tool", "com.deep.tool"))));
       EXPECT_TRUE(handles < 40 || !told("remainders")) << "so many are enough";
     });
   }
@@ -186,20 +188,20 @@ TEST(LookProblem, a_home_without_the_known_places_is_not_called_clean) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.folder);
-    TestPlatform ada;
-    ada.tree.folder(c.folder);
-    Engine of(ada);
-    of.scan();
-    EXPECT_EQ(of.cleaner.knows_places(), c.is_known);
+    TestPlatform user;
+    user.tree.folder(c.folder);
+    Engine engine(user);
+    engine.scan();
+    EXPECT_EQ(engine.cleaner.knows_places(), c.is_known);
     for (const std::string group : {"caches", "installs", "trash"}) {
       const bool has_place = std::string(c.groups_with_a_place).find(group) != std::string::npos;
       const auto no_place_problem = LookProblem{no_place, "ada", true};
-      EXPECT_EQ(of.cleaner.problem_of(group), has_place ? std::nullopt : std::optional(no_place_problem)) << group;
+      EXPECT_EQ(engine.cleaner.problem_of(group), has_place ? std::nullopt : std::optional(no_place_problem)) << group;
     }
-    ada.tree.folder("ada/Library/Caches").folder("ada/Downloads");
-    of.scan();
-    EXPECT_TRUE(of.cleaner.knows_places());
-    EXPECT_EQ(of.cleaner.problem_of("caches"), std::nullopt) << "each scan looks again";
+    user.tree.folder("ada/Library/Caches").folder("ada/Downloads");
+    engine.scan();
+    EXPECT_TRUE(engine.cleaner.knows_places());
+    EXPECT_EQ(engine.cleaner.problem_of("caches"), std::nullopt) << "each scan looks again";
   }
 }
 

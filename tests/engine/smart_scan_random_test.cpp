@@ -34,8 +34,8 @@ constexpr const char* identifiers[] = {"com.gone.tool", "com.gone.tool.kit", "or
 struct Reading {
   using Rows = std::vector<std::pair<std::string, Paths>>;
 
-  const test::Engine& of;
-  const test::TestPlatform& ada;
+  const test::Engine& engine;
+  const test::TestPlatform& user;
   /// The identifier of each application bundle, by path.
   const std::map<std::string, std::string>& owners;
   std::map<std::string, std::string> labels = {};
@@ -43,8 +43,8 @@ struct Reading {
 
   Paths list(const std::string& folder, bool hidden = false) const {
     Paths paths;
-    if (!fs::is_directory(fs::symlink_status(ada.tree.path(folder)))) return paths;
-    for (const auto& entry : fs::directory_iterator(ada.tree.path(folder))) {
+    if (!fs::is_directory(fs::symlink_status(user.tree.path(folder)))) return paths;
+    for (const auto& entry : fs::directory_iterator(user.tree.path(folder))) {
       const std::string name = entry.path().filename();
       if (hidden || name[0] != '.') paths.push_back(folder + "/" + name);
     }
@@ -53,7 +53,7 @@ struct Reading {
   }
 
   std::int64_t size(const std::string& path) const {
-    const fs::path full = ada.tree.path(path);
+    const fs::path full = user.tree.path(path);
     if (fs::is_symlink(full)) return std::ssize(fs::read_symlink(full).native());
     std::int64_t bytes = fs::is_regular_file(full) ? static_cast<std::int64_t>(fs::file_size(full)) : 0;
     for (const std::string& entry : list(path, true)) bytes += size(entry);
@@ -61,7 +61,7 @@ struct Reading {
   }
 
   void group(Rows rows, bool sorted, bool also_empty) {
-    const auto before = [&](const auto& a, const auto& b) { return ada.text.compare(a.first, b.first) < 0; };
+    const auto before = [&](const auto& a, const auto& b) { return user.text.compare(a.first, b.first) < 0; };
     if (sorted) std::stable_sort(rows.begin(), rows.end(), before);
     for (const auto& [label, paths] : rows) {
       std::int64_t bytes = 0;
@@ -99,7 +99,7 @@ struct Reading {
       }
     }
     for (const std::string& orphan : orphans) {
-      leftovers.push_back({of.remainders.setLabel(orphan), {}});
+      leftovers.push_back({engine.remainders.setLabel(orphan), {}});
       for (const std::string& path : all) {
         if (path.find(orphan) != std::string::npos) leftovers.back().second.push_back(path);
       }
@@ -120,28 +120,28 @@ TEST(SmartScan, of_any_home_tells_what_a_plain_reading_of_the_rules_tells) {
   std::mt19937 random(seed);
   const auto any_of = [&](const auto& list) { return std::string(list[random() % std::size(list)]); };
   const auto named = [&](std::string path) { return path.replace(path.find('%'), 1, any_of(identifiers)); };
-  test::TestPlatform ada;  // one for all homes, because it stores its grants with a flush to the disk
+  test::TestPlatform user;  // one for all homes, because it stores its grants with a flush to the disk
   for (int home = 0; home < 12 && !testing::Test::HasFailure(); ++home) {
     for (const char* top : {"ada", "Applications"}) {
-      for (const auto& entry : fs::directory_iterator(ada.tree.path(top))) fs::remove_all(entry);
+      for (const auto& entry : fs::directory_iterator(user.tree.path(top))) fs::remove_all(entry);
     }
     std::map<std::string, std::string> owners;
     for (auto count = random() % 60; count > 0; --count) {
-      ada.tree.file(library + any_of(folders) + "/" + named(any_of(entries)), static_cast<int>(random() % 4));
+      user.tree.file(library + any_of(folders) + "/" + named(any_of(entries)), static_cast<int>(random() % 4));
     }
     for (auto count = random() % 8; count > 0; --count) {
       const std::string path = named(any_of(bundles) + "/%.app");
-      ada.application(path, owners[path] = any_of(identifiers));
+      user.application(path, owners[path] = any_of(identifiers));
     }
-    ada.tree.link(library + named(any_of(links)), "../Downloads");
-    test::Engine of(ada);
-    of.scan();
+    user.tree.link(library + named(any_of(links)), "../Downloads");
+    test::Engine engine(user);
+    engine.scan();
     std::string scanned;
     for (const auto item :
          {&Cleaner::apps_caches_item, &Cleaner::apps_logs_item, &Cleaner::apps_remainders_item, &Cleaner::trash_item}) {
-      for (const std::string& row : test::row_texts(ada, *(of.cleaner.*item))) scanned += row + "\n";
+      for (const std::string& row : test::row_texts(user, *(engine.cleaner.*item))) scanned += row + "\n";
     }
-    EXPECT_EQ(scanned, (Reading{of, ada, owners}.read()));
+    EXPECT_EQ(scanned, (Reading{engine, user, owners}.read()));
   }
 }
 

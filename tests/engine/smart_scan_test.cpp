@@ -25,19 +25,19 @@ const std::string library = "ada/Library/";
 
 TEST(SmartScan, of_an_empty_home_has_all_groups_and_tells_every_step) {
   for (const auto grants : {TestPlatform::Grants::both, TestPlatform::Grants::none}) {
-    TestPlatform ada(grants);
-    if (grants == TestPlatform::Grants::none) ada.tree.file(library + "Caches/x/y", 1).file("ada/.Trash/x", 1);
-    Engine of(ada);
-    const Cleaner& cleaner = of.cleaner;
+    TestPlatform user(grants);
+    if (grants == TestPlatform::Grants::none) user.tree.file(library + "Caches/x/y", 1).file("ada/.Trash/x", 1);
+    Engine engine(user);
+    const Cleaner& cleaner = engine.cleaner;
     Texts posted;
     for (const std::string& name : notifications) {
-      ada.notifications.add_observer(name, [&posted, name] { posted.push_back(name); });
+      user.notifications.add_observer(name, [&posted, name] { posted.push_back(name); });
     }
-    of.cleaner.smart_clean_with_complete_handler([&] {
+    engine.cleaner.smart_clean_with_complete_handler([&] {
       EXPECT_TRUE(cleaner.search_is_complete);
       posted.push_back("handler");
     });
-    ada.main_queue.run_pending();
+    user.main_queue.run_pending();
     Texts expected = notifications;
     expected.insert(expected.begin(), "handler");
     EXPECT_EQ(posted, expected) << "observers hear of it on the main queue only";
@@ -49,52 +49,55 @@ TEST(SmartScan, of_an_empty_home_has_all_groups_and_tells_every_step) {
     EXPECT_THAT(menu, ElementsAre("Apps Junk", "caches", "logs", "remainders", "Apps Data", "browsers", "mails",
                                   "Files", "installs", "trash"));
     EXPECT_EQ(cleaner.total_smart_size, 0);
-    EXPECT_THAT(row_texts(ada, *cleaner.mails_item), ElementsAre()) << "of the system's own there is nothing to remove";
+    EXPECT_THAT(row_texts(user, *cleaner.mails_item), ElementsAre())
+        << "of the system's own there is nothing to remove";
     EXPECT_NE(cleaner.client_record("apple-mail"), nullptr) << "but its record is always there";
   }
 }
 
 TEST(SmartScan, lets_the_main_thread_read_what_a_notification_says_is_finished) {
-  TestPlatform ada;
-  ada.tree.file(library + "Caches/a/x", 1).file(library + "Logs/b.log", 2).file("ada/Downloads/c.dmg", 4);
-  ada.tree.file(library + "Caches/com.gone.tool/x", 8).file(library + "Safari/LocalStorage/x", 16);
-  Engine of(ada);
+  TestPlatform user;
+  user.tree.file(library + "Caches/a/x", 1).file(library + "Logs/b.log", 2).file("ada/Downloads/c.dmg", 4);
+  user.tree.file(library + "Caches/com.gone.tool/x", 8).file(library + "Safari/LocalStorage/x", 16);
+  Engine engine(user);
   std::vector<std::int64_t> seen;
   for (std::size_t at = 0; at < notifications.size(); ++at) {
-    ada.notifications.add_observer(notifications[at], [&, at] {
+    user.notifications.add_observer(notifications[at], [&, at] {
       const Category& finished = smart_categories()[at];
-      seen.push_back((of.cleaner.*finished.smart.outline)->size);
-      for (const CleanerEntry& entry : (of.cleaner.*finished.item)->items) EXPECT_FALSE(test::label_of(entry).empty());
+      seen.push_back((engine.cleaner.*finished.smart.outline)->size);
+      for (const CleanerEntry& entry : (engine.cleaner.*finished.item)->items)
+        EXPECT_FALSE(test::label_of(entry).empty());
     });
   }
   bool complete = false;
-  std::thread scan(
-      [&] { of.cleaner.smart_clean_with_complete_handler([&] { ada.main_queue.async([&] { complete = true; }); }); });
-  ada.main_queue.run_until([&] { return complete; });
+  std::thread scan([&] {
+    engine.cleaner.smart_clean_with_complete_handler([&] { user.main_queue.async([&] { complete = true; }); });
+  });
+  user.main_queue.run_until([&] { return complete; });
   scan.join();
   EXPECT_THAT(seen, ElementsAre(9, 2, 8, 16, 0, 4));
-  EXPECT_EQ(of.cleaner.total_smart_size, 39);
+  EXPECT_EQ(engine.cleaner.total_smart_size, 39);
 }
 
 TEST(SmartScan, that_is_stopped_reads_no_application_and_calls_nothing_left_over) {
-  TestPlatform ada;
+  TestPlatform user;
   const std::string editor = "Applications/Editor.app";
-  ada.application(editor, "com.example.editor").tree.file(library + "Caches/com.example.editor/x", 1);
-  ada.tree.file(library + "Caches/com.gone.tool/x", 1);
-  Engine of(ada);
-  of.remainders.installedApplications = {ada.url(editor)};
-  ada.files.stop_looking();
-  test::OpenWatch watch(ada.tree.path(editor + "/Contents/Info.plist"));
-  of.scan();
-  EXPECT_THAT(of.cache.smart_caches(), IsEmpty());
-  EXPECT_THAT(of.remainders.remianders(), IsEmpty()) << "an application that was not read owns files all the same";
-  EXPECT_THAT(of.remainders.language_packages(), IsEmpty());
-  of.inventory.installedApplications([](bool) {});
-  of.inventory.unusedApplications([](bool) {});
+  user.application(editor, "com.example.editor").tree.file(library + "Caches/com.example.editor/x", 1);
+  user.tree.file(library + "Caches/com.gone.tool/x", 1);
+  Engine engine(user);
+  engine.remainders.installedApplications = {user.url(editor)};
+  user.files.stop_looking();
+  test::OpenWatch watch(user.tree.path(editor + "/Contents/Info.plist"));
+  engine.scan();
+  EXPECT_THAT(engine.cache.smart_caches(), IsEmpty());
+  EXPECT_THAT(engine.remainders.remianders(), IsEmpty()) << "an application that was not read owns files all the same";
+  EXPECT_THAT(engine.remainders.language_packages(), IsEmpty());
+  engine.inventory.installedApplications([](bool) {});
+  engine.inventory.unusedApplications([](bool) {});
   EXPECT_FALSE(watch.has_seen_any());
-  ada.files.look_again();
-  of.scan();
-  EXPECT_EQ(of.cleaner.total_smart_size, 3) << "two caches, of which one is left over";
+  user.files.look_again();
+  engine.scan();
+  EXPECT_EQ(engine.cleaner.total_smart_size, 3) << "two caches, of which one is left over";
 }
 
 TEST(SmartScan, takes_the_clients_that_are_present) {
@@ -164,46 +167,47 @@ TEST(SmartScan, takes_the_clients_that_are_present) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.why);
-    TestPlatform ada;
-    for (const auto& [path, size] : c.files) ada.tree.file(path, size);
-    for (const auto& [path, target] : c.links) ada.tree.link(path, target);
-    Engine of(ada);
-    of.scan();
-    EXPECT_EQ(row_texts(ada, *of.cleaner.browser_item), c.browsers);
-    EXPECT_EQ(row_texts(ada, *of.cleaner.mails_item), c.mails);
+    TestPlatform user;
+    for (const auto& [path, size] : c.files) user.tree.file(path, size);
+    for (const auto& [path, target] : c.links) user.tree.link(path, target);
+    Engine engine(user);
+    engine.scan();
+    EXPECT_EQ(row_texts(user, *engine.cleaner.browser_item), c.browsers);
+    EXPECT_EQ(row_texts(user, *engine.cleaner.mails_item), c.mails);
   }
 }
 
 TEST(SmartScan, finds_installers_by_their_exact_extensions) {
-  TestPlatform ada;
+  TestPlatform user;
   for (const char* path :
        {"Downloads/b.apk", "Downloads/folder.pkg/inside", "Desktop/A.dmg", "Documents/a.dmg",
         "Library/Application Support/c.ipa", "Library/Application Support/no.apk", "Desktop/no.DMG",
         "Desktop/no.dmg.part", "Desktop/.no.dmg", "Documents/sub/no.dmg", "Documents/dmg", "no.dmg"}) {
-    ada.tree.file(std::string("ada/") + path, 2);
+    user.tree.file(std::string("ada/") + path, 2);
   }
-  ada.tree.link("ada/Desktop/link.dmg", "A.dmg");
-  Engine of(ada);
-  of.scan();
-  EXPECT_THAT(row_texts(ada, *of.cleaner.install_files_item),
+  user.tree.link("ada/Desktop/link.dmg", "A.dmg");
+  Engine engine(user);
+  engine.scan();
+  EXPECT_THAT(row_texts(user, *engine.cleaner.install_files_item),
               ElementsAre("A.dmg 2: ada/Desktop/A.dmg", "a.dmg 2: ada/Documents/a.dmg", "b.apk 2: ada/Downloads/b.apk",
                           "c.ipa 2: ada/Library/Application Support/c.ipa",
                           "folder.pkg 0: ada/Downloads/folder.pkg",  // its own size, not what is in it
                           "link.dmg 5: ada/Desktop/link.dmg"));
 }
 
-TEST(SmartScan, again_counts_anew_except_for_leftovers) {
-  TestPlatform ada;
-  ada.tree.file(library + "Caches/com.gone.tool/x", 10).file(library + "Safari/LocalStorage/x", 5);
-  Engine of(ada);
-  of.scan();
-  EXPECT_EQ(of.cleaner.total_smart_size, 25);
-  std::filesystem::remove_all(ada.tree.path(library + "Safari"));
-  of.scan();
-  EXPECT_EQ(of.cleaner.total_smart_size, 30) << "the leftovers of both scans together, everything else as it is now";
-  EXPECT_EQ(of.cleaner.apps_remainders_item->items.size(), 1U) << "the list holds them once";
-  EXPECT_TRUE(of.cleaner.browser_item->items.empty()) << "a browser that is gone is no longer shown";
-  EXPECT_EQ(of.cleaner.smart_menu_items.size(), 10U);
+TEST(SmartScan, a_second_one_restarts_all_sums_except_for_leftovers) {
+  TestPlatform user;
+  user.tree.file(library + "Caches/com.gone.tool/x", 10).file(library + "Safari/LocalStorage/x", 5);
+  Engine engine(user);
+  engine.scan();
+  EXPECT_EQ(engine.cleaner.total_smart_size, 25);
+  std::filesystem::remove_all(user.tree.path(library + "Safari"));
+  engine.scan();
+  EXPECT_EQ(engine.cleaner.total_smart_size, 30)
+      << "the leftovers of both scans together, everything else as it is now";
+  EXPECT_EQ(engine.cleaner.apps_remainders_item->items.size(), 1U) << "the list holds them once";
+  EXPECT_TRUE(engine.cleaner.browser_item->items.empty()) << "a browser that is gone is no longer shown";
+  EXPECT_EQ(engine.cleaner.smart_menu_items.size(), 10U);
 }
 
 }  // namespace

@@ -11,11 +11,11 @@ namespace tarnby::test {
 
 /// The objects of one process, on a test's own platform.
 struct Engine {
-  explicit Engine(TestPlatform& ada)
-      : inventory(ada.platform),
-        cache(ada.platform, inventory),
-        remainders(ada.platform, cache),
-        cleaner(ada.platform, cache, remainders) {}
+  explicit Engine(TestPlatform& user)
+      : inventory(user.platform),
+        cache(user.platform, inventory),
+        remainders(user.platform, cache),
+        cleaner(user.platform, cache, remainders) {}
 
   void scan() {
     cleaner.smart_clean_with_complete_handler([] {});
@@ -44,10 +44,10 @@ inline std::string row_text(const std::string& label, std::int64_t size, const s
   return text;
 }
 
-inline std::vector<std::string> row_texts(const TestPlatform& ada, const CleanerItem& category) {
+inline std::vector<std::string> row_texts(const TestPlatform& user, const CleanerItem& category) {
   std::vector<std::string> rows;
   for (const CleanerEntry& entry : category.items) {
-    rows.push_back(row_text(label_of(entry), size_of(entry), ada.relative(locations_of(entry))));
+    rows.push_back(row_text(label_of(entry), size_of(entry), user.relative(locations_of(entry))));
   }
   return rows;
 }

@@ -70,7 +70,7 @@ TEST(Walk, equals_a_plain_walk_one_folder_after_the_other) {
   }
 }
 
-TEST(Walk, comes_to_the_end_of_paths_longer_than_the_system_takes) {
+TEST(Walk, reaches_the_end_of_paths_longer_than_the_system_allows) {
   constexpr int depth = 3000;
   TempTree tree;
   int level = 0;

@@ -252,7 +252,7 @@ TEST(Removal, counts_for_one_of_several_at_once_what_that_one_took) {
   EXPECT_EQ(all.taken, 2 * 60);
 }
 
-TEST(Removal, reaches_any_depth_and_any_count_with_few_handles) {
+TEST(Removal, works_at_any_depth_and_count_with_few_handles) {
   for (const Team& team : {Team{1, 0}, Team{8, 0}, Team{1, 16}, Team{8, 16}}) {
     SCOPED_TRACE(team.why());
     TempTree tree;

@@ -84,7 +84,7 @@ class SystemFailure : public testing::Test {
   FileManager files{1};
 };
 
-TEST_F(SystemFailure, where_the_identity_cannot_be_told_nothing_goes) {
+TEST_F(SystemFailure, nothing_is_removed_when_its_identity_is_unknown) {
   tree.file("grant/t/sub/file").file("grant/file").file("other/file");
   ASSERT_TRUE(files.granted().add(Grant::applications, tree.url("grant")));
   untold_folder = tree.path("other");
@@ -198,7 +198,7 @@ int refusal(long result) {
   return result < 0 ? errno : 0;
 }
 
-TEST_F(SystemFailure, what_a_thread_gave_up_the_kernel_refuses) {
+TEST_F(SystemFailure, the_kernel_refuses_what_a_thread_gave_up) {
   tree.file("grant/sub/1").file("settings/list").file("outside/1").folder("grant/empty").link("grant/link", "nowhere");
   const auto at = [&](const char* path) { return tree.path(path); };
   bool has_given_up = false;

@@ -44,9 +44,9 @@ TEST(Application, describes_a_bundle_by_its_list) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.why);
-    TestPlatform ada;
-    ada.tree.content("Applications/Writer.app/Contents/Info.plist", write_xml_property_list(c.list));
-    const auto item = Application(ada.platform).application(ada.url("Applications/Writer.app"));
+    TestPlatform user;
+    user.tree.content("Applications/Writer.app/Contents/Info.plist", write_xml_property_list(c.list));
+    const auto item = Application(user.platform).application(user.url("Applications/Writer.app"));
     const Paths texts = {item->label_name,       item->bundle.value_or(none), item->bundle_name,
                          item->bundle_name_info, item->executable_info,       item->company_name.value_or(none),
                          item->app_version,      item->log_file_name};
@@ -71,27 +71,27 @@ TEST(Application, finds_the_icon_that_the_list_names) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.why);
-    TestPlatform ada;
+    TestPlatform user;
     const std::string resources = "A.app/Contents/Resources/";
-    ada.application("A.app", BundleValues{{}, {}, {}, c.value, {}}).tree.file("A.app/outside.icns");
-    for (const std::string& name : c.resources) ada.tree.file(resources + name);
-    const Image icon = Application(ada.platform).application(ada.url("A.app"))->app_icon;
-    EXPECT_EQ(icon ? ada.relative(icon.url) : none, c.icon == none ? none : resources + c.icon);
+    user.application("A.app", BundleValues{{}, {}, {}, c.value, {}}).tree.file("A.app/outside.icns");
+    for (const std::string& name : c.resources) user.tree.file(resources + name);
+    const Image icon = Application(user.platform).application(user.url("A.app"))->app_icon;
+    EXPECT_EQ(icon ? user.relative(icon.url) : none, c.icon == none ? none : resources + c.icon);
   }
 }
 
 /// The paths of what the inventory lists, in order.
-Paths listed(TestPlatform& ada, const std::map<const char*, std::int64_t>& settings = {}) {
-  for (const auto& [key, value] : settings) ada.settings.set_integer(key, value);
-  Application inventory(ada.platform);
+Paths listed(TestPlatform& user, const std::map<const char*, std::int64_t>& settings = {}) {
+  for (const auto& [key, value] : settings) user.settings.set_integer(key, value);
+  Application inventory(user.platform);
   inventory.installedApplications([](bool done) { EXPECT_TRUE(done); });
   Paths paths;
-  for (const auto& item : *inventory.items) paths.push_back(ada.relative(item->url));
+  for (const auto& item : *inventory.items) paths.push_back(user.relative(item->url));
   return paths;
 }
 
 TEST(Application, lists_what_lies_where_applications_belong_sorted_by_label) {
-  TestPlatform ada;
+  TestPlatform user;
   for (const char* path :
        {"Applications/b.app", "Applications/V/C.app", "Applications/V/Sub/A.app", "Applications/V/Sub/Deep/No.app",
         "Applications/b.app/Contents/No.app", "Applications/Utilities/No.app", "Applications/Utilities/Tools/E.app",
@@ -99,18 +99,18 @@ TEST(Application, lists_what_lies_where_applications_belong_sorted_by_label) {
         "Applications/V/Utilities/G.app", "Applications/.hidden/No.app", "ada/Applications/B.app",
         "ada/Applications/Sub/I.app", "ada/Documents/deep/J.app", "ada/Documents/deep/J.app/Contents/No.app",
         "ada/dev/L.framework/No.app", "ada/.cache/K.app", "ada/No.APP"}) {
-    ada.application(path, "com.example.app");
+    user.application(path, "com.example.app");
   }
-  ada.tree.file("Applications/File.app").link("Applications/Link.app", "b.app").link("Applications/Linked", "V");
+  user.tree.file("Applications/File.app").link("Applications/Link.app", "b.app").link("Applications/Linked", "V");
   const Paths usual = {"Applications/V/Sub/A.app", "Applications/b.app", "ada/Applications/B.app",
                        "Applications/V/C.app", "Applications/V/Utilities/G.app"};
-  EXPECT_EQ(listed(ada), usual) << "two folders deep below Applications; in the home only what is in its own";
-  EXPECT_EQ(listed(ada, {{"includeUtilities", 2}, {"include_user_apps", -1}}), usual) << "only 1 asks for more";
-  EXPECT_THAT(listed(ada, {{"includeUtilities", 1}}),
+  EXPECT_EQ(listed(user), usual) << "two folders deep below Applications; in the home only what is in its own";
+  EXPECT_EQ(listed(user, {{"includeUtilities", 2}, {"include_user_apps", -1}}), usual) << "only 1 asks for more";
+  EXPECT_THAT(listed(user, {{"includeUtilities", 1}}),
               ElementsAre(usual[0], usual[1], usual[2], usual[3], "Applications/Utilities/Tools/E.app",
                           "Applications/Utilities/Tools/Sub/F.app", usual[4]))
       << "Utilities gives those in its folders, never those directly in it";
-  EXPECT_THAT(listed(ada, {{"includeUtilities", 0}, {"include_user_apps", 1}}),
+  EXPECT_THAT(listed(user, {{"includeUtilities", 0}, {"include_user_apps", 1}}),
               ElementsAre(usual[0], usual[2], usual[1], usual[2], usual[3], usual[4], "ada/Applications/Sub/I.app",
                           "ada/Documents/deep/J.app", "ada/.cache/K.app"))
       << "the user's own: hidden ones, none inside a package or framework, and those of ~/Applications twice";
@@ -133,23 +133,23 @@ TEST(Application, leaves_out_the_systems_own_applications_unless_asked_for_them)
       {"com.Ildren.Corvash.Uninstaller-orvane", true},
       {"com.apple.dt.com.Ildren.Corvash.Uninstaller-orvane", false},
       {"", false}};
-  TestPlatform ada;
+  TestPlatform user;
   for (const auto& [identifier, is_listed] : listed_by_identifier) {
-    ada.application("Applications/A.app", identifier);
-    EXPECT_EQ(listed(ada, {{"includeDefaultApps", 2}}).size(), is_listed ? 1 : 0) << identifier << ", only 1 asks";
-    EXPECT_EQ(listed(ada, {{"includeDefaultApps", 1}}).size(), identifier.empty() ? 0 : 1) << identifier;
+    user.application("Applications/A.app", identifier);
+    EXPECT_EQ(listed(user, {{"includeDefaultApps", 2}}).size(), is_listed ? 1 : 0) << identifier << ", only 1 asks";
+    EXPECT_EQ(listed(user, {{"includeDefaultApps", 1}}).size(), identifier.empty() ? 0 : 1) << identifier;
   }
 }
 
 TEST(Application, describes_dropped_paths_in_the_order_given) {
-  TestPlatform ada;
-  ada.application("B.app", "com.apple.b").application("C.APP", "com.example.c").tree.folder("No identifier.app");
+  TestPlatform user;
+  user.application("B.app", "com.apple.b").application("C.APP", "com.example.c").tree.folder("No identifier.app");
   Paths paths;
   for (const char* name : {"No identifier.app", "C.APP", "B.app", ".app", "B.app/"}) {
-    paths.push_back(ada.tree.path(name));
+    paths.push_back(user.tree.path(name));
   }
   Paths labels;
-  for (const auto& item : Application(ada.platform).dragAndDropApplications(paths)) labels.push_back(item->label);
+  for (const auto& item : Application(user.platform).dragAndDropApplications(paths)) labels.push_back(item->label);
   EXPECT_THAT(labels, ElementsAre("No identifier", "B", "B")) << "neither sorted nor filtered nor made unique";
 }
 

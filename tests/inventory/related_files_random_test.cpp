@@ -82,7 +82,7 @@ void read_plainly(const fs::path& folder, bool walks, Paths& found) {
 
 /// The rows read one after the other for an application as it was described.
 struct PlainSearch {
-  test::TestPlatform& ada;
+  test::TestPlatform& user;
   const ApplicationItem& item;
   Paths login_items;
   bool may_search_disk;
@@ -96,7 +96,7 @@ struct PlainSearch {
     for (const char c : item.label) letters += c >= 'A' && c <= 'z' ? std::string(1, c) : "";
     const std::string company = item.company_name.value_or("");
     const auto installed = [&](const char* name) {
-      return ada.tree.exists("Applications/Microsoft " + std::string(name));
+      return user.tree.exists("Applications/Microsoft " + std::string(name));
     };
     const bool is_last =
         shows && bundle.find("com.microsoft") != std::string::npos && installed("Word.app") != installed("Excel.app");
@@ -125,7 +125,7 @@ struct PlainSearch {
 
   Paths fixed(const PlainRow& row) const {
     const fs::path place =
-        row.order == 2 ? fs::path(item.url.path()).parent_path() : fs::path(ada.tree.path(row.folder));
+        row.order == 2 ? fs::path(item.url.path()).parent_path() : fs::path(user.tree.path(row.folder));
     const bool applies = row.order != 2 ? bundle == row.keys
                                         : contains_folded(bundle, "com.adobe") && place.filename() != "Applications" &&
                                               place.string().find("Applications") != std::string::npos;
@@ -133,7 +133,7 @@ struct PlainSearch {
   }
 
   bool takes(const PlainRow& row, const std::string& entry) const {
-    const std::string below = entry.substr(ada.tree.path(row.folder).size() + 1);
+    const std::string below = entry.substr(user.tree.path(row.folder).size() + 1);
     if (row.order == 30) return path_extension_of(below).empty();
     return row.order != 3 || (!(below + "/").starts_with("CrashReporter/") && path_extension_of(below) != "app");
   }
@@ -152,7 +152,7 @@ struct PlainSearch {
     for (const PlainRow& row : plain_rows) {
       if (row.folder.starts_with("disk/") && !may_search_disk) continue;
       Paths entries = row.reading == 'f' ? fixed(row) : Paths{};
-      if (row.reading != 'f') read_plainly(ada.tree.path(row.folder), row.reading == 'w', entries);
+      if (row.reading != 'f') read_plainly(user.tree.path(row.folder), row.reading == 'w', entries);
       for (const std::string& entry : entries) {
         const std::string name = fs::path(entry).filename();
         const auto has = [&, folded = FoldedText(name)](const FoldedText& key) { return folded.contains(key); };
@@ -169,7 +169,7 @@ struct PlainSearch {
 
 /// Makes small trees of names that come from the application itself.
 struct Maker {
-  test::TestPlatform& ada;
+  test::TestPlatform& user;
   std::mt19937 random;
   Paths login_items = {};
 
@@ -189,16 +189,16 @@ struct Maker {
       list.emplace(key, any_of({"Éditor", "Editor Pro", "e-Plus kit", "X", ".", "Logs", "Caches", "",
                                 std::string(10'000, 'x')}));
     }
-    ada.tree.content(path + "/Contents/Info.plist", write_xml_property_list(list));
+    user.tree.content(path + "/Contents/Info.plist", write_xml_property_list(list));
     const std::string helpers = path + "/Contents/Library/LoginItems/";
     for (const char* helper : {"com.acme.helper", "Bar.Plus", "a"}) {
-      if (below(3) == 0) ada.application(helpers + helper + ".app", helper), login_items.emplace_back(helper);
+      if (below(3) == 0) user.application(helpers + helper + ".app", helper), login_items.emplace_back(helper);
     }
-    ada.application(helpers + ".app", "com.hidden.helper").application(helpers + "No.APP", "com.other.helper");
+    user.application(helpers + ".app", "com.hidden.helper").application(helpers + "No.APP", "com.other.helper");
     for (const char* name : {"Word", "Excel"}) {
-      if (below(3) == 0) ada.tree.folder("Applications/Microsoft " + std::string(name) + ".app");
+      if (below(3) == 0) user.tree.folder("Applications/Microsoft " + std::string(name) + ".app");
     }
-    return ada.url(path);
+    return user.url(path);
   }
 
   void entries(const std::string& folder, const ApplicationItem& item) {
@@ -224,9 +224,9 @@ struct Maker {
       while (below(3) == 0);
       try {
         if (below(8) == 0) {
-          ada.tree.link(path, ".");
+          user.tree.link(path, ".");
         } else {
-          ada.tree.file(path, static_cast<int>(below(1'000)));
+          user.tree.file(path, static_cast<int>(below(1'000)));
         }
       } catch (const std::exception&) {  // something stands in the way, and stays
       }
@@ -252,48 +252,48 @@ Paths paths_of(const std::vector<Url>& urls) {
 }
 
 /// Makes an application and fills these folders; checks what is shown, what would be removed, and what then goes.
-void check(test::TestPlatform& ada, std::uint32_t seed, const Paths& folders) {
+void check(test::TestPlatform& user, std::uint32_t seed, const Paths& folders) {
   for (const char* top : {"ada", "Applications", "disk"}) {
-    for (const auto& entry : fs::directory_iterator(ada.tree.path(top))) fs::remove_all(entry);
+    for (const auto& entry : fs::directory_iterator(user.tree.path(top))) fs::remove_all(entry);
   }
-  Maker make{ada, std::mt19937(seed)};
-  const ApplicationItem described = *Application(ada.platform).application(make.application());
+  Maker make{user, std::mt19937(seed)};
+  const ApplicationItem described = *Application(user.platform).application(make.application());
   for (const std::string& folder : folders) make.entries(folder, described);
   const bool any = make.below(2) == 1;
-  ada.settings.set_integer("AllowAny", any ? 1 : 2);
+  user.settings.set_integer("AllowAny", any ? 1 : 2);
 
   ApplicationItem shown = described;
-  shown.getfiles(ada.platform, [] {});
-  EXPECT_EQ(paths_of(shown.files), (PlainSearch{ada, described, make.login_items, any, true}.list()));
+  shown.getfiles(user.platform, [] {});
+  EXPECT_EQ(paths_of(shown.files), (PlainSearch{user, described, make.login_items, any, true}.list()));
   EXPECT_EQ(shown.sizes.size(), shown.files.size());
   ApplicationItem removed = described;
-  removed.find_removable_files(ada.platform);
-  EXPECT_EQ(paths_of(removed.files), (PlainSearch{ada, described, make.login_items, any, false}.list()));
+  removed.find_removable_files(user.platform);
+  EXPECT_EQ(paths_of(removed.files), (PlainSearch{user, described, make.login_items, any, false}.list()));
 
   const std::vector<Url> listed = removed.listed_files();
-  const std::vector<bool> refused = ada.files.refuses_to_remove(listed);
+  const std::vector<bool> refused = user.files.refuses_to_remove(listed);
   std::set<std::string> going;
   for (std::size_t at = 0; at < listed.size(); ++at) {
     EXPECT_NE(std::find(shown.files.begin(), shown.files.end(), listed[at]), shown.files.end()) << "not shown";
     if (!refused[at]) going.insert(listed[at].path());
   }
-  const auto before = test::snapshot_of(ada.tree.path());
-  ApplicationItem(described).remove_files(ada.platform);
-  EXPECT_EQ(test::after_losing(test::snapshot_of(ada.tree.path()), going), test::without(before, going));
+  const auto before = test::snapshot_of(user.tree.path());
+  ApplicationItem(described).remove_files(user.platform);
+  EXPECT_EQ(test::after_losing(test::snapshot_of(user.tree.path()), going), test::without(before, going));
 }
 
 TEST(RelatedFiles, are_what_a_plain_reading_of_the_table_tells) {
   const std::uint32_t seed = test::random_seed();
   SCOPED_TRACE(test::how_to_repeat(seed));
-  test::TestPlatform ada;
-  ada.tree.folder("disk");
-  ASSERT_TRUE(ada.bookmarks.store(Grant::disk, ada.url("disk")));
+  test::TestPlatform user;
+  user.tree.folder("disk");
+  ASSERT_TRUE(user.bookmarks.store(Grant::disk, user.url("disk")));
   Paths all;
   for (unsigned round = 0; round < std::size(plain_rows) + 12 && !HasFailure(); ++round) {
     const PlainRow* alone = round < std::size(plain_rows) ? &plain_rows[round] : nullptr;
     SCOPED_TRACE(alone ? "row " + std::to_string(alone->order) : "all rows");
     if (alone) all.push_back(alone->folder);
-    check(ada, seed + round, alone ? Paths{alone->folder} : all);
+    check(user, seed + round, alone ? Paths{alone->folder} : all);
   }
 }
 

@@ -18,18 +18,18 @@ using testing::IsSubsetOf;
 const std::string library = "ada/Library/";
 
 TEST(RelatedFiles, have_their_sizes_beside_them) {
-  TestPlatform ada;
+  TestPlatform user;
   const std::string bundle = "Applications/Editor.app";
-  ada.application(bundle, "com.example.editor").tree.file(bundle + "/.hidden/a", 70'000).file(bundle + "/a", 5'000);
-  ada.tree.file(library + "Preferences/com.example.editor.plist", 30).folder("elsewhere");
-  ada.tree.link(library + "Caches/com.example.editor", "../../../elsewhere");
-  const auto list_size = static_cast<std::int64_t>(ada.tree.read(bundle + "/Contents/Info.plist").size());
-  const auto item = Application(ada.platform).application(ada.url(bundle));
+  user.application(bundle, "com.example.editor").tree.file(bundle + "/.hidden/a", 70'000).file(bundle + "/a", 5'000);
+  user.tree.file(library + "Preferences/com.example.editor.plist", 30).folder("elsewhere");
+  user.tree.link(library + "Caches/com.example.editor", "../../../elsewhere");
+  const auto list_size = static_cast<std::int64_t>(user.tree.read(bundle + "/Contents/Info.plist").size());
+  const auto item = Application(user.platform).application(user.url(bundle));
   int calls = 0;
-  item->calculate_application_size_with_complete_handler(ada.platform, [&] { ++calls; });
+  item->calculate_application_size_with_complete_handler(user.platform, [&] { ++calls; });
   EXPECT_EQ(item->app_size_in_bytes, 75'000 + list_size) << "the application with all that is in it";
   EXPECT_EQ(item->app_size, "75 KB");
-  item->getfiles(ada.platform, [&] { ++calls; });
+  item->getfiles(user.platform, [&] { ++calls; });
   EXPECT_EQ(calls, 2);
   using Size = std::variant<std::uint64_t, Url>;
   EXPECT_THAT(item->sizes, ElementsAre(Size(Url::text("Executables")), Size(std::uint64_t(5'000 + list_size)),
@@ -48,44 +48,44 @@ TEST(RelatedFiles, are_the_bundle_alone_without_grants_and_need_not_be_there_any
   item->remove_files(nobody.platform);
   EXPECT_TRUE(nobody.tree.exists("Applications/Editor.app")) << "nothing outside the grants is removed";
 
-  TestPlatform ada;
-  ada.application("Applications/tool.app", "com.apple.tool").tree.file(library + "Caches/com.apple.tool");
-  ada.tree.file(library + "Caches/companyname");
-  const auto tool = Application(ada.platform).application(ada.url("Applications/tool.app"));
-  tool->getfiles(ada.platform, [] {});
+  TestPlatform user;
+  user.application("Applications/tool.app", "com.apple.tool").tree.file(library + "Caches/com.apple.tool");
+  user.tree.file(library + "Caches/companyname");
+  const auto tool = Application(user.platform).application(user.url("Applications/tool.app"));
+  tool->getfiles(user.platform, [] {});
   const auto shown = tool->listed_files();
-  std::filesystem::remove_all(ada.tree.path("Applications/tool.app"));
-  tool->find_removable_files(ada.platform);
+  std::filesystem::remove_all(user.tree.path("Applications/tool.app"));
+  tool->find_removable_files(user.platform);
   EXPECT_THAT(tool->listed_files(), IsSubsetOf(shown)) << "also for a record that was rewritten before";
-  for (const Removal& removal : tool->remove_found_files(ada.platform)) EXPECT_FALSE(removal.error);
-  EXPECT_FALSE(ada.tree.exists(library + "Caches/com.apple.tool"));
+  for (const Removal& removal : tool->remove_found_files(user.platform)) EXPECT_FALSE(removal.error);
+  EXPECT_FALSE(user.tree.exists(library + "Caches/com.apple.tool"));
 
-  ApplicationItem::init_with_label("Editor", {})->remove_files(ada.platform);
-  EXPECT_TRUE(ada.tree.exists(library + "Caches/companyname")) << "and a record of nothing is nothing's";
+  ApplicationItem::init_with_label("Editor", {})->remove_files(user.platform);
+  EXPECT_TRUE(user.tree.exists(library + "Caches/companyname")) << "and a record of nothing is nothing's";
 }
 
 TEST(RelatedFiles, are_found_at_the_real_path_where_a_disk_has_a_link_to_its_var) {
   for (const bool right : {true, false}) {
-    TestPlatform ada;
-    ada.application("Applications/Database.app", "com.example.db");
-    ada.tree.link("disk/var", right ? "private/var" : ada.tree.path("disk/private/var"));
+    TestPlatform user;
+    user.application("Applications/Database.app", "com.example.db");
+    user.tree.link("disk/var", right ? "private/var" : user.tree.path("disk/private/var"));
     const std::vector<std::string> found = {"disk/private/var/folders/a1/T/com.example.db",
                                             "disk/private/var/run/com.example.db.pid",
                                             "disk/private/var/db/com.example.db"};
-    for (const std::string& path : found) ada.tree.file(path);
-    ada.tree.file("disk/private/var/db/other");
-    ASSERT_TRUE(ada.bookmarks.store(Grant::disk, ada.url("disk")));
-    ada.settings.set_integer("AllowAny", 1);
-    const auto item = Application(ada.platform).application(ada.url("Applications/Database.app"));
-    item->getfiles(ada.platform, [] {});
-    auto shown = ada.relative(item->listed_files());
+    for (const std::string& path : found) user.tree.file(path);
+    user.tree.file("disk/private/var/db/other");
+    ASSERT_TRUE(user.bookmarks.store(Grant::disk, user.url("disk")));
+    user.settings.set_integer("AllowAny", 1);
+    const auto item = Application(user.platform).application(user.url("Applications/Database.app"));
+    item->getfiles(user.platform, [] {});
+    auto shown = user.relative(item->listed_files());
     shown.erase(shown.begin());  // the application
     EXPECT_EQ(shown.empty(), !right) << "no other link is followed";
     if (!right) continue;
     EXPECT_EQ(shown, found);
-    EXPECT_THAT(item->remove_files(ada.platform), testing::Each(testing::Field(&Removal::error, std::error_code())));
-    for (const std::string& path : found) EXPECT_FALSE(ada.tree.exists(path)) << path;
-    EXPECT_TRUE(ada.tree.exists("disk/private/var/db/other"));
+    EXPECT_THAT(item->remove_files(user.platform), testing::Each(testing::Field(&Removal::error, std::error_code())));
+    for (const std::string& path : found) EXPECT_FALSE(user.tree.exists(path)) << path;
+    EXPECT_TRUE(user.tree.exists("disk/private/var/db/other"));
   }
 }
 
@@ -95,12 +95,12 @@ struct ShownAndRemoved {
   std::vector<std::string> removed;
 };
 
-ShownAndRemoved files_of(TestPlatform& ada, const std::string& bundle) {
-  const auto item = Application(ada.platform).application(ada.url(bundle));
-  item->getfiles(ada.platform, [] {});
-  ShownAndRemoved files = {ada.relative(item->listed_files()), {}};
-  item->find_removable_files(ada.platform);
-  files.removed = ada.relative(item->listed_files());
+ShownAndRemoved files_of(TestPlatform& user, const std::string& bundle) {
+  const auto item = Application(user.platform).application(user.url(bundle));
+  item->getfiles(user.platform, [] {});
+  ShownAndRemoved files = {user.relative(item->listed_files()), {}};
+  item->find_removable_files(user.platform);
+  files.removed = user.relative(item->listed_files());
   return files;
 }
 
@@ -130,10 +130,10 @@ TEST(RelatedFiles, that_others_may_need_are_shown_and_never_removed) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.why);
-    TestPlatform ada;
-    ada.application(c.bundle, c.identifier).tree.file(outlook + "/mail", 1).file(profile, 1).file(suite + "/x", 1);
-    if (c.beside) ada.application(c.beside, "com.microsoft.other");
-    const ShownAndRemoved files = files_of(ada, c.bundle);
+    TestPlatform user;
+    user.application(c.bundle, c.identifier).tree.file(outlook + "/mail", 1).file(profile, 1).file(suite + "/x", 1);
+    if (c.beside) user.application(c.beside, "com.microsoft.other");
+    const ShownAndRemoved files = files_of(user, c.bundle);
     EXPECT_EQ(testing::Matches(testing::Contains(c.shared))(files.shown), c.is_shown);
     EXPECT_THAT(files.removed, testing::Not(testing::Contains(c.shared)));
     EXPECT_THAT(files.removed, testing::Contains(c.bundle));

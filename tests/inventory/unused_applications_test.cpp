@@ -16,19 +16,19 @@ constexpr std::int64_t day = 86'400;
 constexpr std::int64_t never = -1;
 
 /// An application that was opened and changed that many seconds ago.
-void add(TestPlatform& ada, const std::string& path, const std::string& identifier, std::int64_t used = never,
+void add(TestPlatform& user, const std::string& path, const std::string& identifier, std::int64_t used = never,
          std::int64_t changed = 90 * day) {
-  const std::int64_t now = ada.platform.now().time_since_epoch().count();
-  ada.application(path, BundleValues{identifier, {}, "tool", {}, {}});
-  ada.tree.file(path + "/Contents/MacOS/tool");
+  const std::int64_t now = user.platform.now().time_since_epoch().count();
+  user.application(path, BundleValues{identifier, {}, "tool", {}, {}});
+  user.tree.file(path + "/Contents/MacOS/tool");
   // Access counts as use only when it came after the executable was written.
   const std::int64_t opened = used == never ? now - changed : now - used;
-  ada.times(path + "/Contents/MacOS/tool", opened, used == never ? opened : opened - 1);
-  ada.times(path, now, now - changed);
+  user.times(path + "/Contents/MacOS/tool", opened, used == never ? opened : opened - 1);
+  user.times(path, now, now - changed);
 }
 
-ApplicationItems unused(TestPlatform& ada) {
-  Application inventory(ada.platform);
+ApplicationItems unused(TestPlatform& user) {
+  Application inventory(user.platform);
   inventory.unusedApplications([](bool done) { EXPECT_TRUE(done); });
   return inventory.unused_apps;
 }
@@ -57,32 +57,32 @@ TEST(UnusedApplications, were_neither_opened_nor_changed_for_thirty_days) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.why);
-    TestPlatform ada;
-    add(ada, c.path, c.identifier, c.used, c.changed);
-    const ApplicationItems found = unused(ada);
+    TestPlatform user;
+    add(user, c.path, c.identifier, c.used, c.changed);
+    const ApplicationItems found = unused(user);
     ASSERT_EQ(found.size(), c.listed ? 1U : 0U);
     if (!c.listed) continue;
-    const Moment opened = ada.platform.now() - std::chrono::seconds(c.used == never ? 0 : c.used);
+    const Moment opened = user.platform.now() - std::chrono::seconds(c.used == never ? 0 : c.used);
     EXPECT_EQ(found.front()->launch_date, opened) << "who was never opened carries the moment of the search";
   }
 }
 
 TEST(UnusedApplications, are_one_item_for_all_copies_of_an_identifier) {
-  TestPlatform ada;
-  ASSERT_TRUE(ada.bookmarks.store(Grant::applications, ada.url("ada/Applications")));
-  add(ada, "ada/Downloads/Z.app", "com.example.z", 50 * day);
-  add(ada, "ada/Applications/z.app", "com.example.z", 60 * day);
-  add(ada, "ada/Desktop/more/Z2.app", "com.example.z");
-  add(ada, "ada/Documents/Other.app", "com.Example.z");
-  add(ada, "ada/Applications/Busy.app", "com.example.z", day);
-  const ApplicationItems found = unused(ada);
+  TestPlatform user;
+  ASSERT_TRUE(user.bookmarks.store(Grant::applications, user.url("ada/Applications")));
+  add(user, "ada/Downloads/Z.app", "com.example.z", 50 * day);
+  add(user, "ada/Applications/z.app", "com.example.z", 60 * day);
+  add(user, "ada/Desktop/more/Z2.app", "com.example.z");
+  add(user, "ada/Documents/Other.app", "com.Example.z");
+  add(user, "ada/Applications/Busy.app", "com.example.z", day);
+  const ApplicationItems found = unused(user);
   ASSERT_EQ(found.size(), 2U);
   EXPECT_EQ(found[0]->label, "Other") << "sorted by label; identifiers are compared exactly";
   EXPECT_THAT(found[0]->instances, IsEmpty());
-  EXPECT_EQ(found[1]->url, ada.url("ada/Applications/z.app"))
+  EXPECT_EQ(found[1]->url, user.url("ada/Applications/z.app"))
       << "the first one found, with its own date; found on two ways it is no copy of itself";
-  EXPECT_EQ(found[1]->launch_date, ada.platform.now() - std::chrono::seconds(60 * day));
-  EXPECT_THAT(ada.relative(found[1]->instances), ElementsAre("ada/Downloads/Z.app", "ada/Desktop/more/Z2.app"));
+  EXPECT_EQ(found[1]->launch_date, user.platform.now() - std::chrono::seconds(60 * day));
+  EXPECT_THAT(user.relative(found[1]->instances), ElementsAre("ada/Downloads/Z.app", "ada/Desktop/more/Z2.app"));
 }
 
 }  // namespace

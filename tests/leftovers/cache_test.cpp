@@ -14,14 +14,14 @@ using testing::ElementsAreArray;
 using Paths = std::vector<std::string>;
 
 struct Caches {
-  explicit Caches(TestPlatform& ada) : inventory(ada.platform), cache(ada.platform, inventory) {}
+  explicit Caches(TestPlatform& user) : inventory(user.platform), cache(user.platform, inventory) {}
 
   const Application inventory;
   Cache cache;
 };
 
 TEST(Cache, finds_applications_wherever_people_keep_them) {
-  TestPlatform ada;
+  TestPlatform user;
   const Paths found = {
       "Applications/A.app",
       "Applications/Utilities.app",
@@ -35,21 +35,21 @@ TEST(Cache, finds_applications_wherever_people_keep_them) {
       "ada/Applications/I.app",
       "ada/Library/Developer/Xcode/DerivedData/Build/J.app",
   };
-  for (const std::string& path : found) ada.application(path, "com.example." + path);
+  for (const std::string& path : found) user.application(path, "com.example." + path);
   for (const char* path : {"Applications/A.app/Contents/Helper.app", "Applications/Utilities/Tools/Tool.app",
                            "Applications/Vendor/Sub/Deep/TooDeep.app", "Applications/.Hidden.app",
                            "ada/Downloads/sub/Below.app", "ada/Documents/.hidden/Hidden.app", "ada/Desktop/Big.APP",
                            "ada/Applications/sub/Below.app", "ada/Elsewhere.app"}) {
-    ada.application(path, std::string("com.example.") + path);
+    user.application(path, std::string("com.example.") + path);
   }
-  ada.tree.link("ada/Desktop/linked", "../Downloads").folder("ada/Downloads/No identifier.app");
-  Caches of(ada);
+  user.tree.link("ada/Desktop/linked", "../Downloads").folder("ada/Downloads/No identifier.app");
+  Caches search(user);
   Paths described;
-  for (const auto& item : of.cache.installed_applications()) described.push_back(ada.relative(item->url));
+  for (const auto& item : search.cache.installed_applications()) described.push_back(user.relative(item->url));
   EXPECT_THAT(described, ElementsAreArray(found));
   Paths urls = found;
   urls.insert(urls.begin() + 5, "ada/Downloads/No identifier.app");
-  EXPECT_THAT(ada.relative(of.cache.applications_urls), ElementsAreArray(urls)) << "what has no identifier, too";
+  EXPECT_THAT(user.relative(search.cache.applications_urls), ElementsAreArray(urls)) << "what has no identifier, too";
 }
 
 TEST(Cache, shows_each_cache_as_the_application_it_belongs_to) {
@@ -74,37 +74,37 @@ TEST(Cache, shows_each_cache_as_the_application_it_belongs_to) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.why);
-    TestPlatform ada;
-    ada.application("Applications/Browser.app", BundleValues{"com.example.browser", {}, {}, "App", {}});
-    ada.application("Applications/Plain.app", "com.example.plain");
-    ada.application("Applications/com.example.plain.app", BundleValues{"com.example.other", {}, {}, "App", {}});
-    ada.application("Applications/Once.app", "com.example.twice")
+    TestPlatform user;
+    user.application("Applications/Browser.app", BundleValues{"com.example.browser", {}, {}, "App", {}});
+    user.application("Applications/Plain.app", "com.example.plain");
+    user.application("Applications/com.example.plain.app", BundleValues{"com.example.other", {}, {}, "App", {}});
+    user.application("Applications/Once.app", "com.example.twice")
         .application("ada/Desktop/Twice.app", "com.example.twice");
     const std::string folder = "ada/Library/" + c.folder;
-    ada.tree.file(icon).file(folder + "/x", 7);
-    Caches of(ada);
-    const CacheItems items = of.cache.smart_caches();
+    user.tree.file(icon).file(folder + "/x", 7);
+    Caches search(user);
+    const CacheItems items = search.cache.smart_caches();
     ASSERT_EQ(items.size(), 1U);
     EXPECT_EQ(items[0]->label, c.label);
-    EXPECT_EQ(ada.relative(items[0]->url), folder);
+    EXPECT_EQ(user.relative(items[0]->url), folder);
     const Image& image = items[0]->image;
     const std::string own = folder.substr(0, folder.find(inside));
-    EXPECT_EQ(image ? ada.relative(image.url) : "no image", c.image.empty() ? own : c.image);
+    EXPECT_EQ(image ? user.relative(image.url) : "no image", c.image.empty() ? own : c.image);
     EXPECT_EQ(image.kind == Image::Kind::icon_of_path, c.image.empty());
   }
 }
 
-TEST(Cache, counts_each_smart_search_anew_and_leaves_the_total_to_it) {
-  TestPlatform ada;
-  ada.tree.file("ada/Library/Caches/a/x", 10);
-  Caches of(ada);
-  of.cache.smart_caches();
-  of.cache.smart_caches();
-  EXPECT_EQ(of.cache.totalCacheSize, 10);
-  ada.tree.file("ada/Library/Caches/b/x", 5);
-  of.cache.caches([](bool done) { EXPECT_TRUE(done); });
-  EXPECT_EQ(of.cache.cacheItems.size(), 2U);
-  EXPECT_EQ(of.cache.totalCacheSize, 10) << "the plain search does not count";
+TEST(Cache, restarts_its_total_with_each_smart_search_only) {
+  TestPlatform user;
+  user.tree.file("ada/Library/Caches/a/x", 10);
+  Caches search(user);
+  search.cache.smart_caches();
+  search.cache.smart_caches();
+  EXPECT_EQ(search.cache.totalCacheSize, 10);
+  user.tree.file("ada/Library/Caches/b/x", 5);
+  search.cache.caches([](bool done) { EXPECT_TRUE(done); });
+  EXPECT_EQ(search.cache.cacheItems.size(), 2U);
+  EXPECT_EQ(search.cache.totalCacheSize, 10) << "the plain search does not count";
 }
 
 }  // namespace

@@ -29,24 +29,24 @@ TEST(FolderGrants, judges_the_real_folder_by_its_name_and_stores_it_whatever_it_
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.why);
-    test::TestPlatform ada(test::TestPlatform::Grants::none);
-    ada.tree.folder("ada/Applications").folder("other/ada").folder("Ada").folder("Shared").file("files/ada");
-    ada.tree.folder("u1000");
-    const_cast<Session&>(ada.platform.session).account_home = ada.url("u1000");
-    ada.tree.link("home link", "ada").link("links/ada", "../Shared");
-    FolderGrants grants(ada.platform);
-    EXPECT_TRUE(grants.store(c.grant, ada.url(c.picked)));
-    EXPECT_EQ(grants.check(c.grant).folder, c.resolved.empty() ? Url() : ada.url(c.resolved));
+    test::TestPlatform user(test::TestPlatform::Grants::none);
+    user.tree.folder("ada/Applications").folder("other/ada").folder("Ada").folder("Shared").file("files/ada");
+    user.tree.folder("u1000");
+    const_cast<Session&>(user.platform.session).account_home = user.url("u1000");
+    user.tree.link("home link", "ada").link("links/ada", "../Shared");
+    FolderGrants grants(user.platform);
+    EXPECT_TRUE(grants.store(c.grant, user.url(c.picked)));
+    EXPECT_EQ(grants.check(c.grant).folder, c.resolved.empty() ? Url() : user.url(c.resolved));
     EXPECT_EQ(grants.check(c.grant).is_valid, c.valid);
   }
 }
 
 TEST(FolderGrants, refuses_a_home_that_belongs_to_somebody_else) {
   if (geteuid() != 0) GTEST_SKIP() << "only root can give a folder away";
-  test::TestPlatform ada;
+  test::TestPlatform user;
   constexpr uid_t somebody_else = 12345;
-  ASSERT_EQ(chown(ada.tree.path("ada").c_str(), somebody_else, static_cast<gid_t>(-1)), 0);
-  EXPECT_EQ(FolderGrants(ada.platform).check(Grant::home).fault, GrantFault::other_owner);
+  ASSERT_EQ(chown(user.tree.path("ada").c_str(), somebody_else, static_cast<gid_t>(-1)), 0);
+  EXPECT_EQ(FolderGrants(user.platform).check(Grant::home).fault, GrantFault::other_owner);
 }
 
 }  // namespace

@@ -38,16 +38,16 @@ TEST(FullDiskAccess, tells_by_the_file_of_its_version_and_writes_down_only_what_
   for (const Case& c : cases) {
     for (const bool before : {true, false}) {
       SCOPED_TRACE(c.why);
-      TestPlatform ada;
+      TestPlatform user;
       const auto put = [&](const char* path, int mode) {
-        if (mode >= 0) ada.tree.content(path, "").mode(path, static_cast<unsigned>(mode));
+        if (mode >= 0) user.tree.content(path, "").mode(path, static_cast<unsigned>(mode));
       };
       put("ada/Library/Safari/CloudTabs.db", c.newer_mode);
       put("ada/Library/Safari/Bookmarks.plist", c.older_mode);
-      ada.settings.set_boolean("PrivacyFullDisk", before);
-      test::as_plain_user(ada.tree, [&] {
-        EXPECT_EQ(FullDiskAccess(ada.platform, c.version).test(), c.access);
-        EXPECT_EQ(ada.settings.boolean("PrivacyFullDisk"), before ? c.from_true : c.from_false);
+      user.settings.set_boolean("PrivacyFullDisk", before);
+      test::as_plain_user(user.tree, [&] {
+        EXPECT_EQ(FullDiskAccess(user.platform, c.version).test(), c.access);
+        EXPECT_EQ(user.settings.boolean("PrivacyFullDisk"), before ? c.from_true : c.from_false);
       });
     }
   }
@@ -58,23 +58,23 @@ TEST(FullDiskAccess, tells_by_the_file_of_its_version_and_writes_down_only_what_
 }
 
 TEST(FullDiskAccess, has_the_user_asked_for_each_personal_folder_once) {
-  TestPlatform ada;
-  const std::string home = ada.tree.path("ada/");
-  ada.tree.folder("ada/Desktop").folder("ada/Documents").folder("ada/Pictures/Photos Library.photoslibrary");
+  TestPlatform user;
+  const std::string home = user.tree.path("ada/");
+  user.tree.folder("ada/Desktop").folder("ada/Documents").folder("ada/Pictures/Photos Library.photoslibrary");
   test::OpenWatch desktop(home + "Desktop");
   test::OpenWatch documents(home + "Documents");
   test::OpenWatch photos(home + "Pictures/Photos Library.photoslibrary");
-  FullDiskAccess(ada.platform, catalina).privacy_for_directories();
+  FullDiskAccess(user.platform, catalina).privacy_for_directories();
   EXPECT_TRUE(desktop.has_seen_any() && documents.has_seen_any() && photos.has_seen_any());
-  EXPECT_TRUE(ada.settings.boolean("PrivacyAccess")) << "although there are no Downloads";
+  EXPECT_TRUE(user.settings.boolean("PrivacyAccess")) << "although there are no Downloads";
 }
 
 TEST(FullDiskAccess, knows_a_file_in_a_folder_that_is_guarded_as_well) {
-  TestPlatform ada;
-  ada.tree.folder("ada/Library/Safari/CloudTabs.db").folder("ada/Guarded/x").mode("ada/Guarded", 0);
-  EXPECT_EQ(FullDiskAccess(ada.platform, catalina).test(), DiskAccess::unknown) << "a folder is no probe";
-  test::as_plain_user(ada.tree, [&] {
-    EXPECT_EQ(ada.files.readability(ada.url("ada/Guarded/x/y")), Readability::absent) << "not even told of";
+  TestPlatform user;
+  user.tree.folder("ada/Library/Safari/CloudTabs.db").folder("ada/Guarded/x").mode("ada/Guarded", 0);
+  EXPECT_EQ(FullDiskAccess(user.platform, catalina).test(), DiskAccess::unknown) << "a folder is no probe";
+  test::as_plain_user(user.tree, [&] {
+    EXPECT_EQ(user.files.readability(user.url("ada/Guarded/x/y")), Readability::absent) << "not even told of";
   });
 }
 

@@ -15,18 +15,18 @@ using Paths = std::vector<std::string>;
 
 /// The names of the folders that are listed for an application of this identifier.
 Paths listed(const Paths& languages, const std::string& identifier = "com.example.a") {
-  test::TestPlatform ada;
-  const_cast<Session&>(ada.platform.session).preferred_languages = languages;
-  ada.application("Applications/A.app", identifier);
+  test::TestPlatform user;
+  const_cast<Session&>(user.platform.session).preferred_languages = languages;
+  user.application("Applications/A.app", identifier);
   for (const char* name : {"Base.lproj", "DE.LPROJ", "Dutch.lproj", "English.lproj", "German.old.lproj",
                            "Portuguese.lproj", "base.lproj", "de.lproj", "de.strings", "en_GB.lproj", "es.lproj",
                            "fr.lproj", "fr_CA.lproj", "nl.lproj", "pt_BR.lproj", "slovenian.lproj", "zh_es.lproj"}) {
-    ada.tree.folder("Applications/A.app/Contents/Resources/" + std::string(name));
+    user.tree.folder("Applications/A.app/Contents/Resources/" + std::string(name));
   }
-  ada.tree.folder("Applications/A.app/Contents/Resources/.nl.lproj");
-  const Application inventory(ada.platform);
-  const Cache cache(ada.platform, inventory);
-  Remainders remainders(ada.platform, cache);
+  user.tree.folder("Applications/A.app/Contents/Resources/.nl.lproj");
+  const Application inventory(user.platform);
+  const Cache cache(user.platform, inventory);
+  Remainders remainders(user.platform, cache);
   EXPECT_THAT(remainders.language_packages(), IsEmpty()) << "no search has found applications yet";
   remainders.remianders();
   Paths names;

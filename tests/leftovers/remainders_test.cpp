@@ -22,8 +22,8 @@ using Paths = std::vector<std::string>;
 const std::string library = "ada/Library/";
 
 struct Leftovers {
-  explicit Leftovers(TestPlatform& ada)
-      : inventory(ada.platform), cache(ada.platform, inventory), remainders(ada.platform, cache) {}
+  explicit Leftovers(TestPlatform& user)
+      : inventory(user.platform), cache(user.platform, inventory), remainders(user.platform, cache) {}
 
   /// As a smart scan does it: the caches first.
   RemainderItems search() {
@@ -54,28 +54,28 @@ TEST(Remainders, takes_names_that_look_like_identifiers_and_that_nobody_owns) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.why);
-    TestPlatform ada;
-    ada.application("Applications/Tool.app", "com.here.tool").tree.file(library + c.entry, 3);
-    Leftovers of(ada);
-    const RemainderItems items = of.search();
+    TestPlatform user;
+    user.application("Applications/Tool.app", "com.here.tool").tree.file(library + c.entry, 3);
+    Leftovers leftovers(user);
+    const RemainderItems items = leftovers.search();
     EXPECT_EQ(items.empty() ? "" : items.front()->bundle, c.orphan);
-    EXPECT_EQ(of.remainders.remianders().size(), items.size()) << "both searches agree";
+    EXPECT_EQ(leftovers.remainders.remianders().size(), items.size()) << "both searches agree";
   }
 }
 
 TEST(Remainders, gives_an_orphan_every_entry_whose_path_contains_it) {
-  TestPlatform ada;
-  ada.application("Applications/Kit.app", "com.gone.cafes");
+  TestPlatform user;
+  user.application("Applications/Kit.app", "com.gone.cafes");
   const Paths both = {library + "Caches/com.gone.cafes", library + "Caches/com.gone.café",
                       library + "Containers/COM.Gone.CAFE\u0301", library + "Preferences/apple.com.gone.cafe"};
-  for (const std::string& path : both) ada.tree.file(path, 1);
-  ada.tree.file(library + "Caches/.com.gone.café", 1).file(library + "Logs/com.gone.café", 1);
-  Leftovers of(ada);
+  for (const std::string& path : both) user.tree.file(path, 1);
+  user.tree.file(library + "Caches/.com.gone.café", 1).file(library + "Logs/com.gone.café", 1);
+  Leftovers leftovers(user);
   std::map<std::string, Paths> found;
-  for (const auto& item : of.search()) found[item->bundle] = ada.relative(item->files);
+  for (const auto& item : leftovers.search()) found[item->bundle] = user.relative(item->files);
   EXPECT_THAT(found, ElementsAre(testing::Pair("COM.Gone.CAFE\u0301", both), testing::Pair("com.gone.café", both)))
       << "whatever the letter case and accents, also what an application owns and names that are no identifiers";
-  EXPECT_EQ(of.remainders.totalRemaidersSize, 8) << "what two orphans have counts twice";
+  EXPECT_EQ(leftovers.remainders.totalRemaidersSize, 8) << "what two orphans have counts twice";
 
   TestPlatform below(TestPlatform::Grants::both, "com.gone.tool/ada");
   const Paths all = {"com.gone.tool/" + library + "Caches/Other", "com.gone.tool/" + library + "Caches/com.gone.tool"};
@@ -89,22 +89,22 @@ TEST(Remainders, gives_orphans_what_the_rule_says_whatever_the_names) {
   std::mt19937 random(seed);
   const std::string places[] = {"Caches", "Containers", "Application Scripts"};
   for (int round = 0; round < 10; ++round) {
-    TestPlatform ada(TestPlatform::Grants::both, round % 2 == 0 ? "ada" : "b.a.é/ada");
+    TestPlatform user(TestPlatform::Grants::both, round % 2 == 0 ? "ada" : "b.a.é/ada");
     const std::string top = round % 2 == 0 ? library : "b.a.é/" + library;
     for (int i = 0; i < 30; ++i) {
       constexpr const char* parts[] = {"a", "b", "B", "é", "e\u0301", "E", "."};
       std::string name = "a";
       for (auto left = random() % 6; left > 0; --left) name += parts[random() % std::size(parts)];
       const std::string& place = places[random() % std::size(places)];
-      if (ada.tree.exists(top + place + "/" + name)) continue;
-      ada.tree.file(top + place + "/" + name, 1);
+      if (user.tree.exists(top + place + "/" + name)) continue;
+      user.tree.file(top + place + "/" + name, 1);
     }
-    Leftovers of(ada);
+    Leftovers leftovers(user);
     std::vector<Url> expected;
     std::set<std::string> met;
     std::vector<Url> entries;
     for (const std::string& place : places) {
-      const auto listed = ada.files.list_urls(ada.url(top + place));
+      const auto listed = user.files.list_urls(user.url(top + place));
       entries.insert(entries.end(), listed.begin(), listed.end());
     }
     for (const Url& orphan : entries) {
@@ -113,7 +113,7 @@ TEST(Remainders, gives_orphans_what_the_rule_says_whatever_the_names) {
       std::copy_if(entries.begin(), entries.end(), std::back_inserter(expected),
                    [&](const Url& entry) { return contains_folded(entry.path(), name); });
     }
-    ASSERT_EQ(ada.relative(of.remainders.remianders()), ada.relative(expected));
+    ASSERT_EQ(user.relative(leftovers.remainders.remianders()), user.relative(expected));
   }
 }
 
@@ -132,25 +132,26 @@ TEST(Remainders, two_searches_look_for_applications_in_different_places) {
   };
   for (const auto& [application, known] : known_to_plain_and_smart) {
     SCOPED_TRACE(application);
-    TestPlatform ada;
-    ada.application(application, "com.here.tool").tree.file(library + "Caches/com.here.tool/x", 1);
-    Leftovers of(ada);
-    EXPECT_EQ(of.remainders.remianders().empty(), known.first);
-    EXPECT_EQ(of.search().empty(), known.second);
+    TestPlatform user;
+    user.application(application, "com.here.tool").tree.file(library + "Caches/com.here.tool/x", 1);
+    Leftovers leftovers(user);
+    EXPECT_EQ(leftovers.remainders.remianders().empty(), known.first);
+    EXPECT_EQ(leftovers.search().empty(), known.second);
   }
 }
 
 TEST(Remainders, adds_up_over_searches_and_lists_what_has_content_sorted_by_label) {
-  TestPlatform ada;
-  ada.tree.file(library + "Caches/com.BIGCo.zoom.APP/x", 20).file(library + "Caches/com.écurie.élan/x", 3);
-  ada.tree.file(library + "Preferences/com..beta.plist", 4).folder(library + "Caches/com.example.empty");
-  Leftovers of(ada);
-  EXPECT_EQ(of.remainders.remianders().size(), 4U) << "the plain list has the empty one, too, and counts nothing";
+  TestPlatform user;
+  user.tree.file(library + "Caches/com.BIGCo.zoom.APP/x", 20).file(library + "Caches/com.écurie.élan/x", 3);
+  user.tree.file(library + "Preferences/com..beta.plist", 4).folder(library + "Caches/com.example.empty");
+  Leftovers leftovers(user);
+  EXPECT_EQ(leftovers.remainders.remianders().size(), 4U)
+      << "the plain list has the empty one, too, and counts nothing";
   for (const std::int64_t total : {27, 54}) {
     Paths labels;
-    for (const auto& item : of.search()) labels.push_back(item->label);
+    for (const auto& item : leftovers.search()) labels.push_back(item->label);
     EXPECT_THAT(labels, ElementsAre("APP by Bigco", "Beta by ", "Élan by Écurie")) << "each once";
-    EXPECT_EQ(of.remainders.totalRemaidersSize, total) << "of all searches";
+    EXPECT_EQ(leftovers.remainders.totalRemaidersSize, total) << "of all searches";
   }
 }
 
@@ -176,18 +177,18 @@ TEST(Remainders, calls_applications_unused_after_thirty_days) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.why);
-    TestPlatform ada;
-    const std::int64_t now = ada.platform.now().time_since_epoch().count();
-    ada.application(c.application, BundleValues{c.identifier, {}, "tool", {}, {}});
+    TestPlatform user;
+    const std::int64_t now = user.platform.now().time_since_epoch().count();
+    user.application(c.application, BundleValues{c.identifier, {}, "tool", {}, {}});
     const std::string executable = c.application + "/Contents/MacOS/tool";
-    ada.tree.file(executable);
+    user.tree.file(executable);
     // Access counts as use only when it came after the executable was written.
-    ada.times(executable, c.used == never ? now : now - c.used, c.used == never ? now : now - c.used - 1);
-    ada.times(c.application, now, now - c.changed);
-    Leftovers of(ada);
-    of.search();
-    of.remainders.unused_apps();
-    EXPECT_EQ(ada.relative(of.remainders.unusedApps), c.unused ? Paths{c.application} : Paths{});
+    user.times(executable, c.used == never ? now : now - c.used, c.used == never ? now : now - c.used - 1);
+    user.times(c.application, now, now - c.changed);
+    Leftovers leftovers(user);
+    leftovers.search();
+    leftovers.remainders.unused_apps();
+    EXPECT_EQ(user.relative(leftovers.remainders.unusedApps), c.unused ? Paths{c.application} : Paths{});
   }
 }
 

@@ -67,18 +67,18 @@ TEST(ChangedSinceListing, what_was_shown_goes_as_it_is_and_what_became_something
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.why);
-    TestPlatform ada;
-    ada.tree.file(shown, 3).file(folder + "/1", 1).file(folder + "/sub/2", 2).file("ada/Documents/kept", 4);
-    Engine of(ada);
-    of.scan();
-    of.cleaner.files = select_groups(of.cleaner, std::vector<std::string_view>{"trash"}).files;
-    ASSERT_EQ(of.cleaner.files.size(), 2U);
-    c.change(ada.tree);
+    TestPlatform user;
+    user.tree.file(shown, 3).file(folder + "/1", 1).file(folder + "/sub/2", 2).file("ada/Documents/kept", 4);
+    Engine engine(user);
+    engine.scan();
+    engine.cleaner.files = select_groups(engine.cleaner, std::vector<std::string_view>{"trash"}).files;
+    ASSERT_EQ(engine.cleaner.files.size(), 2U);
+    c.change(user.tree);
     int error = 0;
-    for (const Removal& removal : of.cleaner.remove_files()) error = removal.error ? removal.error.value() : error;
+    for (const Removal& removal : engine.cleaner.remove_files()) error = removal.error ? removal.error.value() : error;
     EXPECT_EQ(error, c.error);
     std::set<std::string> left;
-    for (const std::string& path : ada.tree.listing()) {
+    for (const std::string& path : user.tree.listing()) {
       if (path.starts_with("ada/") && path != "ada/.Trash/") left.insert(path);
     }
     EXPECT_TRUE(left.erase("ada/Documents/kept"));
@@ -87,23 +87,24 @@ TEST(ChangedSinceListing, what_was_shown_goes_as_it_is_and_what_became_something
 }
 
 TEST(ChangedSinceListing, what_was_found_is_known_however_it_was_found) {
-  TestPlatform ada;
-  ada.application("Applications/Editor.app", "com.acme.editor");
-  ada.tree.file("ada/Movies/big.mov", 20'000'000).file("ada/Library/Preferences/com.acme.editor.plist", 1);
-  ada.tree.file("ada/Library/Caches/com.acme.editor/x", 1).file("ada/Library/Logs/a/x", 1);
-  ada.tree.file("ada/Downloads/b.dmg", 1);
-  Engine of(ada);
-  of.scan();
-  of.cleaner.search_large_files_with_complete_handler([](const auto&...) {});
-  std::vector<Url> found = select_groups(of.cleaner, std::vector<std::string_view>{"caches", "logs", "installs"}).files;
-  for (const auto& file : of.cleaner.largeFiles) found.push_back(file->url_file);
-  const auto item = of.inventory.application(ada.url("Applications/Editor.app"));
-  const std::vector<Url> related = related_files(ada.platform, *item, Purpose::remove);
+  TestPlatform user;
+  user.application("Applications/Editor.app", "com.acme.editor");
+  user.tree.file("ada/Movies/big.mov", 20'000'000).file("ada/Library/Preferences/com.acme.editor.plist", 1);
+  user.tree.file("ada/Library/Caches/com.acme.editor/x", 1).file("ada/Library/Logs/a/x", 1);
+  user.tree.file("ada/Downloads/b.dmg", 1);
+  Engine engine(user);
+  engine.scan();
+  engine.cleaner.search_large_files_with_complete_handler([](const auto&...) {});
+  std::vector<Url> found =
+      select_groups(engine.cleaner, std::vector<std::string_view>{"caches", "logs", "installs"}).files;
+  for (const auto& file : engine.cleaner.largeFiles) found.push_back(file->url_file);
+  const auto item = engine.inventory.application(user.url("Applications/Editor.app"));
+  const std::vector<Url> related = related_files(user.platform, *item, Purpose::remove);
   for (const Url& url : related) {
-    if (url.is_within(ada.url("ada"))) found.push_back(url);
+    if (url.is_within(user.url("ada"))) found.push_back(url);
   }
   EXPECT_EQ(found.size(), 6U);
-  for (const Url& url : found) EXPECT_EQ(url.listed_kind(), ada.files.status(url).kind) << url.path();
+  for (const Url& url : found) EXPECT_EQ(url.listed_kind(), user.files.status(url).kind) << url.path();
 }
 
 }  // namespace

@@ -74,35 +74,35 @@ class TreeWatch {
   Descriptor queue_;
 };
 
-TEST(SwappedFolders, lead_nobody_outside_during_a_scan_and_a_removal) {
-  TestPlatform ada(TestPlatform::Grants::both, "grants/home");
-  for (const std::string file : files) ada.tree.content("canary/" + file, "kept");
-  const Snapshot canary = snapshot_of(ada.tree.path("canary"));
-  TreeWatch watch(ada.tree.path("canary"));
+TEST(SwappedFolders, lead_neither_scan_nor_removal_outside) {
+  TestPlatform user(TestPlatform::Grants::both, "grants/home");
+  for (const std::string file : files) user.tree.content("canary/" + file, "kept");
+  const Snapshot canary = snapshot_of(user.tree.path("canary"));
+  TreeWatch watch(user.tree.path("canary"));
   std::size_t removed = 0;
   for (int round = 0; round < rounds; ++round) {
     const std::string victim = victims[static_cast<std::size_t>(round) % std::size(victims)];
-    for (const std::string file : files) ada.tree.content("grants/" + file, "goes");
-    Engine of(ada);
-    const std::string a = ada.tree.path("grants/" + victim);
-    const std::string b = ada.tree.path("stash");
+    for (const std::string file : files) user.tree.content("grants/" + file, "goes");
+    Engine engine(user);
+    const std::string a = user.tree.path("grants/" + victim);
+    const std::string b = user.tree.path("stash");
     std::filesystem::remove_all(b);  // a link, or what came to lie there while its link was removed as an entry
-    ada.tree.link("stash", ada.tree.path("canary/" + victim));
+    user.tree.link("stash", user.tree.path("canary/" + victim));
     {
       const std::jthread swapper([&](const std::stop_token& ending) {
         while (!ending.stop_requested()) (void)renameat2(AT_FDCWD, a.c_str(), AT_FDCWD, b.c_str(), RENAME_EXCHANGE);
       });
-      of.scan();
+      engine.scan();
       std::vector<std::string_view> all;
       for (const Category& category : smart_categories()) all.push_back(category.type);
-      of.cleaner.files = select_groups(of.cleaner, all).files;
-      for (const Removal& removal : of.cleaner.remove_files()) removed += removal.error ? 0U : 1U;
+      engine.cleaner.files = select_groups(engine.cleaner, all).files;
+      for (const Removal& removal : engine.cleaner.remove_files()) removed += removal.error ? 0U : 1U;
     }
     ASSERT_FALSE(watch.has_seen_any()) << "round " << round << ", " << victim;
     if (!std::filesystem::is_symlink(a)) continue;
     ASSERT_EQ(renameat2(AT_FDCWD, a.c_str(), AT_FDCWD, b.c_str(), RENAME_EXCHANGE), 0);
   }
-  EXPECT_EQ(snapshot_of(ada.tree.path("canary")), canary);
+  EXPECT_EQ(snapshot_of(user.tree.path("canary")), canary);
   EXPECT_GT(removed, static_cast<std::size_t>(rounds)) << "else nothing was attempted";
 }
 

@@ -156,7 +156,7 @@ Binary pyramid(int levels, int width, const std::string& last) {
   return list;
 }
 
-TEST(PropertyList, believes_no_number_of_a_binary_list) {
+TEST(PropertyList, checks_every_number_of_a_binary_list) {
   const std::vector<std::string> pair = {"\xD2\x01\x01\x02\x03", "\x51k", "\x09", "\x08"};
   constexpr std::uint64_t huge = std::numeric_limits<std::uint64_t>::max();
   constexpr int longest = (256 << 10) + 1;
@@ -229,7 +229,7 @@ std::string mutated(std::string bytes, std::mt19937& random) {
   return bytes;
 }
 
-TEST(PropertyList, survives_whatever_chance_makes_of_a_sound_list) {
+TEST(PropertyList, survives_random_changes_of_a_sound_list) {
   const std::uint32_t seed = test::random_seed();
   SCOPED_TRACE(test::how_to_repeat(seed));
   std::mt19937 random(seed);
