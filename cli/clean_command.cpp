@@ -19,8 +19,8 @@ Groups named_groups(const Context& context) {
   return context.asked.arguments.empty() ? all : named_among(context, all, "group");
 }
 
-std::vector<CleaningPart> parts_of(const Cleaner& cleaner, const Groups& groups) {
-  std::vector<CleaningPart> parts;
+std::vector<ChosenPart> parts_of(const Cleaner& cleaner, const Groups& groups) {
+  std::vector<ChosenPart> parts;
   for (const Category& category : smart_categories()) {
     if (std::find(groups.begin(), groups.end(), category.type) == groups.end()) continue;
     for (const CleanerEntry& entry : (cleaner.*category.item)->items) {
@@ -41,18 +41,18 @@ ExitStatus run_clean(Context& context) {
   run_smart_scan(context, cleaner);
   tell_problems(context, cleaner, groups);
   SmartSelection selection = select_groups(cleaner, groups);
-  Cleaning cleaning;
-  cleaning.files = std::move(selection.files);
-  cleaning.parts = parts_of(cleaner, groups);
-  cleaning.bytes = selection.bytes;
-  cleaning.amount = cleaner.smart_amount->amount(selection.entries);
-  cleaning.print = [&] { print_smart_scan(context, cleaner, groups); };
-  cleaning.remove = [&](const RemovalOptions& options) {
-    cleaner.files = cleaning.files;
-    cleaner.wasCleaned = cleaning.bytes;
+  ChosenRemoval chosen;
+  chosen.files = std::move(selection.files);
+  chosen.parts = parts_of(cleaner, groups);
+  chosen.bytes = selection.bytes;
+  chosen.amount = cleaner.smart_amount->amount(selection.entries);
+  chosen.print = [&] { print_smart_scan(context, cleaner, groups); };
+  chosen.remove = [&](const RemovalOptions& options) {
+    cleaner.files = chosen.files;
+    cleaner.wasCleaned = chosen.bytes;
     return cleaner.remove_files(options);
   };
-  return status_after_looks(carry_out(context, cleaner, cleaning), cleaner, groups);
+  return status_after_looks(carry_out(context, cleaner, chosen), cleaner, groups);
 }
 
 }  // namespace tarnby::cli

@@ -112,24 +112,24 @@ ExitStatus run_cleanup(Context& context) {
   names.reserve(categories.size());
   for (const Category& category : categories) names.push_back(category.setting);
   tell_problems(context, cleaner, names);
-  Cleaning cleaning;
-  cleaning.files = cleaner.cleanup_files();
+  ChosenRemoval chosen;
+  chosen.files = cleaner.cleanup_files();
   for (const Category& category : categories) {
     if (!cleaner.is_switched_on(category)) continue;
     const CleanerItem& item = *(cleaner.*category.item);
-    cleaning.parts.push_back({item.files, item.size});
-    cleaning.bytes = add_bytes(cleaning.bytes, item.size);
+    chosen.parts.push_back({item.files, item.size});
+    chosen.bytes = add_bytes(chosen.bytes, item.size);
   }
-  cleaning.amount = cleaner.cleanup_amount();
-  cleaning.print = [&] { print_junk_scan(context, cleaner, categories); };
-  cleaning.remove = [&](const RemovalOptions& options) {
+  chosen.amount = cleaner.cleanup_amount();
+  chosen.print = [&] { print_junk_scan(context, cleaner, categories); };
+  chosen.remove = [&](const RemovalOptions& options) {
     CleanupReport report;
     report.options = options;
     cleaner.cleanup_with_complete_handler([] {}, &report);
     return std::move(report.removals);
   };
-  cleaning.is_dated = true;
-  return status_after_looks(carry_out(context, cleaner, cleaning), cleaner, names);
+  chosen.is_dated = true;
+  return status_after_looks(carry_out(context, cleaner, chosen), cleaner, names);
 }
 
 }  // namespace tarnby::cli

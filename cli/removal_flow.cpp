@@ -16,7 +16,7 @@ namespace tarnby::cli {
 namespace {
 
 /// The bytes of a part less those of its files that stay.
-std::int64_t bytes_without(Context& context, const CleaningPart& part, const std::unordered_set<Url>& staying) {
+std::int64_t bytes_without(Context& context, const ChosenPart& part, const std::unordered_set<Url>& staying) {
   std::vector<Url> here = part.files;
   std::erase_if(here, [&](const Url& url) { return !staying.contains(url); });
   if (here.empty()) return part.bytes;
@@ -24,15 +24,15 @@ std::int64_t bytes_without(Context& context, const CleaningPart& part, const std
   return std::max<std::int64_t>(0, part.bytes - context.measurer().overall_size_of_files(here));
 }
 
-std::int64_t bytes_without(Context& context, const Cleaning& cleaning, const std::unordered_set<Url>& staying) {
-  if (staying.empty()) return cleaning.bytes;
+std::int64_t bytes_without(Context& context, const ChosenRemoval& chosen, const std::unordered_set<Url>& staying) {
+  if (staying.empty()) return chosen.bytes;
   std::int64_t bytes = 0;
-  for (const CleaningPart& part : cleaning.parts) bytes = add_bytes(bytes, bytes_without(context, part, staying));
+  for (const ChosenPart& part : chosen.parts) bytes = add_bytes(bytes, bytes_without(context, part, staying));
   return bytes;
 }
 
 /// What one run has cleaned, in bytes.
-struct Cleaned {
+struct CleanedAmounts {
   /// As the engine counts, less what an interrupt left.
   std::int64_t counted = 0;
   /// What this run took and what is not there any more: what people read.
@@ -42,18 +42,19 @@ struct Cleaned {
   bool is_date_saved = true;
 };
 
-void print_json(Context& context, const Cleaning& cleaning, const RemovalReport& report, const Cleaned& cleaned) {
+void print_json(Context& context, const ChosenRemoval& chosen, const RemovalReport& report,
+                const CleanedAmounts& cleaned) {
   Json result = json_removal(report);
   result["was_cleaned"] = cleaned.counted;
   result["totally_cleaned"] = cleaned.total;
-  if (cleaning.is_dated) {
+  if (chosen.is_dated) {
     const auto date = context.platform.group_settings.value("Date");
     result["date"] = date ? json_setting(*date) : Json();
   }
   context.out << json_line(result);
 }
 
-void print_amount(Context& context, const Cleaned& cleaned) {
+void print_amount(Context& context, const CleanedAmounts& cleaned) {
   const Text& text = context.text();
   context.out << text.byte_count(cleaned.amount) << " cleaned";
   if (cleaned.is_total_saved) context.out << ", " << text.byte_count(cleaned.total) << " in all runs so far";
@@ -61,12 +62,12 @@ void print_amount(Context& context, const Cleaned& cleaned) {
 }
 
 /// May wait a few seconds for another program that holds the settings.
-void add_to_total(Context& context, const Cleaning& cleaning, Cleaned& cleaned) {
+void add_to_total(Context& context, const ChosenRemoval& chosen, CleanedAmounts& cleaned) {
   cleaned.total = add_to_lifetime_total(context.settings(), cleaned.amount, &cleaned.is_total_saved);
-  if (cleaning.is_dated) cleaned.is_date_saved = context.platform.group_settings.synchronize();
+  if (chosen.is_dated) cleaned.is_date_saved = context.platform.group_settings.synchronize();
 }
 
-void tell_what_is_not_saved(Context& context, const Cleaned& cleaned) {
+void tell_what_is_not_saved(Context& context, const CleanedAmounts& cleaned) {
   context.out << std::flush;  // what was removed is told first
   const auto tell = [&](std::string_view what) {
     context.err << "tarnby-cleaner-cli: " << what << not_saved_text(context.session()) << '\n';
@@ -75,41 +76,42 @@ void tell_what_is_not_saved(Context& context, const Cleaned& cleaned) {
   if (!cleaned.is_date_saved) tell("the date of this run");
 }
 
-Cleaned count_cleaned(Context& context, Cleaner& cleaner, const Cleaning& cleaning, const RemovalReport& report) {
-  Cleaned cleaned;
+CleanedAmounts count_cleaned(Context& context, Cleaner& cleaner, const ChosenRemoval& chosen,
+                             const RemovalReport& report) {
+  CleanedAmounts cleaned;
   cleaned.counted = std::exchange(cleaner.wasCleaned, 0);
   cleaned.amount = cleaned_amount(cleaned.counted, context.measurer(), report.left, report.removals);
   if (!report.was_interrupted) return cleaned;
   std::unordered_set<Url> left;
   for (const LeftEntry& entry : report.left) left.insert(entry.url);
-  cleaned.counted = bytes_without(context, cleaning, left);
+  cleaned.counted = bytes_without(context, chosen, left);
   return cleaned;
 }
 
-ExitStatus remove_chosen(Context& context, Cleaner& cleaner, const Cleaning& cleaning) {
+ExitStatus remove_chosen(Context& context, Cleaner& cleaner, const ChosenRemoval& chosen) {
   // Kept until all is told and counted: an interrupt must not lose what was removed.
   const StopOnInterrupt stop;
-  const RemovalReport report = run_removal(context, cleaning.files, stop, cleaning.remove);
-  Cleaned cleaned = count_cleaned(context, cleaner, cleaning, report);
+  const RemovalReport report = run_removal(context, chosen.files, stop, chosen.remove);
+  CleanedAmounts cleaned = count_cleaned(context, cleaner, chosen, report);
   if (context.asked.json) {
-    add_to_total(context, cleaning, cleaned);
-    print_json(context, cleaning, report, cleaned);
+    add_to_total(context, chosen, cleaned);
+    print_json(context, chosen, report, cleaned);
   } else {
     print_removal(context, report);
     context.out << std::flush;
-    add_to_total(context, cleaning, cleaned);
+    add_to_total(context, chosen, cleaned);
     print_amount(context, cleaned);
   }
   tell_what_is_not_saved(context, cleaned);
   return status_of_removal(report);
 }
 
-std::int64_t bytes_without_refused(Context& context, const Cleaning& cleaning, const RemovalPreview& preview) {
+std::int64_t bytes_without_refused(Context& context, const ChosenRemoval& chosen, const RemovalPreview& preview) {
   std::unordered_set<Url> refused;
   for (const LeftEntry& entry : preview.staying) {
     if (entry.reason != LeftReason::other_disk) refused.insert(entry.url);
   }
-  return bytes_without(context, cleaning, refused);
+  return bytes_without(context, chosen, refused);
 }
 
 }  // namespace
@@ -131,21 +133,21 @@ std::vector<std::string_view> named_among(const Context& context, std::span<cons
   return chosen;
 }
 
-ExitStatus carry_out(Context& context, Cleaner& cleaner, const Cleaning& cleaning) {
-  const RemovalPreview preview = preview_removal(context, cleaning.files);
-  const std::int64_t amount = std::max<std::int64_t>(0, cleaning.amount - bytes_staying(context, preview, true));
+ExitStatus carry_out(Context& context, Cleaner& cleaner, const ChosenRemoval& chosen) {
+  const RemovalPreview preview = preview_removal(context, chosen.files);
+  const std::int64_t amount = std::max<std::int64_t>(0, chosen.amount - bytes_staying(context, preview, true));
   if (context.asked.dry_run) {
-    print_preview(context, preview, {bytes_without_refused(context, cleaning, preview), amount});
+    print_preview(context, preview, {bytes_without_refused(context, chosen, preview), amount});
     return done;
   }
-  if (!removal_is_agreed(context, preview, amount, cleaning.print)) {
+  if (!removal_is_agreed(context, preview, amount, chosen.print)) {
     if (!context.asked.json) return done;
-    Cleaned nothing;
+    CleanedAmounts nothing;
     nothing.total = context.settings().integer("TotallyCleaned");
-    print_json(context, cleaning, declined_removal(context, preview), nothing);
+    print_json(context, chosen, declined_removal(context, preview), nothing);
     return done;
   }
-  return remove_chosen(context, cleaner, cleaning);
+  return remove_chosen(context, cleaner, chosen);
 }
 
 }  // namespace tarnby::cli

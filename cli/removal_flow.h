@@ -11,18 +11,18 @@
 
 namespace tarnby::cli {
 
-/// Some of what is to be cleaned, measured as one.
-struct CleaningPart {
+/// Some of what is to go, measured as one.
+struct ChosenPart {
   std::vector<Url> files;
   std::int64_t bytes = 0;
 };
 
 /// A scan that is over and what is to go of what it found.
-struct Cleaning {
+struct ChosenRemoval {
   /// In the order of the removal.
   std::vector<Url> files;
   /// The same in parts, so that the bytes of what stays can be told.
-  std::vector<CleaningPart> parts;
+  std::vector<ChosenPart> parts;
   /// What the engine counts for it.
   std::int64_t bytes = 0;
   /// Bytes with each location counted once: what people are asked about.
@@ -40,7 +40,7 @@ struct Cleaning {
 std::vector<std::string_view> named_among(const Context& context, std::span<const std::string_view> all,
                                           std::string_view noun);
 
-/// Shows what would go, or asks, removes, counts and reports: the second half of each command that cleans.
-ExitStatus carry_out(Context& context, Cleaner& cleaner, const Cleaning& cleaning);
+/// Shows what would go, or asks, removes, counts and reports: the second half of "clean" and "cleanup".
+ExitStatus carry_out(Context& context, Cleaner& cleaner, const ChosenRemoval& chosen);
 
 }  // namespace tarnby::cli

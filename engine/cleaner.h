@@ -212,7 +212,7 @@ class Cleaner {
   std::shared_ptr<CleanerItem> measured_item(std::string_view group, Listed listed);
   void scan_junk_browsers();
   void scan_junk_mails();
-  void clean_category(const Category& category, CleanupReport& report);
+  void remove_category(const Category& category, CleanupReport& report);
 
   std::shared_ptr<CleanerItem> client_item(const ClientRow& row);
   std::shared_ptr<CleanerItem> all_clients(std::span<const ClientRow> rows);

@@ -46,7 +46,7 @@ void Cleaner::cleanup_with_complete_handler(const std::function<void()>& handler
   CleanupReport& told = report ? *report : unread;
   remainder_urls.clear();
   for (const Category& category : cleanup_categories()) {
-    if (category.is_removed && is_switched_on(category)) clean_category(category, told);
+    if (category.is_removed && is_switched_on(category)) remove_category(category, told);
   }
   told.left = std::move(remainder_urls);
   remainder_urls.clear();  // the next run, and whoever hands files to a helper, begins with an empty list
@@ -56,7 +56,7 @@ void Cleaner::cleanup_with_complete_handler(const std::function<void()>& handler
 }
 
 /// Counts the size that was measured, however much of it could be removed.
-void Cleaner::clean_category(const Category& category, CleanupReport& report) {
+void Cleaner::remove_category(const Category& category, CleanupReport& report) {
   const CleanerItem& item = *(this->*category.item);
   const std::vector<Removal> removals = platform_.files.remove(item.files, report.options);
   for (std::size_t at = 0; at < removals.size(); ++at) {

@@ -7,6 +7,9 @@
 
 namespace tarnby {
 
+// "Cleanup" is the removal of the categories that the settings switch on, "clean" that of the rows chosen after a smart
+// scan, "cleaned" what people read as gone.
+
 /// What a removal run did, for those who show more than its handler can tell them.
 struct CleanupReport {
   /// How the run is watched and ended; set before it. The sizes of all categories are counted by the engine also when
