@@ -117,9 +117,6 @@ class Cleaner {
   /// The leftovers object that the scans ask.
   const Remainders& remainders() const { return remainders_; }
 
-  /// The record of a client by its type ("chrome"); null until a scan has found it. It stays when the client goes.
-  std::shared_ptr<CleanerItem> client_record(std::string_view type) const;
-
   /// The icon of the application that the last search for caches knew by this label; none when it knew none.
   Image icon_of_application(const std::string& label) const;
 

@@ -37,9 +37,4 @@ std::shared_ptr<CleanerItem> Cleaner::client_item(const ClientRow& row) {
   return item;
 }
 
-std::shared_ptr<CleanerItem> Cleaner::client_record(std::string_view type) const {
-  const ClientRow* row = client_row(type);
-  return row ? this->*row->item : nullptr;
-}
-
 }  // namespace tarnby

@@ -40,15 +40,6 @@ void set_text_scale(double scale) {
   scale_of_texts = std::clamp(scale, 0.5, 4.0);
 }
 
-std::optional<QColor> color_from_hex(const QString& hex) {
-  const QString digits = hex.startsWith(u'#') ? hex.mid(1) : hex;
-  const auto is_digit = [](QChar c) {
-    return c.isDigit() ? c.unicode() < 0x80 : QStringView(u"abcdefABCDEF").contains(c);
-  };
-  if (digits.size() != 6 || !std::all_of(digits.begin(), digits.end(), is_digit)) return std::nullopt;
-  return rgb(digits.toUInt(nullptr, 16));
-}
-
 QColor over(const QColor& top, const QColor& bottom) {
   const QColor opaque(top.red(), top.green(), top.blue());
   return blend(bottom, opaque, top.alphaF());

@@ -2,8 +2,6 @@
 
 #include <QColor>
 #include <QFont>
-#include <QString>
-#include <optional>
 
 /// The colours, sizes and fonts that every widget draws with, so that two screens never differ by a shade.
 namespace tarnby::theme {
@@ -68,9 +66,6 @@ QFont font(Type type, Weight weight = Weight::regular);
 /// How much larger than usual a person wants texts. Set it before widgets are made; they do not ask again.
 double text_scale();
 void set_text_scale(double scale);
-
-/// The colour that six hexadecimal digits name ("515360", a leading "#" is fine); nothing for any other text.
-std::optional<QColor> color_from_hex(const QString& hex);
 
 /// `top` laid over an opaque `bottom`.
 QColor over(const QColor& top, const QColor& bottom);

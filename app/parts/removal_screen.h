@@ -38,7 +38,6 @@ class RemovalScreen : public Screen {
   void when_over(Milliseconds earliest, Work work);
   /// The removal is over; called before what waits for that.
   virtual void removal_is_over() {}
-  bool is_over() const { return over_; }
 
   void keyPressEvent(QKeyEvent* event) override;
   void will_retire() override;

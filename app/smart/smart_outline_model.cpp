@@ -33,12 +33,6 @@ SmartOutlineModel::SmartOutlineModel(AppContext& context, SmartCleanLists& lists
   find_headers();
 }
 
-void SmartOutlineModel::reload() {
-  beginResetModel();
-  find_headers();
-  endResetModel();
-}
-
 /// A header of the menu stands above the group that follows it there.
 void SmartOutlineModel::find_headers() {
   headers_.assign(lists_.count(), {});

@@ -18,8 +18,6 @@ class SmartOutlineModel : public OutlineModel {
   /// @param lists what is shown and ticked; a change is told by `group_changed`.
   SmartOutlineModel(AppContext& context, SmartCleanLists& lists, QObject* parent);
 
-  /// Shows what the lists hold now.
-  void reload();
   /// The entry of a row; null for a group.
   const CleanerEntry* entry_at(const QModelIndex& index) const;
 

@@ -51,7 +51,7 @@ TEST(SmartScan, of_an_empty_home_has_all_groups_and_tells_every_step) {
     EXPECT_EQ(cleaner.total_smart_size, 0);
     EXPECT_THAT(row_texts(user, *cleaner.mails_item), ElementsAre())
         << "of the system's own there is nothing to remove";
-    EXPECT_NE(cleaner.client_record("apple-mail"), nullptr) << "but its record is always there";
+    EXPECT_NE(cleaner.apple_mail_item, nullptr) << "but its record is always there";
   }
 }
 

@@ -9,29 +9,6 @@
 namespace tarnby {
 namespace {
 
-TEST(Theme, reads_a_color_from_six_hexadecimal_digits_and_from_nothing_else) {
-  struct Case {
-    const char* why;
-    const char* hex;
-    std::optional<QColor> color;
-  };
-  const Case cases[] = {
-      {"as it is written", "515360", QColor(0x51, 0x53, 0x60)},
-      {"with a leading mark, in either case", "#ff7A6b", QColor(255, 0x7A, 0x6B)},
-      {"black is a color, not a failure", "000000", QColor(0, 0, 0)},
-      {"too short", "51536", {}},
-      {"too long, as with an alpha part", "51536080", {}},
-      {"no digits at all", "", {}},
-      {"only the mark", "#", {}},
-      {"a name that happens to have six letters", "orange", {}},
-      {"a sign is no digit", "+51536", {}},
-      {"white space is no digit", " 51536", {}},
-      {"digits of other scripts are none here", "٥١٥٣٦٠", {}},
-      {"a second mark", "##51536", {}},
-  };
-  for (const Case& c : cases) EXPECT_EQ(theme::color_from_hex(QString::fromUtf8(c.hex)), c.color) << c.why;
-}
-
 TEST(Theme, puts_only_readable_texts_on_its_grounds) {
   struct Pair {
     const char* why;
