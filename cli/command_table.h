@@ -26,6 +26,7 @@ struct CommandRow {
   std::size_t fewest;
   std::size_t most;
   Effect effect;
+  /// See commands.h.
   ExitStatus (*run)(Context& context);
   std::string_view summary;
   /// The rest of its help, in lines of at most 80 columns: `details`, what `list` makes unless it is null, and what

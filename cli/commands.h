@@ -4,8 +4,8 @@
 
 namespace tarnby::cli {
 
-// One function a command. Each prints its result and returns how the program ends; CommandError stands for what went
-// wrong before there was a result.
+// One function a command, see command_rows for what each is for. Each runs to its end on the main thread, prints its
+// result and returns how the program ends; it throws CommandError for what went wrong before there was a result.
 
 ExitStatus run_scan(Context& context);
 ExitStatus run_clean(Context& context);

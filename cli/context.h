@@ -33,8 +33,11 @@ struct Context {
   /// The platform's settings, to which values can be given that hold for this run.
   RunSettings& run_settings;
   PlainMainQueue& main_queue;
+  /// What is printed is read by a person in a window.
   bool out_is_terminal;
+  /// A line on standard error can be written over, see rewrites_lines.
   bool err_rewrites_lines;
+  /// There is somebody to ask.
   bool in_is_terminal;
 
   // The parts of the platform that commands use.

@@ -23,11 +23,15 @@ std::string json_line(const Json& value);
 
 /// Bytes that are not UTF-8 appear as U+FFFD.
 Json json_text(std::string_view bytes);
+/// The text, or null.
 Json json_optional(const std::optional<std::string>& text);
+/// The paths in the order given.
 Json json_paths(std::span<const Url> urls);
 
-/// One row of a smart scan.
+/// One row of a smart scan: label, bytes, paths. A browser or mail program is labelled by its type, which is the same
+/// in every language.
 Json json_entry(const CleanerEntry& entry);
+/// One application with the fields of its record, as its bundle has them.
 Json json_application(const ApplicationItem& item);
 /// A value of the settings: data as text, dates as ISO 8601, UTC.
 Json json_setting(const PropertyList& value);

@@ -19,6 +19,7 @@ Json json_problem(const std::optional<LookProblem>& problem);
 
 /// How a command ends that has looked: `cut_short` when the system failed on the way.
 ExitStatus status_of_look(const std::optional<LookProblem>& problem);
+/// The same for several groups of the last scan.
 ExitStatus status_of_looks(const Cleaner& cleaner, std::span<const std::string_view> groups);
 /// The same after what was found was removed, unless that ended worse.
 ExitStatus status_after_looks(ExitStatus removal, const Cleaner& cleaner, std::span<const std::string_view> groups);

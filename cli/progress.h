@@ -15,6 +15,7 @@ class Progress {
   Progress(const Progress&) = delete;
   Progress& operator=(const Progress&) = delete;
 
+  /// Writes the line over the one before. Main thread only.
   void show(std::string_view line);
 
  private:

@@ -37,6 +37,7 @@ struct RemovalPreview {
 /// Throws CommandError with `wrong_usage` when --yes was not given and nobody can be asked; call it before any work.
 void need_somebody_to_ask(const Context& context);
 
+/// Looks at each listed path and at what is mounted; removes nothing.
 RemovalPreview preview_removal(Context& context, std::span<const Url> urls);
 
 /// Bytes of what is mounted in what would go, and of what is refused when `with_refused`. Measures it.
@@ -61,6 +62,7 @@ bool removal_is_agreed(Context& context, const RemovalPreview& preview, std::int
 /// The report when nothing was touched, as the user wished.
 RemovalReport declined_removal(Context& context, const RemovalPreview& preview);
 
+/// Removes a list that it knows, watched and ended as the options say; one result for each entry.
 using RemoveListed = std::function<std::vector<Removal>(const RemovalOptions& options)>;
 
 /// Takes the listed paths away with `remove` and reports what went. An interrupt stops it after the entry in hand; the

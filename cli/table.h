@@ -10,6 +10,7 @@ namespace tarnby::cli {
 /// Lines of cells under each other, made for reading. Cells are shown as they are given, in one line each.
 class Table {
  public:
+  /// On which side of a column its cells begin.
   enum class Align : std::uint8_t { left, right };
 
   /// @param columns how each column is aligned.
@@ -21,8 +22,10 @@ class Table {
   void line(std::vector<std::string> cells) { lines_.push_back({std::move(cells), false}); }
   /// A line that stands out.
   void heading(std::vector<std::string> cells) { lines_.push_back({std::move(cells), true}); }
+  /// An empty line.
   void blank() { lines_.emplace_back(); }
 
+  /// Writes the lines so far; columns are as wide as their widest cell, in terminal columns.
   void print(std::ostream& out) const;
 
  private:

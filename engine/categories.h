@@ -23,6 +23,7 @@ struct SmartGroup {
   std::string_view header = {};
   /// The named picture of its group.
   std::string_view picture = {};
+  /// Where the engine keeps its bytes, and its group.
   std::int64_t Cleaner::*total = nullptr;
   std::shared_ptr<SmartOutlineItem> Cleaner::*outline = nullptr;
 };
@@ -38,12 +39,13 @@ struct Category {
   std::string_view setting = {};
   /// What is in it, in a line of the terminal's help; empty for one that no command removes.
   std::string_view help = {};
+  /// Where the engine keeps its record.
   std::shared_ptr<CleanerItem> Cleaner::*item;
   SmartGroup smart = {};
   bool in_junk_scan = false;
   /// Downloads count towards what would be cleaned, but a person looks through them: no run removes them.
   bool is_removed = true;
-  /// What a removal run had to leave is told to whoever can go on with it.
+  /// A cleanup reports what it had to leave in this category, so that the helper or the person can go on with it.
   bool tells_what_is_left = false;
   /// The browsers or mail programs that it is made of; null for most.
   std::span<const ClientRow> (*clients)() = nullptr;

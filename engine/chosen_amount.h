@@ -32,7 +32,7 @@ class ChosenAmount {
   ChosenAmount() = default;
 
   /// Notes which locations are listed more than once or lie inside one another, and measures those among them that
-  /// share their entry's size with others; a measuring session knows most of them. Looks at the disk.
+  /// share their entry's size with others: on the disk, unless a Measurer::SizeMemory still knows them.
   ChosenAmount(std::span<const CleanerEntry> listed, Measurer& measurer);
 
   /// Bytes of the chosen entries with each location counted once. They may be any of the listed ones, or records made

@@ -47,6 +47,7 @@ class Cleaner {
   AppSettings* app_settings;
   /// Bytes handed over for removal, or removed; added to the lifetime total by whoever shows the result.
   std::int64_t wasCleaned = 0;
+  // Bytes found by the junk scan: caches, logs, leftovers and browser data; the Trash and mail attachments.
   std::int64_t apps_junk_size = 0;
   std::int64_t media_junk_size = 0;
   /// What a removal run could not remove and what is still there, while the run goes on; empty before and after.

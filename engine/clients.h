@@ -34,6 +34,7 @@ struct ClientRow {
   std::shared_ptr<CleanerItem> Cleaner::*item;
   /// Below the Library; the client counts as present when something stands there. Empty: always present.
   std::string_view must_exist;
+  /// Where its files are below the Library. Called only when the client is present; may list folders.
   ClientFiles (*files)(const FileManager& files, const Url& library);
   /// Its size is that of the folder as such: a link in the folder's place counts 0.
   bool measured_as_folder;

@@ -19,6 +19,7 @@ struct KnownPlaces {
   /// What cannot be told counts as there: that it was missed is told by whoever looks there.
   static KnownPlaces look(const FileManager& files, const Url& home);
 
+  /// False for a home in which nothing can be looked for.
   bool any() const { return library || trash || downloads; }
   /// Whether the group of this type, of either scan, has a place to look at.
   bool serves(std::string_view type) const;

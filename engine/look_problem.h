@@ -14,6 +14,7 @@ namespace tarnby {
 
 /// Why a group may lack something that is there. Whoever shows an empty group with a problem does not call it clean.
 struct LookProblem {
+  /// What stood in the way.
   enum class Kind {
     /// Something may not be read.
     unreadable,
@@ -44,7 +45,9 @@ std::optional<LookProblem> problem_of_leftovers(const KnownApplications& known, 
 /// The problems of the last scans by the type of the group. Any thread may call.
 class LookProblems {
  public:
+  /// Replaces what was known of a group; none says that all was seen.
   void set(std::string_view type, std::optional<LookProblem> problem);
+  /// None when all of the group was seen, and before any scan.
   std::optional<LookProblem> of(std::string_view type) const;
 
  private:

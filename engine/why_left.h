@@ -29,7 +29,7 @@ enum class LeftReason {
   came_back,
 };
 
-/// What one pass says of an entry that is still there.
+/// The reason that one result of FileManager::remove gives for an entry that is still there.
 /// @param refused whether it is never removed whole (see FileManager::refuses_to_remove).
 LeftReason why_left(const Removal& removal, bool refused);
 

@@ -86,6 +86,9 @@ class DirectoryReader {
   bool likely_more_ = false;
 };
 
+// What follows works on open folders; a name is one component in the folder that `parent` is open to. Any thread may
+// call.
+
 /// A path handle of a folder: for looking up entries below it, not for listing it. A link of that name is not followed.
 /// Empty when it cannot be opened; errno(3) says why.
 Descriptor open_path_handle_at(int parent, const char* name);
@@ -127,7 +130,8 @@ Descriptor open_path_handle_on_same_mount(int parent, const char* name);
 /// mode stay. True when the owner has them afterwards. False, and nothing is changed, when that is another user.
 bool unlock_folder(int handle);
 
-/// What an open folder holds under a name; a link itself, not what it points to.
+/// What an open folder holds under a name; a link itself, not what it points to. When there is nothing, or it cannot be
+/// found out, `error` says which.
 Status status_at(int parent, const char* name);
 
 /// What an entry takes on the disk; a link itself, not what it points to.
@@ -141,7 +145,7 @@ std::int64_t size_at(int parent, const char* name);
 /// What an open handle is open to.
 Status status_of(int handle);
 
-/// True when both handles are known to be open to entries of one file system.
+/// True when both handles are known to be open to entries of one file system; false, too, when that cannot be told.
 bool on_same_device(int handle, int other);
 
 /// Renames an entry of an open folder without replacing another: false with EEXIST when the new name is taken. False
@@ -150,10 +154,12 @@ bool rename_to_free_name_at(int folder, const char* from, const char* to);
 /// The same for an entry named by its path.
 bool rename_to_free_name(const std::string& from, const std::string& to);
 
-/// How many removals at once are fastest on the file system that holds this folder.
+/// How many removals at once are fastest on the file system that holds this folder, at least 1; measured, see where it
+/// is defined.
 unsigned removal_threads_for(int folder);
 
-/// How often the calling thread has had to wait since it began: for a disk, and for anything at all.
+/// How often the calling thread has had to wait since it began: for a disk, and for anything at all. Two results tell
+/// by their difference whether a call waited; nothing else follows from the numbers.
 struct ThreadWaits {
   long for_disk = 0;
   long for_anything = 0;

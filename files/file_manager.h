@@ -99,10 +99,11 @@ class FileManager {
   /// Memory follows what is kept. The folder itself is not among them.
   std::vector<Url> walk(const Url& folder, Hidden hidden, Packages packages, const WantEntry& want);
 
-  /// What stands at a location.
+  /// What stands at a location; when that cannot be found out, its `error` says why, and a LookWatch hears of it.
   Status status(const Url& url) const;
   /// The same for many; neighbours in one folder cost one look each.
   std::vector<Status> statuses(std::span<const Url> urls) const;
+  /// False, too, when nobody can tell; a LookWatch hears of that.
   bool exists(const Url& url) const { return status(url).kind != EntryKind::none; }
   bool is_folder(const Url& url) const { return status(url).kind == EntryKind::folder; }
 

@@ -19,7 +19,7 @@ struct DiskSpace {
 /// That of the disk that holds the folder; none when it cannot be told. Any thread may call.
 std::optional<DiskSpace> disk_space(const GrantedFolders& granted, const Url& folder);
 
-/// What is free on it.
+/// DiskSpace::free of that disk, likewise.
 std::optional<std::int64_t> free_bytes(const GrantedFolders& granted, const Url& folder);
 
 }  // namespace tarnby

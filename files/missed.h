@@ -34,6 +34,8 @@ enum class LookError {
   failed,
 };
 
+/// The meaning of one. 0 is none, and so is an error that says what is there: no such entry, a link or ".." in the
+/// path, too long a name.
 LookError look_error(int error);
 
 /// What one or several looks missed. Of several locations it keeps the first in the order of a walk, so that two runs
@@ -46,12 +48,15 @@ struct Missed {
   std::optional<Url> failed;
 
   bool anything() const { return stopped || refused || failed; }
+  /// Adds what an error (errno(3)) at a location means; nothing when it means nothing.
   void note(int error, const Url& location) noexcept;
+  /// Adds what another look missed.
   void add(const Missed& other) noexcept;
 };
 
 /// Notes on this thread that a location could not be seen, and why (errno(3)).
 void note_missed(int error, const Url& location);
+/// Notes on this thread what another one has missed for it.
 void note_missed(const Missed& missed);
 
 /// Collects what is missed on its thread while it exists. Watches nest: at its end a watch passes its notes to the one
@@ -66,6 +71,7 @@ class LookWatch {
   LookWatch(const LookWatch&) = delete;
   LookWatch& operator=(const LookWatch&) = delete;
 
+  /// What was missed so far. On the thread of the watch.
   const Missed& missed() const { return missed_; }
 
  private:
@@ -82,6 +88,7 @@ class MissedByWorkers {
  public:
   /// Notes that a folder, or something in it, could not be read.
   void note(int error, const TraversedFolder& folder) noexcept;
+  /// What was missed so far; complete once the traversal has ended.
   Missed missed() const;
 
  private:

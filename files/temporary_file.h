@@ -15,12 +15,14 @@ namespace tarnby {
 /// took the file's place. It is locked as long (flock(2)).
 class TemporaryFile {
  public:
+  /// Makes it, empty. When that fails there is no file, and `write` returns false.
+  /// @param beside the absolute path of the file whose place it is to take.
   explicit TemporaryFile(const std::string& beside);
   ~TemporaryFile();
   TemporaryFile(const TemporaryFile&) = delete;
   TemporaryFile& operator=(const TemporaryFile&) = delete;
 
-  /// True when all of it has reached the disk.
+  /// Writes the content, with the permissions of `mode`. True when all of it has reached the disk.
   bool write(std::string_view bytes, mode_t mode);
 
   /// Takes the place of what stands under this name, be it a link; false when a folder does. The folder that holds it

@@ -125,6 +125,7 @@ class TraversalJob {
 
   /// Visits nothing more. Any thread may call, at any time.
   void cancel() { cancelled_.store(true, std::memory_order_relaxed); }
+  /// True once it was cancelled. Any thread may ask.
   bool cancelled() const { return cancelled_.load(std::memory_order_relaxed); }
 
  private:
@@ -155,6 +156,7 @@ class Traversal {
   Traversal(const Traversal&) = delete;
   Traversal& operator=(const Traversal&) = delete;
 
+  /// Where a job goes among those that wait for a worker.
   enum class Priority { now, last };
 
   /// Begins a job in one or more folders; returns at once where there are workers. The job must live until `wait` has
@@ -171,7 +173,8 @@ class Traversal {
   /// Workers that are made from now on give up changing anything (see give_up_changing), for jobs that only look.
   void confine_workers() { confined_ = true; }
 
-  /// Ends the jobs that only look, and each that is started from now on, at once, until `look_again`.
+  /// Ends the jobs that only look, and each that is started from now on, at once, until `look_again`. Returns without
+  /// waiting for their end.
   void stop_looking();
   void look_again();
   bool stopped_looking() const;

@@ -19,7 +19,7 @@ constexpr char ascii_lower(char c) {
   return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
-/// The part of a path after its last "/".
+/// The part of a path after its last "/"; the whole path when it has none.
 std::string_view last_component_of(std::string_view path);
 
 /// A location: a file URL (an absolute path, kept as the bytes the file system gave), a bare relative text (a group
@@ -44,6 +44,7 @@ class Url {
   /// The absolute path of a file URL, otherwise the text itself.
   const std::string& path() const { return text_; }
 
+  /// The name of the entry; empty for "/". Valid as long as this Url does not change.
   std::string_view last_path_component() const;
   std::string_view path_extension() const { return path_extension_of(last_path_component()); }
 

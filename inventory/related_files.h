@@ -20,6 +20,8 @@ class Platform;
 // A key of fewer than two letters matches nothing anywhere, be it a name or an identifier: "." or "a" would else make
 // the whole disk the application's own.
 
+/// Which of the files are wanted: all that are known to belong to the application, or those of them that are removed
+/// with it, always a part.
 enum class Purpose { show, remove };
 
 /// Finds the files in groups: a relative text marks where a group begins, the files of the group follow. The bundle

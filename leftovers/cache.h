@@ -63,8 +63,10 @@ class Cache {
   /// How well the last `installed_applications` knows them.
   const KnownApplications& known_applications() const { return known_applications_; }
 
-  /// Begins to measure what `smart_caches` will ask for, when a measuring session is open; returns at once.
+  /// Begins to measure what `smart_caches` will ask for, when a Measurer::SizeMemory exists; returns at once.
   void plan_sizes();
+
+  // As those of Measurer.
 
   std::int64_t overall_size_of_direcory(const Url& folder);
   std::int64_t overall_size_of_files(std::span<const Url> urls);

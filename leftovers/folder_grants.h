@@ -42,6 +42,7 @@ struct Access {
   /// False in a home of a kind that knows no applications of its own folder: then the home alone will do.
   bool needs_applications = true;
 
+  /// True when the program may begin: every grant that this home needs is valid.
   bool is_complete() const { return home.is_valid && (applications.is_valid || !needs_applications); }
 };
 

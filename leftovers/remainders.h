@@ -80,6 +80,8 @@ class Remainders {
   /// two of the tests meet is listed twice.
   std::vector<Url> language_packages() const;
 
+  // As those of Measurer.
+
   std::int64_t overall_size_of_direcory(const Url& folder);
   std::int64_t overall_size_of_files(std::span<const Url> urls);
 

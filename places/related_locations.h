@@ -98,6 +98,7 @@ struct RelatedLocation {
   LocationTraits traits = {};
 };
 
+/// Every location, one row or two each.
 std::span<const RelatedLocation> related_locations();
 
 /// The marker before the bundle itself.

@@ -10,7 +10,7 @@
 
 namespace tarnby {
 
-/// A location is kept as the text of its path.
+/// The kind of value that a setting has. A location is kept as the text of its path.
 enum class SettingType { boolean, integer, date, data, location };
 
 /// One row of the table of settings.
@@ -44,10 +44,14 @@ class AppSettings {
   /// Nowhere when never written or no absolute path.
   Url location(std::string_view key) const;
 
+  // As those of SettingsStore: seen at once, on the disk after `synchronize`.
+
   void set_boolean(std::string_view key, bool value) { store_.set(key, value); }
   void set_integer(std::string_view key, std::int64_t value) { store_.set(key, value); }
   void add_integer(std::string_view key, std::int64_t amount) { store_.add(key, amount); }
+  /// Brings what was set to the disk; false when that failed, and the next call tries again.
   bool synchronize() { return store_.synchronize(); }
+  /// For values of other kinds, and for all keys at once.
   SettingsStore& store() { return store_; }
   const SettingsStore& store() const { return store_; }
 

@@ -35,7 +35,7 @@ class Bookmarks {
 /// The real path of an existing folder (realpath(3)); nowhere when there is none.
 Url real_folder(const Url& folder);
 
-/// Whether it is this user who owns a folder; false, too, when nobody can tell.
+/// True when this user (the effective one) owns the folder; false, too, when nobody can tell.
 bool belongs_to_this_user(const Url& folder);
 
 /// The data that stands for a grant of this folder in the settings.

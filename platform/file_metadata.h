@@ -11,7 +11,8 @@ namespace tarnby {
 /// A point in time, in whole seconds.
 using Moment = std::chrono::sys_seconds;
 
-/// What a metadata index would tell of an application. Without such an index, the file system's own times stand in:
+/// What a metadata index would tell of an application. Each call looks anew; what cannot be found out is none. Any
+/// thread may call. Without such an index, the file system's own times stand in:
 /// inode(7).
 class FileMetadata {
  public:

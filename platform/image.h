@@ -8,6 +8,7 @@ namespace tarnby {
 
 /// Names a picture without loading it. It is loaded when it is painted, so that no scan decodes an icon.
 struct Image {
+  /// Where it comes from: a resource of the program, the icon that the desktop shows for an entry, or an image file.
   enum class Kind { none, named, icon_of_path, file };
 
   Kind kind = Kind::none;

@@ -24,6 +24,8 @@ class NotificationCenter {
   /// The observer is not called any more once this has returned, unless another thread is posting at this moment.
   void remove_observer(Token token);
 
+  /// Calls the observers of that name and returns when the last one has. Those who subscribe meanwhile are not called.
+  /// @param number for number observers; the others do not see it.
   void post(std::string_view name, std::int64_t number = 0);
 
  private:

@@ -14,6 +14,7 @@ struct Account {
   std::string home;
 };
 
+/// That of the effective user. Asks the account database, which may take a while where accounts are on another machine.
 Account account_of_this_user();
 
 }  // namespace tarnby

@@ -25,10 +25,12 @@ class SettingsStore {
 
   /// The value under a key; none when it was never written.
   virtual std::optional<PropertyList> value(std::string_view key) const = 0;
+  /// Replaces the value under a key, whatever kind it was.
   virtual void set(std::string_view key, PropertyList value) = 0;
   /// Adds to a whole number (absent or of another kind counts as 0) and saturates. Two processes that add both count:
   /// the sum is made when the store is written, from what the file holds then.
   virtual void add(std::string_view key, std::int64_t amount) = 0;
+  /// From now on the key reads as one that was never written.
   virtual void remove(std::string_view key) = 0;
   /// Everything written so far.
   virtual Values all() const = 0;
@@ -70,6 +72,7 @@ class RunSettings final : public SettingsStore {
  public:
   explicit RunSettings(std::unique_ptr<SettingsStore> below) : below_(std::move(below)) {}
 
+  /// The value that the key has from now on; it is never written below.
   void set_for_this_run(std::string_view key, PropertyList value);
   /// From now on nothing is written below: a dry run.
   void keep_in_memory();

@@ -21,8 +21,10 @@ std::vector<Url> settings_files(const Session& session);
 /// The settings that this program shares with its scheduler.
 std::unique_ptr<SettingsStore> open_group_settings(const Session& session);
 
+/// The index of the system, or what stands in for it. `files` must outlive it.
 std::unique_ptr<FileMetadata> open_file_metadata(const FileManager& files);
 
+/// What starts at login in this session.
 std::unique_ptr<LoginItems> open_login_items(const Session& session);
 
 }  // namespace tarnby

@@ -43,8 +43,10 @@ class Localization {
 
   /// "de"; empty for English.
   const std::string& language() const { return language_; }
+  /// As it was read; empty for English.
   const Table& table() const { return table_; }
 
+  /// The text in this language, or `english` itself when the table lacks it: the result lives as long as both.
   const std::string& text(const std::string& english) const;
 
   /// The text with its "%@" replaced, in order, by the values. A translation that needs another order writes "%1$@",

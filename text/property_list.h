@@ -22,6 +22,7 @@ class PropertyList {
   using Array = std::vector<PropertyList>;
   using Dictionary = std::map<std::string, PropertyList, std::less<>>;
   using Date = std::chrono::sys_seconds;
+  /// Bytes that are no text.
   struct Data {
     std::string bytes;
     friend bool operator==(const Data&, const Data&) = default;
@@ -77,8 +78,8 @@ class PropertyList {
 /// containers nested deeper than 64, more than 100,000 nodes or 64 MB, a text or key above 256 KB (UTF-8), more than
 /// 100 attributes and markup above 256 KB, since lists come from strangers. What a binary list refers to several times
 /// counts each time, and all texts and data may come to 64 MB. An old-style ASCII list is unreadable too, but no
-/// number is too large: an integer that is becomes a real one. The last one
-/// of several equal keys counts. Never throws on input; any thread may call.
+/// number is too large: an integer that is becomes a real one. The last one of several equal keys counts. Never throws
+/// on input; any thread may call.
 std::optional<PropertyList> parse_property_list(std::string_view bytes);
 
 /// The XML form, UTF-8, dictionary keys in byte order. Texts that are not UTF-8 or hold characters XML forbids are

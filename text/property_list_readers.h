@@ -31,6 +31,7 @@ constexpr std::size_t max_markup_bytes = std::size_t{256} << 10U;
 /// Reads the document of a list, UTF-8 whatever it declares itself to be in.
 std::optional<PropertyList> read_xml(std::string_view utf8);
 
+/// Reads a list that begins with "bplist00". Every offset and size in it is checked before it is used.
 std::optional<PropertyList> read_binary(std::string_view bytes);
 
 }  // namespace tarnby::property_list

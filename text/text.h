@@ -20,6 +20,7 @@ class FoldedText {
   FoldedText() = default;
   explicit FoldedText(std::string_view text);
 
+  /// True when nothing is left of the text once it is stripped.
   bool empty() const { return folded_.empty(); }
   /// As it is compared.
   std::string_view bytes() const { return folded_; }
@@ -35,7 +36,7 @@ class FoldedText {
   std::uint64_t pairs_ = 0;
 };
 
-/// Locale-aware, case- and diacritic-insensitive containment of `part` in `text`.
+/// FoldedText::contains for two texts that are compared once.
 bool contains_folded(std::string_view text, std::string_view part);
 
 /// The text as UTF-8, each ill-formed sequence replaced by U+FFFD.

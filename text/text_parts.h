@@ -8,7 +8,7 @@
 
 #include "text/localization.h"
 
-// What the text functions of every system share, and what each system adds to them. Nobody outside platform/ needs it.
+// What the text functions of every system share, and what each system adds to them. Nobody outside text/ needs it.
 
 namespace tarnby {
 
