@@ -197,6 +197,8 @@ std::string Remainders::setLabel(std::string_view identifier) const {
   return upper_first(last) + " by " + capitalised(company);
 }
 
+/// As the inventory's search for unused applications, but what lies inside another bundle is known by extensions in
+/// lower case only; pinned by Remainders.calls_applications_unused_after_thirty_days.
 bool Remainders::is_unused(const Url& application) const {
   const auto identifier = bundle_identifier(*defaultManager, application);
   if (!identifier || identifier->find("com.apple") != std::string::npos) return false;

@@ -59,6 +59,22 @@ struct Pages {
   Cleaner& cleaner = window.context.sharedCleaner();
 };
 
+/// Opens the window on the screen of a junk scan, whose search is over by then.
+ScanViewController& show_junk_scan(TestWindow& window) {
+  window.open_on_screen();
+  window.post("scan_view_controller");
+  window.settle();
+  window.pass(100);
+  return *window.screen<ScanViewController>(Layer::overlay);
+}
+
+/// Every text that the label shows in that time.
+std::set<std::string> texts_shown(TestWindow& window, const QLabel& label, int milliseconds) {
+  std::set<std::string> texts;
+  for (int passed = 0; passed < milliseconds; passed += 10, window.pass(10)) texts.insert(label.text().toStdString());
+  return texts;
+}
+
 TEST(ScanViewController, tells_each_step_at_its_moment_and_waits_for_the_scan_twice) {
   TestPlatform user;
   user.tree.file("ada/Library/Logs/a.log", 2'000'000).file("ada/Library/Logs/b.log").file("ada/.Trash/t", 8'000'000);
@@ -113,11 +129,7 @@ TEST(ScanViewController, shows_the_files_of_a_category_but_never_the_first) {
   TestPlatform user;
   for (const char* name : {"a", "b", "c"}) user.tree.file(std::string("ada/Library/Caches/") + name, 1);
   TestWindow window(user);
-  window.open_on_screen();
-  window.post("scan_view_controller");
-  window.settle();
-  window.pass(100);
-  const QLabel* path = window.screen<ScanViewController>(Layer::overlay)->path;
+  const QLabel* path = show_junk_scan(window).path;
   std::vector<std::string> shown;
   for (int tick = 0; tick < 10; ++tick) {
     window.pass(30);
@@ -132,11 +144,7 @@ TEST(ScanViewController, counts_up_with_the_names_that_flicker_by) {
   for (const char* name : {"a", "b", "c", "d"}) user.tree.file(std::string("ada/Library/Caches/") + name, 1'000'000);
   user.tree.file("ada/Library/Logs/l", 2'000'000).file("ada/.Trash/t", 8'000'000).file("ada/.Trash/u", 8'000'000);
   TestWindow window(user);
-  window.open_on_screen();
-  window.post("scan_view_controller");
-  window.settle();  // the scan is over before its screen is there
-  window.pass(100);
-  const QLabel* size = window.screen<ScanViewController>(Layer::overlay)->scan_size;
+  const QLabel* size = show_junk_scan(window).scan_size;
   std::vector<std::string> told;
   const auto listen = [&](int until) {
     for (; until > 0; until -= 10, window.pass(10)) {
@@ -158,14 +166,9 @@ TEST(ScanViewController, counts_once_what_two_categories_list) {
   }
   user.tree.file("ada/.Trash/t", 1'000'000);
   TestWindow window(user);
-  window.open_on_screen();
-  window.post("scan_view_controller");
-  window.settle();  // the scan is over before its screen is there
-  window.pass(100);
-  const QLabel* size = window.screen<ScanViewController>(Layer::overlay)->scan_size;
-  std::set<std::string> told;
-  for (int passed = 0; passed < 10'900; passed += 10, window.pass(10)) told.insert(size->text().toStdString());
-  EXPECT_THAT(told, ElementsAre("24 MB", "48 MB", "49 MB", "Zero KB")) << "and not the leftover's 24 MB again";
+  const QLabel* size = show_junk_scan(window).scan_size;
+  EXPECT_THAT(texts_shown(window, *size, 10'900), ElementsAre("24 MB", "48 MB", "49 MB", "Zero KB"))
+      << "and not the leftover's 24 MB again";
 }
 
 TEST(ScanViewController, says_of_which_categories_everything_is_clean) {
@@ -183,25 +186,15 @@ TEST(ScanViewController, says_of_which_categories_everything_is_clean) {
     TestPlatform user;
     for (const std::string& file : c.files) file.ends_with('/') ? user.tree.folder(file) : user.tree.file(file, 1);
     TestWindow window(user);
-    window.open_on_screen();
-    window.post("scan_view_controller");
-    window.settle();  // the scan is over before its screen is there
-    window.pass(100);
-    const QLabel* path = window.screen<ScanViewController>(Layer::overlay)->path;
-    std::set<std::string> told;
-    for (int passed = 0; passed < 10'500; passed += 10, window.pass(10)) told.insert(path->text().toStdString());
-    EXPECT_THAT(told, testing::Contains(c.clean));
+    const QLabel* path = show_junk_scan(window).path;
+    EXPECT_THAT(texts_shown(window, *path, 10'500), testing::Contains(c.clean));
   }
 }
 
 TEST(ScanViewController, fills_its_ring_in_8_seconds_and_2_8_more) {
   TestPlatform user;
   TestWindow window(user);
-  window.open_on_screen();
-  window.post("scan_view_controller");
-  window.settle();  // the scan is over before its screen is there
-  window.pass(100);
-  const ScanView* ring = window.screen<ScanViewController>(Layer::overlay)->scanView;
+  const ScanView* ring = show_junk_scan(window).scanView;
   window.pass(4000);
   EXPECT_NEAR(ring->stroke_end(), 0.25, 0.01);
   window.pass(4000);

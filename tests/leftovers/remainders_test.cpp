@@ -174,6 +174,7 @@ TEST(Remainders, calls_applications_unused_after_thirty_days) {
       {"a helper inside another application", never, 90 * day, false, "ada/Documents/B.app/A.app"},
       {"a helper inside a framework", never, 90 * day, false, "ada/Documents/B.framework/A.app"},
       {"the same beside it", never, 90 * day, true, "ada/Documents/B.framework.d/A.app"},
+      {"an extension in upper case is no bundle here", never, 90 * day, true, "ada/Documents/B.APP/A.app"},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.why);
