@@ -69,7 +69,7 @@ void need_folders(Context& context);
 /// The same for the home folder alone.
 void need_home(Context& context);
 
-/// An absolute path for one typed by a person, by the current folder; nowhere when that cannot be told.
+/// An absolute path for one typed by a person, by the current folder; nowhere when that is unknown.
 Url typed_path(const std::string& text);
 
 }  // namespace tarnby::cli

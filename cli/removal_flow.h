@@ -21,7 +21,7 @@ struct ChosenPart {
 struct ChosenRemoval {
   /// In the order of the removal.
   std::vector<Url> files;
-  /// The same in parts, so that the bytes of what stays can be told.
+  /// The same in parts, to find the bytes of what stays.
   std::vector<ChosenPart> parts;
   /// What the engine counts for it.
   std::int64_t bytes = 0;

@@ -83,7 +83,7 @@ class OwnRemovals {
 bool user_agrees(Context& context, const std::string& what) {
   context.err << what << "? It does not go to the Trash. [y/N] " << std::flush;
   std::string answer;
-  if (!std::getline(std::cin, answer)) context.err << '\n';  // nobody has ended the line
+  if (!std::getline(std::cin, answer)) context.err << '\n';  // at the end of input the prompt's line is still open
   return answer == "y" || answer == "Y" || answer == "yes";
 }
 

@@ -14,12 +14,12 @@
 namespace tarnby::cli {
 
 /// What a removing command was asked to take, and what became of it. Every listed path that existed stands at most
-/// once, in list order, among the removed or among the left; the rest was taken by somebody else meanwhile.
+/// once, in list order, among the removed or among the left; other programs took the rest meanwhile.
 struct RemovalReport {
   std::vector<Url> removed;
   std::vector<LeftEntry> left;
   std::size_t taken_by_others = 0;
-  /// What the removal itself told, for counting.
+  /// The results of the removal, for counting.
   std::vector<Removal> removals;
   /// Free on the disk that holds the home, before and after; none when the system does not tell.
   std::optional<std::int64_t> free_before;
@@ -55,7 +55,7 @@ struct PreviewBytes {
 void print_preview(Context& context, const RemovalPreview& preview, const PreviewBytes& bytes);
 
 /// Asks on the terminal whether to remove what the preview tells, after `show` has shown it; true without asking with
-/// `--yes`, and when there is nothing that anybody could agree to. A no is told on standard error.
+/// `--yes`, and when nothing can be removed. A no is told on standard error.
 bool removal_is_agreed(Context& context, const RemovalPreview& preview, std::int64_t bytes,
                        const std::function<void()>& show);
 

@@ -15,7 +15,7 @@ namespace {
 /// Nothing outside the granted folders is ever removed; better to say so than to leave the application and take the
 /// rest.
 void need_access_to(Context& context, const Url& application) {
-  (void)context.bookmarks().resolve_and_access(Grant::disk);  // whoever granted the disk may remove what is on it
+  (void)context.bookmarks().resolve_and_access(Grant::disk);  // with a grant of the disk, what is on it may be removed
   if (context.files().granted().holds(application)) return;
   throw CommandError(no_access, "\"" + one_line(application.path()) +
                                     "\" lies in none of the folders that access was given to (\"home\", "

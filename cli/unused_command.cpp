@@ -19,7 +19,7 @@ Json json_unused(const ApplicationItem& item) {
   return json;
 }
 
-/// Who was never opened carries the moment of the search, and who was is unused only after weeks.
+/// An application that was never opened carries the moment of the search; one that was is unused only after weeks.
 std::string last_opened(const ApplicationItem& item, Moment now) {
   if (!item.launch_date || !counts_as_unused(item.launch_date, item.launch_date, now)) return "never opened";
   return "opened " + iso_date(*item.launch_date).substr(0, 10);

@@ -59,9 +59,9 @@ class ChosenAmount {
 /// count every byte once.
 std::vector<Url> outermost_of(std::span<const Url> urls);
 
-/// What people read after a removal, and what goes into the lifetime total: of what the engine counted for the run as
-/// much as is not there any more, and no more than this run itself removed. Measures what was left. Whoever counts sets
-/// the engine's `wasCleaned` to 0 afterwards, so that nothing is counted twice.
+/// The amount in bytes that people read after a removal and that goes into the lifetime total: what the engine counted
+/// for the run, less what is still there, and at most what this run itself removed. Measures what was left. The caller
+/// sets the engine's `wasCleaned` to 0 afterwards, so that nothing is counted twice.
 /// @param was_cleaned what the engine counted for this run, in bytes.
 std::int64_t cleaned_amount(std::int64_t was_cleaned, Measurer& measurer, std::span<const LeftEntry> left,
                             std::span<const Removal> removals);

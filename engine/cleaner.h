@@ -28,8 +28,8 @@ class Platform;
 /// what was chosen.
 ///
 /// Operations run to their end on the caller's thread and call their handler there, last. They report no failure: what
-/// cannot be read is empty or 0. Fields are written without locks; one scan or removal at a time, and whoever shows a
-/// category reads it after the handler, a completion flag or its notification has come.
+/// cannot be read is empty or 0. Fields are written without locks; one scan or removal at a time. A category is
+/// read once the handler, a completion flag or its notification has come.
 class Cleaner {
  public:
   /// The one of this process. Any thread may call.
@@ -45,7 +45,8 @@ class Cleaner {
   std::atomic<bool> media_search_coomplete = false;  // the spelling is the name by which the screens know it
   ApplicationDelegate* appDelegate;
   AppSettings* app_settings;
-  /// Bytes handed over for removal, or removed; added to the lifetime total by whoever shows the result.
+  /// Bytes handed over for removal, or removed; added to the lifetime total by the screen or command that shows the
+  /// result.
   std::int64_t wasCleaned = 0;
   // Bytes found by the junk scan: caches, logs, leftovers and browser data; the Trash and mail attachments.
   std::int64_t apps_junk_size = 0;
@@ -158,7 +159,7 @@ class Cleaner {
   /// @param report what the run did; may be null.
   void cleanup_with_complete_handler(const std::function<void()>& handler, CleanupReport* report = nullptr);
 
-  /// The locations that such a run would be told to remove, in its order.
+  /// The locations that such a run would remove, in its order.
   std::vector<Url> cleanup_files() const;
   /// What such a run takes, for `junk_amount`.
   std::vector<CleanerEntry> cleanup_entries() const;

@@ -49,7 +49,7 @@ void Cleaner::cleanup_with_complete_handler(const std::function<void()>& handler
     if (category.is_removed && is_switched_on(category)) remove_category(category, told);
   }
   told.left = std::move(remainder_urls);
-  remainder_urls.clear();  // the next run, and whoever hands files to a helper, begins with an empty list
+  remainder_urls.clear();  // the next run and a hand-off to the helper begin with an empty list
   platform_.group_settings.set("Date", platform_.now());
   (void)platform_.group_settings.synchronize();  // what could not be written now goes with the next run's date
   handler();

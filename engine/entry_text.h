@@ -11,7 +11,7 @@ namespace tarnby {
 /// How people call a client that the engine knows by its type: "Google Chrome" for "chrome".
 std::string client_name(std::string_view type);
 
-/// The path as it is told to people: "~/Library/Caches" below the home folder.
+/// The path as it is shown to people: "~/Library/Caches" below the home folder.
 std::string short_path(const Url& url, const Url& home);
 
 /// What people call a row of a smart scan: an application's name, a file's, that of a browser or mail program. The

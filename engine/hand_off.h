@@ -19,11 +19,11 @@ class Platform;
 //     this program      writes {"Store": [paths]}, launches the helper, and looks every half second
 //     the helper        removes, and adds "Complete" or "Cancel"
 //     "Complete"        the cleaned screen is next
-//     "Cancel"          all over again: the file is written anew, which drops "Cancel", and the helper launched again
+//     "Cancel"          all over again: the file is written again, which drops "Cancel", and the helper launched again
 //
 // The file is written in place and not at once, so either side may see a part of it, which is no answer.
 
-/// One screen's hand-off. For the main thread; owns no timer: whoever has timers calls it.
+/// One screen's hand-off. For the main thread. Owns no timer: the screen calls it from its own.
 class HandOff {
  public:
   /// Opens the application at this location, as a click on it would.

@@ -16,7 +16,7 @@ struct KnownPlaces {
   /// One of the folders that installers are looked for in.
   bool downloads = true;
 
-  /// What cannot be told counts as there: that it was missed is told by whoever looks there.
+  /// A place that cannot be looked at counts as there: the search that reads it reports what it missed.
   static KnownPlaces look(const FileManager& files, const Url& home);
 
   /// False for a home in which nothing can be looked for.

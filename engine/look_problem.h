@@ -12,7 +12,7 @@
 
 namespace tarnby {
 
-/// Why a group may lack something that is there. Whoever shows an empty group with a problem does not call it clean.
+/// Why a group may lack something that is there. An empty group with a problem is not called clean.
 struct LookProblem {
   /// What stood in the way.
   enum class Kind {

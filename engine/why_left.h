@@ -44,7 +44,7 @@ struct LeftEntry {
 };
 
 /// What is still there of a list after its removal, each location once, in the list's order. What is gone is not among
-/// them, whoever took it. Looks at the disk; any thread may call.
+/// them, even when another program took it. Looks at the disk; any thread may call.
 /// @param removals one for each location.
 std::vector<LeftEntry> left_of(const FileManager& files, std::span<const Url> urls, std::span<const Removal> removals);
 

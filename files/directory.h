@@ -145,7 +145,7 @@ std::int64_t size_at(int parent, const char* name);
 /// What an open handle is open to.
 Status status_of(int handle);
 
-/// True when both handles are known to be open to entries of one file system; false, too, when that cannot be told.
+/// True when both handles are known to be open to entries of one file system; false, too, when that is unknown.
 bool on_same_device(int handle, int other);
 
 /// Renames an entry of an open folder without replacing another: false with EEXIST when the new name is taken. False

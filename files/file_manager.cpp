@@ -225,7 +225,8 @@ bool FileManager::write(const Url& file, std::string_view bytes) const {
   const std::string name(file.last_path_component());
   if (parent < 0 || name == "..") return false;
   const EntryKind standing = status_at(parent, name.c_str()).kind;
-  if (standing != EntryKind::none && standing != EntryKind::file) return false;  // whoever waits at a FIFO sleeps on
+  if (standing != EntryKind::none && standing != EntryKind::file)
+    return false;  // a process that waits at a FIFO sleeps on
   const Descriptor handle = open_file_for_writing_at(parent, name.c_str());
   if (!handle || status_of(handle.get()).kind != EntryKind::file || ftruncate(handle.get(), 0) != 0) return false;
   while (!bytes.empty()) {
@@ -279,11 +280,11 @@ std::optional<std::string> FileManager::read(const Url& file, std::size_t most) 
   };
   if (parent < 0) return none(errno);
   if (name == "..") return {};
-  // Even to open a FIFO for a moment would wake whoever waits at its other end.
+  // Even to open a FIFO for a moment would wake the process that waits at its other end.
   const Status standing = status_at(parent, name.c_str());
   if (standing.kind != EntryKind::file) return none(standing.error);
   const Descriptor handle = open_file_at(parent, name.c_str());
-  // It is there, be it that another one is taking its place.
+  // It is there, even when another entry is taking its place.
   if (!handle) return none(look_error(errno) == LookError::none ? EIO : errno);
   const Status status = status_of(handle.get());
   if (status.kind != EntryKind::file) return none(status.error);

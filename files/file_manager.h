@@ -20,7 +20,7 @@ namespace tarnby {
 class ConfinedThreads;
 class Traversal;
 
-/// One entry that a listing or a walk found. Its kind is told without following links.
+/// One entry that a listing or a walk found. Its kind is that of a link itself, not of what it points to.
 struct Entry {
   Url url;
   EntryKind kind = EntryKind::none;
@@ -103,7 +103,7 @@ class FileManager {
   Status status(const Url& url) const;
   /// The same for many; neighbours in one folder cost one look each.
   std::vector<Status> statuses(std::span<const Url> urls) const;
-  /// False, too, when nobody can tell; a LookWatch hears of that.
+  /// False, too, when it cannot be found out; a LookWatch hears of that.
   bool exists(const Url& url) const { return status(url).kind != EntryKind::none; }
   bool is_folder(const Url& url) const { return status(url).kind == EntryKind::folder; }
 

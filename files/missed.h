@@ -26,11 +26,11 @@ class TraversedFolder;
 enum class LookError {
   /// None, or there is nothing there.
   none,
-  /// The look was ended by whoever began it.
+  /// The look was ended on purpose, see FileManager::stop_looking.
   stopped,
   /// It may not be read.
   refused,
-  /// The disk or the system failed: nobody knows what is there.
+  /// The disk or the system failed: it is unknown what is there.
   failed,
 };
 

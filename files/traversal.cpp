@@ -455,7 +455,7 @@ std::size_t Traversal::go_on_alone(TraversedFolder& folder, Tools& tools) {
   return visited;
 }
 
-/// False when there is no memory to note it: whoever reads goes on alone.
+/// False when there is no memory to note it: the reading worker goes on alone.
 bool Traversal::hand_on_reading(TraversedFolder& folder) try {
   const std::lock_guard lock(mutex_);
   make_room(1);

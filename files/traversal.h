@@ -32,8 +32,8 @@ namespace tarnby {
 //       c/      visit(c)  leave(c)
 //       f       leave(a)             always last
 //
-// Results therefore arrive in no fixed order; whoever needs one sorts what it kept (see walks_before). No path is built
-// unless a job asks for one. A cancelled job visits nothing more, but every folder that was entered is left.
+// Results therefore arrive in no fixed order; a caller that needs one sorts what it kept (see walks_before). No path is
+// built unless a job asks for one. A cancelled job visits nothing more, but every folder that was entered is left.
 
 class TraversalJob;
 

@@ -61,7 +61,7 @@ class Application {
   ApplicationItems dragAndDropApplications(std::span<const std::string> paths) const;
 
   // One value of a bundle each, named after the field of ApplicationItem that it feeds, with what that field says when
-  // the bundle lacks it. They read the bundle anew and store nothing.
+  // the bundle lacks it. They read the bundle each time and store nothing.
   std::string setLabel(const std::string& path) const;
   std::string setLabelName(const Url& url) const;
   Image setIcon(const std::string& path) const;

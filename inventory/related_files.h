@@ -17,8 +17,8 @@ class Platform;
 //     label        Editor                Application Support  Editor/, Editor/Éditor.db     both taken
 //     bundle_name  editor                Containers           com.example.editor.pro        another edition's, left
 //
-// A key of fewer than two letters matches nothing anywhere, be it a name or an identifier: "." or "a" would else make
-// the whole disk the application's own.
+// A key of fewer than two letters matches nothing anywhere, neither as a name nor as an identifier: "." or "a" would
+// otherwise make the whole disk the application's own.
 
 /// Which of the files are wanted: all that are known to belong to the application, or those of them that are removed
 /// with it, always a part.

@@ -66,7 +66,7 @@ enum class Reading : std::uint8_t {
 /// too, and to no other.
 enum class Editions : std::uint8_t { pro, pro_and_plus };
 
-/// Which applications have something in a location. How each is recognised is told where records are read.
+/// Which applications have something in a location. How each is recognised stands in inventory/related_files.cpp.
 enum class Owners : std::uint8_t { all, in_adobe_folder, outlook, xcode };
 
 /// What most locations have alike.

@@ -20,7 +20,7 @@ struct SettingRow {
   /// What every launch writes for the category flags; none for the other keys. It is also what such a flag reads as
   /// where no launch has written it yet.
   std::optional<bool> launch_default;
-  /// Whatever somebody wrote there, it counts something: less than 0 reads as 0.
+  /// A count: whatever is written there, less than 0 reads as 0.
   bool is_sum = false;
 };
 

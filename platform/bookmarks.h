@@ -35,14 +35,14 @@ class Bookmarks {
 /// The real path of an existing folder (realpath(3)); nowhere when there is none.
 Url real_folder(const Url& folder);
 
-/// True when this user (the effective one) owns the folder; false, too, when nobody can tell.
+/// True when this user (the effective one) owns the folder; false, too, when that is unknown.
 bool belongs_to_this_user(const Url& folder);
 
 /// The data that stands for a grant of this folder in the settings.
 PropertyList bookmark_data(const Url& folder);
 
-/// The folder that such data stands for; nowhere when nobody knows it any more. Where the system confines programs, the
-/// folder is open to this one from then on.
+/// The folder that such data stands for; nowhere when it cannot be found any more. Where the system confines programs,
+/// the folder is open to this one from then on.
 /// @param is_stale set when the system wants the user to be asked again some day.
 Url bookmarked_folder(const PropertyList::Data& data, bool& is_stale);
 

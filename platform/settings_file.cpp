@@ -84,7 +84,7 @@ enum class FileState {
   sound,
   /// There are bytes, but they are no settings.
   damaged,
-  /// There is something, and nobody knows what is in it.
+  /// There is something, and it cannot be read.
   unreadable,
 };
 
@@ -150,7 +150,7 @@ std::optional<std::string> without_links(std::string path) {
 std::atomic<bool> is_hurried{false};
 static_assert(std::atomic<bool>::is_always_lock_free);
 
-/// Waits a bounded time until nobody else holds the file; false when somebody still does. Asked again and again, since
+/// Waits a bounded time until no other process holds the file; false when one still does. Asked again and again, since
 /// nothing else ends waiting for a lock.
 bool wait_for_lock(int file) {
   using std::chrono::milliseconds;

@@ -128,7 +128,7 @@ bool unlock_folder(int handle) {
 }
 
 ThreadWaits waits_of_this_thread() {
-  thread_local long asked = 0;  // the system does not tell: whoever asks has waited
+  thread_local long asked = 0;  // the system does not tell: every question counts as a wait
   return {++asked, 0};
 }
 

@@ -35,7 +35,7 @@ std::vector<std::string> preferred_languages() {
   const bool plain_c = !deciding.empty() && languages_from_list(deciding, ':').empty();
   std::vector<std::string> languages;
   for (const char* name : {"LANGUAGE", "LC_ALL", "LC_MESSAGES", "LANG"}) {
-    // Who asks for C wants untranslated texts, whatever LANGUAGE says; gettext reads it so, too.
+    // A user who asks for C wants untranslated texts, whatever LANGUAGE says; gettext reads it so, too.
     if (plain_c && std::string_view(name) == "LANGUAGE") continue;
     for (std::string& language : languages_from_list(variable(name), ':')) {
       if (std::find(languages.begin(), languages.end(), language) == languages.end()) {

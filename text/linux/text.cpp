@@ -46,7 +46,7 @@ icu::UnicodeString without_nonspacing_marks(const icu::UnicodeString& text) {
   return kept;
 }
 
-/// The locale of a name from the environment; the root locale for C, POSIX, and names nobody knows. An unknown name
+/// The locale of a name from the environment; the root locale for C, POSIX, and unknown names. An unknown name
 /// must not reach ICU: its number symbols would then come from the process's default locale, another one altogether.
 icu::Locale locale_of(std::string_view name) {
   const std::string language_and_region(name.substr(0, name.find_first_of(".@")));
