@@ -15,16 +15,17 @@ Running RunningPrograms::told(Answer answer) {
 
 bool RunningPrograms::runs_one_of(const Process& process, std::span<const std::string_view> names) {
   constexpr std::size_t shown_bytes = 15;  // TASK_COMM_LEN without its NUL
-  const std::size_t compared = process.is_hidden ? shown_bytes : std::string_view::npos;
-  return std::any_of(names.begin(), names.end(),
-                     [&](std::string_view name) { return name.substr(0, compared) == process.name; });
+  return std::any_of(names.begin(), names.end(), [&](std::string_view name) {
+    return !name.empty() &&
+           (name == process.executable || name == process.started_as || name.substr(0, shown_bytes) == process.command);
+  });
 }
 
 Running RunningPrograms::program(std::span<const std::string_view> names) const {
   if (!knows_processes_) return Running::unknown;
   const bool found = std::any_of(processes_.begin(), processes_.end(),
                                  [&](const Process& process) { return runs_one_of(process, names); });
-  return told({found, knows_executables_});
+  return told({found, true});
 }
 
 Running RunningPrograms::process(std::int64_t number, std::span<const std::string_view> names) const {
@@ -32,17 +33,17 @@ Running RunningPrograms::process(std::int64_t number, std::span<const std::strin
   const auto found = std::find_if(processes_.begin(), processes_.end(),
                                   [&](const Process& process) { return process.number == number; });
   if (found == processes_.end()) return Running::no;
-  return told({runs_one_of(*found, names), knows_executables_});
+  return told({runs_one_of(*found, names), true});
 }
 
 Running RunningPrograms::flatpak(std::string_view id) const {
   if (!knows_processes_) return Running::unknown;
-  return told({flatpaks_.contains(id), knows_executables_ && knows_instances_});
+  return told({flatpaks_.contains(id), knows_sandboxes_ && knows_instances_});
 }
 
 Running RunningPrograms::snap(std::string_view name) const {
   if (!knows_processes_) return Running::unknown;
-  return told({snaps_.contains(name), knows_executables_});
+  return told({snaps_.contains(name), true});
 }
 
 std::optional<std::int64_t> process_in_lock_link(std::string_view text) {

@@ -33,8 +33,8 @@ ProcessPlaces process_places(const Session& session);
 /// among them, every answer is `unknown`; so it is on systems without /proc.
 ///
 /// Landlock hides the executables of all other processes from a thread that has given rights up (ptrace(2), "access
-/// mode checking"): look before that. When nobody else's executable could be read, names that were not found are
-/// `unknown`.
+/// mode checking"). Such a thread goes by the names under which processes were started and go, which everybody may
+/// read.
 ///
 /// Copies are independent values; any thread may ask.
 class RunningPrograms {
@@ -43,8 +43,9 @@ class RunningPrograms {
   static RunningPrograms look(const ProcessPlaces& places);
 
   /// Whether a process runs an executable of one of these names: whole names, as "soffice.bin", case and all. An
-  /// executable replaced while it runs still counts. A process that hides its executable from its own user is known
-  /// by the first 15 bytes of the name it goes by (comm in proc(5)).
+  /// executable replaced while it runs still counts. A process that hides its executable, and a script, whose
+  /// executable is that of its interpreter, is also known by the first 15 bytes of the name it goes by (comm in
+  /// proc(5)) and by the name it was started under (its first argument).
   Running program(std::span<const std::string_view> names) const;
 
   /// Whether the process of that number runs one of them. For the numbers that programs leave in lock files, which may
@@ -56,16 +57,18 @@ class RunningPrograms {
   /// nothing.
   Running flatpak(std::string_view id) const;
 
-  /// Whether a process of a snap runs ("firefox"): by its control group (cgroups(7), "snap.firefox.…"), or by the place
+  /// Whether a process of a snap runs ("hello"): by its control group (cgroups(7), "snap.firefox.…"), or by the place
   /// of its executable, /snap/firefox.
   Running snap(std::string_view name) const;
 
  private:
   struct Process {
     std::int64_t number;
-    std::string name;
-    /// True when only the first 15 bytes of the name it goes by are known.
-    bool is_hidden;
+    /// The name of its executable; empty when that is hidden.
+    std::string executable;
+    /// The name it goes by, at most 15 bytes, and the one it was started under; empty where the executable says enough.
+    std::string command = {};
+    std::string started_as = {};
   };
   struct Answer {
     bool is_found;
@@ -76,7 +79,7 @@ class RunningPrograms {
   static bool runs_one_of(const Process& process, std::span<const std::string_view> names);
 
   bool knows_processes_ = false;
-  bool knows_executables_ = false;
+  bool knows_sandboxes_ = false;
   bool knows_instances_ = false;
   std::vector<Process> processes_;
   std::set<std::string, std::less<>> flatpaks_;

@@ -57,6 +57,8 @@ struct Session {
   /// Where programs of this login keep what ends with it (XDG_RUNTIME_DIR), such as the locks of running flatpaks;
   /// nowhere when the variable names no absolute place, and on systems without one.
   Url runtime_folder = {};
+  /// Where the system lists its processes and what is installed: the root of the disk.
+  Url system_root = Url::file("/");
   /// Where the user wants the base folders of their home.
   BaseFolderVariables base_folders = {};
 };

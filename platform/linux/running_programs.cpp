@@ -4,9 +4,11 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <climits>
+#include <utility>
 
 #include "files/descriptor.h"
 #include "files/directory.h"
@@ -63,6 +65,13 @@ std::string flatpak_of(std::string_view info) {
   if (!file) return {};
   const auto application = file->value("Application", "name");
   return application ? *application : file->value("Runtime", "name").value_or("");
+}
+
+/// Whether executables of this name run what others have written, under names of their own.
+bool runs_scripts(std::string_view executable) {
+  constexpr std::string_view interpreters[] = {"python", "perl", "ruby", "gjs",  "mono",
+                                               "java",   "node", "bash", "dash", "sh"};
+  return std::ranges::any_of(interpreters, [&](std::string_view name) { return executable.starts_with(name); });
 }
 
 /// A process that has ended and waits to be collected. One whose first thread has ended while others go on is none,
@@ -132,7 +141,7 @@ class RunningPrograms::Look {
 
  private:
   void process(int places, const std::string& number, bool is_own);
-  bool hidden_process(int places, const std::string& number, std::int64_t value);
+  void add_other_names(int places, const std::string& number, Process& process);
   void sandboxes(int places, const std::string& number, std::string_view executable);
   bool instance(int instances, const std::string& number);
   std::string_view text_at(int folder, const std::string& name, LastLink link = LastLink::refused);
@@ -141,8 +150,8 @@ class RunningPrograms::Look {
   DirectoryReader reader_;
   std::string bytes_;
   uid_t user_ = geteuid();
-  std::size_t others_seen_ = 0;
-  std::size_t others_hidden_ = 0;
+  std::size_t others_ = 0;
+  bool hides_others_ = false;
 };
 
 /// The content of a small file; empty when it cannot be read.
@@ -165,9 +174,9 @@ void RunningPrograms::Look::processes(const Url& place) {
       process(folder.get(), std::string(entry.name), entry.name == own);
     }
   }
-  found_.knows_processes_ = sees_itself && reader_.error() == 0;
   // The first process is always there. Where it is hidden, so may be others.
-  found_.knows_executables_ = others_seen_ > 0 || (others_hidden_ == 0 && sees_first);
+  found_.knows_processes_ = sees_itself && reader_.error() == 0 && (others_ > 0 || sees_first);
+  found_.knows_sandboxes_ = !hides_others_;
 }
 
 void RunningPrograms::Look::process(int places, const std::string& number, bool is_own) {
@@ -175,24 +184,24 @@ void RunningPrograms::Look::process(int places, const std::string& number, bool 
   struct stat info = {};
   if (!value || fstatat(places, number.c_str(), &info, AT_SYMLINK_NOFOLLOW) != 0 || info.st_uid != user_) return;
   const std::string executable = link_text_at(places, (number + "/exe").c_str());
-  if (executable.empty()) {
-    if (!hidden_process(places, number, *value)) return;
-    others_hidden_ += is_own ? 0 : 1;
-  } else {
-    found_.processes_.push_back({*value, std::string(last_component_of(without_deleted(executable))), false});
-    others_seen_ += is_own ? 0 : 1;
-  }
+  if (executable.empty() && is_zombie(text_at(places, number + "/stat"))) return;
+  Process process = {*value, std::string(last_component_of(without_deleted(executable)))};
+  if (executable.empty() || runs_scripts(process.executable)) add_other_names(places, number, process);
+  if (process.executable.empty() && process.command.empty()) return;  // it is gone by now
+  hides_others_ |= executable.empty() && !is_own;
+  others_ += is_own ? 0 : 1;
+  found_.processes_.push_back(std::move(process));
   sandboxes(places, number, executable);
 }
 
-/// False when there is no such process any more.
-bool RunningPrograms::Look::hidden_process(int places, const std::string& number, std::int64_t value) {
-  if (is_zombie(text_at(places, number + "/stat"))) return false;
+void RunningPrograms::Look::add_other_names(int places, const std::string& number, Process& process) {
   std::string_view name = text_at(places, number + "/comm");
   if (name.ends_with('\n')) name.remove_suffix(1);
-  if (name.empty()) return false;
-  found_.processes_.push_back({value, std::string(name), true});
-  return true;
+  process.command = name;
+  // The arguments follow one another with a NUL behind each. Of a script the first is the interpreter, of others the
+  // program, by whatever path.
+  const std::string_view arguments = text_at(places, number + "/cmdline");
+  process.started_as = last_component_of(arguments.substr(0, arguments.find('\0')));
 }
 
 void RunningPrograms::Look::sandboxes(int places, const std::string& number, std::string_view executable) {
@@ -207,6 +216,7 @@ void RunningPrograms::Look::sandboxes(int places, const std::string& number, std
 void RunningPrograms::Look::instances(const Url& runtime_folder) {
   found_.knows_instances_ = true;
   if (!runtime_folder.is_file_url()) return;
+  found_.knows_sandboxes_ = true;
   const Descriptor folder = open_folder_at(AT_FDCWD, runtime_folder.appending(".flatpak").path().c_str());
   if (!folder) {
     found_.knows_instances_ = is_absence(errno);
@@ -232,7 +242,7 @@ bool RunningPrograms::Look::instance(int instances, const std::string& number) {
 }
 
 ProcessPlaces process_places(const Session& session) {
-  return {Url::file("/proc"), session.runtime_folder};
+  return {session.system_root.appending("proc"), session.runtime_folder};
 }
 
 RunningPrograms RunningPrograms::look(const ProcessPlaces& places) {

@@ -151,8 +151,11 @@ TEST(RunningPrograms, are_never_guessed) {
   Machine blind;
   blind.hidden(10, "thunderbird").hidden(11, "Isolated Web Co");
   EXPECT_EQ(blind.program(Names{"thunderbird"}), Running::yes);
-  EXPECT_EQ(blind.program(firefox), Running::unknown) << "nobody shows an executable, so a name says too little";
-  EXPECT_EQ(blind.look().flatpak("org.example.App"), Running::unknown);
+  EXPECT_EQ(blind.program(firefox), Running::no) << "what hides under another name is no reason for doubt";
+  blind.in_process(11, "cmdline", std::string("/usr/lib/firefox/firefox\0-contentproc", 37));
+  EXPECT_EQ(blind.program(firefox), Running::yes) << "known by the name it was started under";
+  const RunningPrograms without_instances = RunningPrograms::look({blind.tree.url("proc"), Url()});
+  EXPECT_EQ(without_instances.flatpak("org.example.App"), Running::unknown) << "neither processes nor instances tell";
 
   Machine others;
   others.process(10, "/usr/bin/firefox");
@@ -204,15 +207,15 @@ TEST(RunningPrograms, are_those_of_this_machine) {
   EXPECT_EQ(own.process(getpid(), Names{"platform_tests"}), Running::yes);
 }
 
-TEST(RunningPrograms, are_unknown_to_a_thread_that_has_given_rights_up) {
-  Running nobody = Running::yes;
+TEST(RunningPrograms, are_known_by_their_names_to_a_thread_that_has_given_rights_up) {
+  Running nobody = Running::unknown;
   bool gave_up = false;
   std::thread([&] {
     gave_up = give_up_changing({});
     nobody = RunningPrograms::look(process_places(current_session())).program(Names{"no such program"});
   }).join();
   if (!gave_up) GTEST_SKIP() << "no Landlock here";
-  EXPECT_EQ(nobody, Running::unknown) << "the kernel hides the executables of all others from it";
+  EXPECT_EQ(nobody, Running::no) << "the kernel hides executables from it, but not the names of processes";
 }
 
 TEST(LockIsHeld, by_another_process_only_while_it_lives) {
