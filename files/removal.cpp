@@ -156,7 +156,9 @@ class RemovalPass {
     } else if (standing.kind == EntryKind::folder) {
       remove_folder(at, holding, std::move(name));
     } else {
-      remove_file(at, holding->handle.get(), name, standing.size);
+      const bool by_length = options_.counted == CountedBytes::lengths;
+      const int folder = holding->handle.get();
+      remove_file(at, folder, name, by_length ? standing.size : counted_at(options_.counted, folder, name.c_str()));
     }
   }
 

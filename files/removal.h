@@ -57,6 +57,14 @@ std::error_code make_error_code(RemovalRefusal refusal);
 /// a time. Must not throw, nor wait for the removal.
 using RemovalGate = std::function<std::error_code(std::size_t index, std::span<const Removal> so_far)>;
 
+/// What a removal counts as the bytes of what it takes.
+enum class CountedBytes {
+  /// The length of each file and link, whatever it takes on the disk.
+  lengths,
+  /// What the disk gives back: the blocks of each file whose last name goes, and those of each folder.
+  blocks_given_back,
+};
+
 /// How a removal is watched and ended. What is pointed to must live until the removal has returned; all may be null.
 struct RemovalOptions {
   /// When it becomes true, the entries in hand are finished, with those that wait for them, and the rest is not
@@ -66,6 +74,7 @@ struct RemovalOptions {
   /// then fail with ECANCELED.
   const std::atomic<bool>* stop_now = nullptr;
   RemovalProgress* progress = nullptr;
+  CountedBytes counted = CountedBytes::lengths;
   /// Empty when every entry may go.
   RemovalGate refuse = {};
   /// For each entry the index of the earlier one that must be done with, whatever became of it, before it is begun

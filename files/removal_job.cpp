@@ -42,9 +42,17 @@ bool Taken::unlink(int folder, const char* name, std::int64_t size) {
   return true;
 }
 
-bool Taken::remove_folder(int parent, const char* name) {
+std::int64_t counted_at(CountedBytes counted, int parent, const char* name) {
+  if (counted == CountedBytes::lengths) return size_at(parent, name);
+  const DiskStatus standing = disk_status_at(parent, name);
+  const bool gives_back = standing.kind == EntryKind::folder || standing.names <= 1;
+  return standing.error == 0 && gives_back ? standing.bytes : 0;
+}
+
+bool Taken::remove_folder(int parent, const char* name, std::int64_t size) {
   if (unlink_at(parent, name, AT_REMOVEDIR) != 0) return false;
   ++entries;
+  bytes += size;
   return true;
 }
 
@@ -159,7 +167,8 @@ void RemovalJob::visit(const TraversedFolder& folder, int handle, std::span<cons
       continue;
     }
     const bool is_gone = unlocking(handle, [&] {
-      const std::int64_t size = entry.kind == EntryKind::other ? 0 : size_at(handle, entry.name.c_str());
+      const std::int64_t size =
+          entry.kind == EntryKind::other ? 0 : counted_at(options_.counted, handle, entry.name.c_str());
       return taken.unlink(handle, entry.name.c_str(), size);
     });
     if (is_gone) continue;
@@ -244,10 +253,14 @@ void RemovalJob::remove_left(const TraversedFolder& folder, int parent, const st
   if (ends_now()) return note(folder.tag(), ECANCELED);
   const bool is_entry = folder.parent() == nullptr;
   // An empty one goes even when it is unreadable. The folder that holds the entry itself is not for it to unlock.
-  const auto remove = [&] { return taken.remove_folder(parent, name.c_str()); };
+  const bool has_size = options_.counted == CountedBytes::blocks_given_back;
+  const std::int64_t size = has_size ? counted_at(options_.counted, parent, name.c_str()) : 0;
+  const auto remove = [&] { return taken.remove_folder(parent, name.c_str(), size); };
   if (is_entry ? remove() : unlocking(parent, remove)) return;
   // No folder any more: within an entry what it became goes, too.
-  if (errno == ENOTDIR && !is_entry && taken.unlink(parent, name.c_str(), size_at(parent, name.c_str()))) return;
+  if (errno == ENOTDIR && !is_entry &&
+      taken.unlink(parent, name.c_str(), counted_at(options_.counted, parent, name.c_str())))
+    return;
   note(folder.tag(), is_not_empty(errno) && why_closed != 0 ? why_closed : errno);
 }
 

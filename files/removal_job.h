@@ -25,10 +25,14 @@ struct Taken {
   /// Removes a file, link or special file; errno(3) tells why it could not.
   bool unlink(int folder, const char* name, std::int64_t size);
   /// Removes a folder that is empty.
-  bool remove_folder(int parent, const char* name);
+  /// @param size what it counts.
+  bool remove_folder(int parent, const char* name, std::int64_t size);
 
   void tell(RemovalProgress* progress) const;
 };
+
+/// What an entry counts when it goes now; for a folder what it takes itself.
+std::int64_t counted_at(CountedBytes counted, int parent, const char* name);
 
 /// Removes whole folders; each start is one of them, and its tag is its index in the list.
 class RemovalJob final : public TraversalJob {
