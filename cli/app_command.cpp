@@ -56,7 +56,7 @@ ExitStatus run_app(Context& context) {
                        {"optional_bundle", json_optional(item->optional_bundle)},
                        {"optional_developer_id", json_optional(item->optional_developer_id)},
                        {"groups", json_related_files(*item)}};
-  context.out << json_line(result);
+  context.out << json_line(json_answer(context.layout(), result));
   return status;
 }
 

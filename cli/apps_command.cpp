@@ -15,7 +15,7 @@ ExitStatus run_apps(Context& context) {
   if (context.asked.json) {
     Json list = Json::array();
     for (const auto& item : *inventory.items) list.push_back(json_application(*item));
-    context.out << json_line({{"applications", std::move(list)}});
+    context.out << json_line(json_answer(context.layout(), {{"applications", std::move(list)}}));
     return status;
   }
   if (inventory.items->empty()) {

@@ -19,11 +19,12 @@ Groups named_groups(const Context& context) {
   return context.asked.arguments.empty() ? all : named_among(context, all, "group");
 }
 
-std::vector<ChosenPart> parts_of(const Cleaner& cleaner, const Groups& groups) {
+std::vector<ChosenPart> parts_of(const Cleaner& cleaner, const Groups& groups, RowsTaken taken) {
   std::vector<ChosenPart> parts;
   for (const Category& category : smart_categories()) {
     if (std::find(groups.begin(), groups.end(), category.type) == groups.end()) continue;
     for (const CleanerEntry& entry : (cleaner.*category.item)->items) {
+      if (!is_taken(entry, taken)) continue;
       const auto locations = locations_of(entry);
       parts.push_back({{locations.begin(), locations.end()}, size_of(entry)});
     }
@@ -35,15 +36,16 @@ std::vector<ChosenPart> parts_of(const Cleaner& cleaner, const Groups& groups) {
 
 ExitStatus run_clean(Context& context) {
   const Groups groups = named_groups(context);
-  need_folders(context);
+  need_scan_folders(context);
   need_somebody_to_ask(context);
   Cleaner& cleaner = Cleaner::sharedCleaner();
   run_smart_scan(context, cleaner);
   tell_problems(context, cleaner, groups);
-  SmartSelection selection = select_groups(cleaner, groups);
+  const RowsTaken taken = context.asked.all ? RowsTaken::all_that_may_go : RowsTaken::ticked_at_first;
+  SmartSelection selection = select_groups(cleaner, groups, taken);
   ChosenRemoval chosen;
   chosen.files = std::move(selection.files);
-  chosen.parts = parts_of(cleaner, groups);
+  chosen.parts = parts_of(cleaner, groups, taken);
   chosen.bytes = selection.bytes;
   chosen.amount = cleaner.smart_amount->amount(selection.entries);
   chosen.print = [&] { print_smart_scan(context, cleaner, groups); };

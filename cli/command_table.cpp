@@ -47,7 +47,8 @@ Example:
 
 Groups:
 )",
-     groups, R"(Without a group: all seven.
+     groups, R"(Without a group: all seven. In a Linux home, what may lose something that you made is
+listed and stays, unless you say --all; so does what belongs to a program that runs.
 
 Example:
   tarnby-cleaner-cli clean --dry-run       see what would go
@@ -145,6 +146,7 @@ constexpr OptionRow options[] = {
     {"--home", "DIR", &Invocation::home, false, "home folder for this run, not the granted one"},
     {"--applications", "DIR", &Invocation::applications, false, "Applications folder for this run, likewise"},
     {"--disk", "DIR", &Invocation::disk, false, "startup disk for this run; all of it is searched"},
+    {"--layout", "KIND", &Invocation::layout, false, "take the home for one of this kind: macos or linux"},
     {"--set", "KEY=VALUE", &Invocation::settings, false, "a setting for this run; may be repeated"},
     {"--languages", "LIST", &Invocation::languages, false, "preferred languages for this run: de,en-GB"},
     {"--at-least", "SIZE", &Invocation::at_least, false, "only those of that size or more: 500MB, 1.5GB", "large"},
@@ -152,6 +154,7 @@ constexpr OptionRow options[] = {
     {"--quiet", "", &Invocation::quiet, false, "no progress on the terminal"},
     {"--dry-run", "", &Invocation::dry_run, true, "list what would go and stay; change nothing"},
     {"--yes", "", &Invocation::yes, true, "remove without asking"},
+    {"--all", "", &Invocation::all, true, "also what may lose something that you made", "clean"},
     {"--help", "", &Invocation::help, false, "this text; after a command, more about that command"},
     {"--version", "", &Invocation::version, false, "the program's version"},
 };

@@ -11,6 +11,7 @@
 #include "cli/command_table.h"
 #include "cli/confinement.h"
 #include "cli/setting_values.h"
+#include "places/home_kind.h"
 #include "platform/platform.h"
 #include "platform/system_services.h"
 
@@ -54,6 +55,14 @@ void set_settings(const Invocation& asked, RunSettings& settings) {
   }
 }
 
+std::optional<HomeKind> named_layout(const Invocation& asked) {
+  if (!asked.layout) return {};
+  for (const HomeKind kind : {HomeKind::macos, HomeKind::linux_desktop}) {
+    if (*asked.layout == layout_name(kind)) return kind;
+  }
+  throw CommandError(wrong_usage, "--layout takes macos or linux, not \"" + one_line(*asked.layout) + "\"");
+}
+
 std::string no_grant_text(const FolderRow& row) {
   const std::string key(grant_key(row.grant));
   return "access to the " + std::string(row.called) + " (\"" + key +
@@ -79,6 +88,10 @@ void need_folder(Context& context, const FolderRow& row) {
 }
 
 }  // namespace
+
+std::string_view layout_name(HomeKind kind) {
+  return kind == HomeKind::linux_desktop ? "linux" : "macos";
+}
 
 AppSettings& Context::settings() const {
   return platform.app_settings;
@@ -108,6 +121,10 @@ const Text& Context::text() const {
   return platform.text;
 }
 
+HomeKind Context::layout() const {
+  return platform.home_kind ? *platform.home_kind : kind_of_home(platform.files, bookmarks().resolve(Grant::home));
+}
+
 RunPlatform platform_for(const Invocation& asked, MainQueue& main_queue) {
   Session session = current_session();
   if (asked.languages) session.preferred_languages = languages_from_list(*asked.languages, ',');
@@ -116,12 +133,21 @@ RunPlatform platform_for(const Invocation& asked, MainQueue& main_queue) {
   set_folders(asked, *settings);
   set_settings(asked, *settings);
   RunSettings& of_this_run = *settings;
-  return {std::make_unique<Platform>(std::move(session), std::move(settings), main_queue), of_this_run};
+  auto platform = std::make_unique<Platform>(std::move(session), std::move(settings), main_queue);
+  platform->home_kind = named_layout(asked);
+  return {std::move(platform), of_this_run};
 }
 
 void need_folders(Context& context) {
   need_home(context);
   need_folder(context, folder_rows[1]);
+  if (context.asked.disk) need_folder(context, folder_rows[2]);
+  confine_to_grants(context);
+}
+
+void need_scan_folders(Context& context) {
+  need_home(context);
+  if (context.layout() == HomeKind::macos) need_folder(context, folder_rows[1]);
   if (context.asked.disk) need_folder(context, folder_rows[2]);
   confine_to_grants(context);
 }

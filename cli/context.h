@@ -9,6 +9,7 @@
 #include "cli/characters.h"
 #include "cli/invocation.h"
 #include "files/file_manager.h"
+#include "files/home_kind.h"
 #include "files/measurer.h"
 #include "platform/app_settings.h"
 #include "platform/bookmarks.h"
@@ -48,7 +49,13 @@ struct Context {
   NotificationCenter& notifications() const;
   const Session& session() const;
   const Text& text() const;
+
+  /// Of which kind the home is, as the command line or else the home itself says.
+  HomeKind layout() const;
 };
+
+/// "macos" or "linux".
+std::string_view layout_name(HomeKind kind);
 
 /// The platform of one run, and its settings, which the platform owns.
 struct RunPlatform {
@@ -66,6 +73,9 @@ bool given_for_this_run(const Invocation& asked, std::string_view key);
 /// Begins to access the home and the Applications folder (and the disk, when it was given); throws CommandError with
 /// `no_access` when one was not granted, is missing or cannot be read.
 void need_folders(Context& context);
+/// The same, but in a home of the Linux kind for the home folder alone: what is installed there stands in lists that
+/// everybody may read.
+void need_scan_folders(Context& context);
 /// The same for the home folder alone.
 void need_home(Context& context);
 

@@ -96,6 +96,12 @@ class Reader {
   Invocation asked_;
 };
 
+bool is_given(const Invocation& asked, const OptionRow& option) {
+  if (const auto* flag = std::get_if<bool Invocation::*>(&option.place)) return asked.**flag;
+  const auto* value = std::get_if<std::optional<std::string> Invocation::*>(&option.place);
+  return value && (asked.**value).has_value();
+}
+
 void check(const Invocation& asked) {
   if (!asked.command) refuse("no command was given; the commands are " + command_names());
   const CommandRow& row = *asked.command;
@@ -109,8 +115,7 @@ void check(const Invocation& asked) {
     refuse(name + " removes nothing; leave --dry-run and --yes out", "");
   }
   for (const OptionRow& option : option_rows()) {
-    const auto* place = std::get_if<std::optional<std::string> Invocation::*>(&option.place);
-    if (option.only_with.empty() || option.only_with == row.name || !place || !(asked.**place)) continue;
+    if (option.only_with.empty() || option.only_with == row.name || !is_given(asked, option)) continue;
     refuse(std::string(option.name) + " is for " + std::string(option.only_with) + " only; leave it out", "");
   }
 }

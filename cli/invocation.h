@@ -45,9 +45,13 @@ struct Invocation {
   std::optional<std::string> languages;
   /// KEY=VALUE, as typed.
   std::vector<std::string> settings;
+  /// The kind of the home, as typed.
+  std::optional<std::string> layout;
   /// A size, as typed.
   std::optional<std::string> at_least;
   bool json = false;
+  /// Removes what may lose something, too.
+  bool all = false;
   bool dry_run = false;
   bool yes = false;
   bool quiet = false;

@@ -1,6 +1,7 @@
 #include "cli/json.h"
 
 #include "cli/characters.h"
+#include "cli/context.h"
 #include "engine/entry_text.h"
 #include "engine/smart_selection.h"
 #include "text/iso_date.h"
@@ -63,12 +64,54 @@ Json json_paths(std::span<const Url> urls) {
   return paths;
 }
 
+Json json_answer(HomeKind layout, const Json& fields) {
+  constexpr int format = 1;
+  Json answer = {{"format", format}, {"layout", std::string(layout_name(layout))}};
+  answer.update(fields);
+  return answer;
+}
+
+namespace {
+
+constexpr std::string_view grade_names[] = {"safe", "costs-time", "may-lose"};
+
+Json json_running(Running running) {
+  return running == Running::unknown ? Json() : Json(running == Running::yes);
+}
+
+/// A text of an offer with what it is about in it.
+Json json_words(const Offer& offer, const char* words) {
+  std::string text = words;
+  for (std::size_t at = text.find("%@"); at != std::string::npos; at = text.find("%@", at + offer.subject.size())) {
+    text.replace(at, 2, offer.subject);
+  }
+  return json_text(text);
+}
+
+/// What only the rows of a Linux home know.
+void add_offer(Json& json, const OfferedItem& item) {
+  const Owner& owner = item.offer.owner;
+  const bool has_owner = owner.kind != Owner::Kind::unknown && owner.kind != Owner::Kind::nobody;
+  json["size"] = item.size;
+  json["grade"] = std::string(grade_names[static_cast<std::size_t>(item.offer.grade)]);
+  json["reason"] = json_words(item.offer, item.offer.reason);
+  json["after"] = json_words(item.offer, item.offer.after);
+  json["owner"] = has_owner ? json_text(owner.id) : Json();
+  json["running"] = owner.kind == Owner::Kind::unknown ? Json() : json_running(item.running);
+  json["changed"] = item.changed ? Json(iso_date(*item.changed)) : Json();
+  json["frees"] = item.frees;
+  json["ticked"] = item.starts_ticked();
+}
+
+}  // namespace
+
 Json json_entry(const CleanerEntry& entry) {
   Json json = {
       {"label", json_text(stable_label(entry))}, {"size", size_of(entry)}, {"paths", json_paths(locations_of(entry))}};
   if (const auto* remainder = std::get_if<std::shared_ptr<RemainderItem>>(&entry)) {
     json["bundle"] = json_text((*remainder)->bundle);
   }
+  if (const auto* offered = std::get_if<std::shared_ptr<OfferedItem>>(&entry)) add_offer(json, **offered);
   return json;
 }
 

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "engine/cleaner.h"
+#include "files/home_kind.h"
 #include "inventory/application_item.h"
 #include "text/property_list.h"
 
@@ -27,6 +28,9 @@ Json json_text(std::string_view bytes);
 Json json_optional(const std::optional<std::string>& text);
 /// The paths in the order given.
 Json json_paths(std::span<const Url> urls);
+
+/// An answer about a home: the number of this format, of which kind the home is, and then these fields.
+Json json_answer(HomeKind layout, const Json& fields);
 
 /// One row of a smart scan: label, bytes, paths. A browser or mail program is labelled by its type, which is the same
 /// in every language.

@@ -79,7 +79,7 @@ std::vector<Category> switched_on(const Context& context) {
 }  // namespace
 
 ExitStatus run_junk(Context& context) {
-  need_folders(context);
+  need_scan_folders(context);
   Cleaner& cleaner = Cleaner::sharedCleaner();
   run_junk_scan(context, cleaner);
   const ExitStatus status = status_of_looks(cleaner, all_category_names());
@@ -89,7 +89,7 @@ ExitStatus run_junk(Context& context) {
                          {"be_cleaned", cleaner.beCleaned()},
                          {"categories", json_categories(cleaner)},
                          {"clients", json_clients(cleaner)}};
-    context.out << json_line(result);
+    context.out << json_line(json_answer(context.layout(), result));
     return status;
   }
   print_junk_scan(context, cleaner, junk_categories());
@@ -102,7 +102,7 @@ ExitStatus run_junk(Context& context) {
 
 ExitStatus run_cleanup(Context& context) {
   const auto named = named_among(context, all_category_names(), "category");
-  need_folders(context);
+  need_scan_folders(context);
   need_somebody_to_ask(context);
   switch_categories(context, named);
   Cleaner& cleaner = Cleaner::sharedCleaner();

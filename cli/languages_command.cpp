@@ -26,7 +26,7 @@ ExitStatus run_languages(Context& context) {
   const std::vector<Url> packages = find_packages(context);
   const ExitStatus status = tell_missed(context, watch.missed());
   if (context.asked.json) {
-    context.out << json_line({{"packages", json_paths(packages)}});
+    context.out << json_line(json_answer(context.layout(), {{"packages", json_paths(packages)}}));
     return status;
   }
   if (packages.empty()) context.out << "No language packages were found that you do not need.\n";

@@ -50,7 +50,7 @@ void print_json(Context& context, const Cleaner& cleaner, const LargeFileSelecti
                        {"groups", std::move(groups)},
                        {"files", json_files(found.files)},
                        {"problem", json_problem(cleaner.problem_of("LargeFiles"))}};
-  context.out << json_line(result);
+  context.out << json_line(json_answer(context.layout(), result));
 }
 
 void print_table(Context& context, const Cleaner& cleaner, const LargeFileSelection& found) {

@@ -51,7 +51,7 @@ void print_json(Context& context, const ChosenRemoval& chosen, const RemovalRepo
     const auto date = context.platform.group_settings.value("Date");
     result["date"] = date ? json_setting(*date) : Json();
   }
-  context.out << json_line(result);
+  context.out << json_line(json_answer(context.layout(), result));
 }
 
 void print_amount(Context& context, const CleanedAmounts& cleaned) {
@@ -80,7 +80,7 @@ CleanedAmounts count_cleaned(Context& context, Cleaner& cleaner, const ChosenRem
                              const RemovalReport& report) {
   CleanedAmounts cleaned;
   cleaned.counted = std::exchange(cleaner.wasCleaned, 0);
-  cleaned.amount = cleaned_amount(cleaned.counted, context.measurer(), report.left, report.removals);
+  cleaned.amount = cleaned_amount(cleaner.layout(), cleaned.counted, context.measurer(), report.left, report.removals);
   if (!report.was_interrupted) return cleaned;
   std::unordered_set<Url> left;
   for (const LeftEntry& entry : report.left) left.insert(entry.url);

@@ -122,7 +122,7 @@ void print_preview(Context& context, const RemovalPreview& preview, const Previe
     Json result = {{"would_remove", json_paths(preview.would_remove)}, {"was_cleaned", bytes.counted}};
     result["would_free"] = bytes.would_free;
     add_left(result, preview.staying);
-    context.out << json_line(result);
+    context.out << json_line(json_answer(context.layout(), result));
     return;
   }
   for (const Url& url : preview.would_remove) context.out << one_line(url.path()) << '\n';

@@ -39,7 +39,7 @@ Json json_groups(const Cleaner& cleaner) {
 }  // namespace
 
 ExitStatus run_scan(Context& context) {
-  need_folders(context);
+  need_scan_folders(context);
   Cleaner& cleaner = Cleaner::sharedCleaner();
   const auto posted = run_smart_scan(context, cleaner);
   const ExitStatus status = status_of_looks(cleaner, all_groups());
@@ -48,7 +48,7 @@ ExitStatus run_scan(Context& context) {
                          {"notifications", posted},
                          {"menu", json_menu(cleaner)},
                          {"groups", json_groups(cleaner)}};
-    context.out << json_line(result);
+    context.out << json_line(json_answer(context.layout(), result));
     return status;
   }
   print_smart_scan(context, cleaner, all_groups());

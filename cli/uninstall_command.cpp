@@ -33,7 +33,7 @@ void find_files(Context& context, ApplicationItem& item) {
 
 void show_result(Context& context, const RemovalReport& report) {
   if (context.asked.json) {
-    context.out << json_line(json_removal(report));
+    context.out << json_line(json_answer(context.layout(), json_removal(report)));
   } else {
     print_removal(context, report);
   }

@@ -53,7 +53,7 @@ ExitStatus run_unused(Context& context) {
   if (context.asked.json) {
     Json list = Json::array();
     for (const auto& item : inventory.unused_apps) list.push_back(json_unused(*item));
-    context.out << json_line({{"applications", std::move(list)}});
+    context.out << json_line(json_answer(context.layout(), {{"applications", std::move(list)}}));
   } else {
     print_unused(context, inventory.unused_apps);
   }

@@ -118,14 +118,23 @@ std::vector<Url> outermost_of(std::span<const Url> urls) {
   return outermost;
 }
 
-std::int64_t cleaned_amount(std::int64_t was_cleaned, Measurer& measurer, std::span<const LeftEntry> left,
-                            std::span<const Removal> removals) {
+namespace {
+
+std::int64_t given_back(std::span<const Removal> removals) {
+  std::int64_t bytes = 0;
+  for (const Removal& removal : removals) bytes = add_bytes(bytes, removal.bytes);
+  return bytes;
+}
+
+}  // namespace
+
+std::int64_t cleaned_amount(HomeKind layout, std::int64_t was_cleaned, Measurer& measurer,
+                            std::span<const LeftEntry> left, std::span<const Removal> removals) {
+  if (layout == HomeKind::linux_desktop) return given_back(removals);
   std::vector<Url> urls;
   for (const LeftEntry& entry : left) urls.push_back(entry.url);
   const std::int64_t still_there = measurer.overall_size_of_files(outermost_of(urls));
-  std::int64_t taken = 0;
-  for (const Removal& removal : removals) taken = add_bytes(taken, removal.bytes);
-  return std::clamp<std::int64_t>(was_cleaned - still_there, 0, taken);
+  return std::clamp<std::int64_t>(was_cleaned - still_there, 0, given_back(removals));
 }
 
 }  // namespace tarnby

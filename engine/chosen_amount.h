@@ -10,6 +10,7 @@
 
 #include "engine/cleaner_item.h"
 #include "engine/why_left.h"
+#include "files/home_kind.h"
 #include "files/measurer.h"
 
 namespace tarnby {
@@ -61,9 +62,10 @@ std::vector<Url> outermost_of(std::span<const Url> urls);
 
 /// The amount in bytes that people read after a removal and that goes into the lifetime total: what the engine counted
 /// for the run, less what is still there, and at most what this run itself removed. Measures what was left. The caller
-/// sets the engine's `wasCleaned` to 0 afterwards, so that nothing is counted twice.
+/// sets the engine's `wasCleaned` to 0 afterwards, so that nothing is counted twice. In a home of
+/// the Linux kind it is what the disk has given back, as the removal itself has counted it.
 /// @param was_cleaned what the engine counted for this run, in bytes.
-std::int64_t cleaned_amount(std::int64_t was_cleaned, Measurer& measurer, std::span<const LeftEntry> left,
-                            std::span<const Removal> removals);
+std::int64_t cleaned_amount(HomeKind layout, std::int64_t was_cleaned, Measurer& measurer,
+                            std::span<const LeftEntry> left, std::span<const Removal> removals);
 
 }  // namespace tarnby

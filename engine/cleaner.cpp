@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "engine/file_types.h"
+#include "engine/home_offers.h"
 #include "places/macos_home.h"
 #include "platform/platform.h"
 
@@ -40,24 +41,28 @@ Cleaner::Cleaner(Platform& platform, Cache& cache, Remainders& remainders)
       cache_(cache),
       remainders_(remainders) {}
 
+Cleaner::~Cleaner() = default;
+
 Image Cleaner::icon_of_application(const std::string& label) const {
   const auto known = cache_.names.find(label);
   return known == cache_.names.end() ? Image() : known->second->app_icon;
 }
 
 void Cleaner::look_for_places() {
-  places_ = KnownPlaces::look(platform_.files, url_home);
+  look_at_home();
+  places_ = layout_ == HomeKind::linux_desktop ? KnownPlaces() : KnownPlaces::look(platform_.files, url_home);
   knows_places_ = places_.any();
 }
 
 /// Takes down for a group what the looks for it missed.
 void Cleaner::tell_problem(std::string_view group, const Missed& missed) {
-  const bool leftovers = group == "remainders" || group == "Remainders";
+  const bool leftovers = layout_ == HomeKind::macos && (group == "remainders" || group == "Remainders");
   auto problem = leftovers ? problem_of_leftovers(remainders_.known_applications(), missed, url_home)
                            : problem_of_look(missed, url_home);
   if (!problem && !places_.serves(group)) {
     problem = {LookProblem::Kind::no_place, std::string(url_home.last_path_component()), true};
   }
+  if (!problem && offers_) problem = problem_of_link(group);
   problems_.set(group, std::move(problem));
 }
 
@@ -85,7 +90,7 @@ std::string Cleaner::package_extension_at_url(const Url& url) const {
 }
 
 std::vector<Removal> Cleaner::remove_files(const RemovalOptions& options) {
-  return platform_.files.remove(files, options);
+  return platform_.files.remove(files, guarded(files, options));
 }
 
 }  // namespace tarnby

@@ -6,6 +6,7 @@
 #include <memory>
 #include <span>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "engine/categories.h"
@@ -17,11 +18,13 @@
 #include "engine/large_files.h"
 #include "engine/look_problem.h"
 #include "engine/smart_outline_item.h"
+#include "files/home_kind.h"
 #include "leftovers/cache.h"
 #include "leftovers/remainders.h"
 
 namespace tarnby {
 
+class HomeOffers;
 class Platform;
 
 /// The cleaning engine: the standard locations, one record per category, the scans that fill them and the removal of
@@ -37,6 +40,7 @@ class Cleaner {
 
   /// Resolves the stored grant "home" and begins to access it; without it every location is nowhere.
   Cleaner(Platform& platform, Cache& cache, Remainders& remainders);
+  ~Cleaner();
 
   // The fields, in the order in which they are described everywhere else.
   // The flags are polled by the main thread while a scan runs: once one is seen set, what it stands for may be read.
@@ -127,6 +131,9 @@ class Cleaner {
   /// be; any thread may call.
   std::optional<LookProblem> problem_of(std::string_view group) const { return problems_.of(group); }
 
+  /// Of which kind the last scan took the home to be; macOS before the first. Any thread may call.
+  HomeKind layout() const { return layout_; }
+
   /// False when the last scan found none of the places that it knows in the home folder. Any thread may call.
   bool knows_places() const { return knows_places_; }
 
@@ -192,6 +199,14 @@ class Cleaner {
   };
 
   void look_for_places();
+  void look_at_home();
+  std::optional<LookProblem> problem_of_link(std::string_view group) const;
+  OfferedItems offered_rows(const Category& category);
+  void scan_offers(const Category& category);
+  void junk_scan_places();
+  void junk_scan_offers();
+  std::shared_ptr<CleanerItem> item_of_offers(const Category& category);
+  RemovalOptions guarded(std::span<const Url> urls, const RemovalOptions& options) const;
   void tell_problem(std::string_view group, const Missed& missed);
   void note_smart_amount();
   void note_junk_amount();
@@ -223,6 +238,10 @@ class Cleaner {
   void post(std::string_view notification);
 
   KnownPlaces places_;
+  std::atomic<HomeKind> layout_ = HomeKind::macos;
+  std::unique_ptr<HomeOffers> offers_;  // while a scan of a Linux home runs
+  /// Of the last scans, by the path of each location: what a removal has to ask about again.
+  std::unordered_map<std::string, std::shared_ptr<const OfferedItem>> offered_;
   std::atomic<bool> knows_places_ = true;
   LookProblems problems_;
   Platform& platform_;

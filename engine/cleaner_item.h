@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "engine/large_file.h"
+#include "engine/offered_item.h"
 #include "files/url.h"
 #include "leftovers/cache_item.h"
 #include "leftovers/remainder_item.h"
@@ -16,8 +17,9 @@ namespace tarnby {
 struct CleanerItem;
 
 /// One row of a category, of the kind that category is made of.
-using CleanerEntry = std::variant<std::shared_ptr<CacheItem>, std::shared_ptr<LargeFile>,
-                                  std::shared_ptr<RemainderItem>, std::shared_ptr<CleanerItem>>;
+using CleanerEntry =
+    std::variant<std::shared_ptr<CacheItem>, std::shared_ptr<LargeFile>, std::shared_ptr<RemainderItem>,
+                 std::shared_ptr<CleanerItem>, std::shared_ptr<OfferedItem>>;
 
 /// One category that can be cleaned, or one client (a browser, a mail program) of such a category.
 struct CleanerItem {

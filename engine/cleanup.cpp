@@ -58,7 +58,7 @@ void Cleaner::cleanup_with_complete_handler(const std::function<void()>& handler
 /// Counts the size that was measured, however much of it could be removed.
 void Cleaner::remove_category(const Category& category, CleanupReport& report) {
   const CleanerItem& item = *(this->*category.item);
-  const std::vector<Removal> removals = platform_.files.remove(item.files, report.options);
+  const std::vector<Removal> removals = platform_.files.remove(item.files, guarded(item.files, report.options));
   for (std::size_t at = 0; at < removals.size(); ++at) {
     const bool failed = removals[at].attempted && removals[at].error;
     if (!category.tells_what_is_left || !failed || !platform_.files.exists(item.files[at])) continue;

@@ -9,11 +9,16 @@ namespace tarnby {
 
 namespace {
 
+std::string offered_label(const Offer& offer) {
+  return offer.label_suffix ? offer.label + ": " + offer.label_suffix : offer.label;
+}
+
 struct Label {
   std::string operator()(const std::shared_ptr<CacheItem>& item) const { return item->label; }
   std::string operator()(const std::shared_ptr<LargeFile>& file) const { return file->name; }
   std::string operator()(const std::shared_ptr<RemainderItem>& item) const { return item->label; }
   std::string operator()(const std::shared_ptr<CleanerItem>& item) const { return client_name(item->type); }
+  std::string operator()(const std::shared_ptr<OfferedItem>& item) const { return offered_label(item->offer); }
 };
 
 }  // namespace

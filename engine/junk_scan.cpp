@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "engine/cleaner.h"
+#include "engine/home_offers.h"
 #include "files/bytes.h"
 #include "places/macos_home.h"
 #include "platform/platform.h"
@@ -24,28 +25,31 @@ void add_client(CleanerItem& all, const CleanerItem& client) {
 }  // namespace
 
 void Cleaner::clean_with_complete_handler(const std::function<void()>& handler) {
-  {
-    const Measurer::SizeMemory memory(platform_.measurer);
-    look_for_places();
-    const Listed caches = listed([&] { return cache_locations(); });
-    const Listed logs = listed([&] { return platform_.files.list_urls(url_logs); });
-    const Listed trash = listed([&] { return platform_.files.list_urls(url_trash, Hidden::take); });
-    platform_.measurer.plan(caches.locations);
-    platform_.measurer.plan(logs.locations);
-    plan_clients();
-    platform_.measurer.plan(trash.locations);
-    apps_caches_item = measured_item("Caches", caches);
-    apps_logs_item = measured_item("Logs", logs);
-    apps_remainders_item = measured_item("Remainders", listed([&] { return remainders_.remianders(); }));
-    scan_junk_browsers();
-    scan_junk_mails();
-    trash_item = measured_item("Trash", trash);
-    media_junk_size = add_bytes(trash_item->size, mails_item->size);
-    note_junk_amount();
-    media_search_coomplete = true;
-    search_is_complete = true;
-  }
+  look_for_places();
+  offers_ ? junk_scan_offers() : junk_scan_places();
+  offers_ = nullptr;
   handler();
+}
+
+void Cleaner::junk_scan_places() {
+  const Measurer::SizeMemory memory(platform_.measurer);
+  const Listed caches = listed([&] { return cache_locations(); });
+  const Listed logs = listed([&] { return platform_.files.list_urls(url_logs); });
+  const Listed trash = listed([&] { return platform_.files.list_urls(url_trash, Hidden::take); });
+  platform_.measurer.plan(caches.locations);
+  platform_.measurer.plan(logs.locations);
+  plan_clients();
+  platform_.measurer.plan(trash.locations);
+  apps_caches_item = measured_item("Caches", caches);
+  apps_logs_item = measured_item("Logs", logs);
+  apps_remainders_item = measured_item("Remainders", listed([&] { return remainders_.remianders(); }));
+  scan_junk_browsers();
+  scan_junk_mails();
+  trash_item = measured_item("Trash", trash);
+  media_junk_size = add_bytes(trash_item->size, mails_item->size);
+  note_junk_amount();
+  media_search_coomplete = true;
+  search_is_complete = true;
 }
 
 /// A large file may lie in what a category lists, or be a package around it.

@@ -17,6 +17,7 @@ constexpr TextRow texts[] = {
     {LookProblem::Kind::unreadable, true, english("Not looked for: %@ may not be read")},
     {LookProblem::Kind::cut_short, true, english("Not looked for: %@ could not be read")},
     {LookProblem::Kind::no_place, true, english("Not looked for: none of its places is in %@")},
+    {LookProblem::Kind::elsewhere, false, english("Not looked at: %@ lies elsewhere")},
     {LookProblem::Kind::unreadable, false, english("Not all was seen: %@ may not be read")},
     {LookProblem::Kind::cut_short, false, english("Not all was seen: %@ could not be read")},
 };

@@ -22,6 +22,8 @@ struct LookProblem {
     cut_short,
     /// The home folder has none of the places where the group's entries would be.
     no_place,
+    /// A place of the group is a link, which is not followed.
+    elsewhere,
   };
   Kind kind = Kind::unreadable;
   /// For people: an application ("Foo.app"), a folder ("~/Library/Logs"), or the home folder ("ada").

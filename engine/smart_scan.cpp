@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "engine/cleaner.h"
+#include "engine/home_offers.h"
 #include "files/bytes.h"
 #include "places/macos_home.h"
 #include "platform/platform.h"
@@ -35,7 +36,7 @@ void Cleaner::smart_clean_with_complete_handler(const std::function<void()>& han
   {
     const Measurer::SizeMemory memory(platform_.measurer);
     look_for_places();
-    plan_smart_scan();
+    if (!offers_) plan_smart_scan();
     for (const Category& category : smart_categories()) problems_.set(category.type, {});
     smart_outline_items.clear();
     smart_menu_items.clear();
@@ -44,10 +45,11 @@ void Cleaner::smart_clean_with_complete_handler(const std::function<void()>& han
       if (!category.smart.notification.empty()) post(category.smart.notification);
       if (platform_.files.stopped_looking()) break;  // nobody waits for the rest
       const LookWatch watch;
-      (this->*category.smart.scan)();
+      offers_ ? scan_offers(category) : (this->*category.smart.scan)();
       tell_problem(category.type, watch.missed());
     }
     note_smart_amount();
+    offers_ = nullptr;
   }
   search_is_complete = true;
   handler();

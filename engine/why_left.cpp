@@ -37,6 +37,9 @@ constexpr ReasonText texts[] = {
     {LeftReason::no_memory, english("there is not enough memory")},
     {LeftReason::refused, english("the system refused it")},
     {LeftReason::came_back, english("it came back")},
+    {LeftReason::owner_runs, english("the program that uses it is running")},
+    {LeftReason::owner_unknown, english("nobody can tell whether the program that uses it is running")},
+    {LeftReason::other_stays, english("what belongs to it could not be removed")},
 };
 
 struct ErrorReason {
@@ -63,6 +66,17 @@ constexpr ErrorReason error_reasons[] = {
     {EMFILE, LeftReason::too_many_open},
     {ENFILE, LeftReason::too_many_open},
     {ENOMEM, LeftReason::no_memory},
+};
+
+struct RefusalReason {
+  RemovalRefusal refusal;
+  LeftReason reason;
+};
+
+constexpr RefusalReason refusal_reasons[] = {
+    {RemovalRefusal::owner_runs, LeftReason::owner_runs},
+    {RemovalRefusal::owner_unknown, LeftReason::owner_unknown},
+    {RemovalRefusal::other_stays, LeftReason::other_stays},
 };
 
 /// Where the system tells nothing after the removal, what was said before counts: the listing's word that there was
@@ -104,6 +118,9 @@ class MountsInside {
 }  // namespace
 
 LeftReason why_left(const Removal& removal, bool refused) {
+  for (const auto& [refusal, reason] : refusal_reasons) {
+    if (removal.error == refusal) return reason;
+  }
   if (refused) return LeftReason::never_whole;
   if (!removal.attempted) return LeftReason::not_attempted;
   if (!removal.error) return LeftReason::came_back;

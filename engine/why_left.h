@@ -27,6 +27,9 @@ enum class LeftReason {
   no_memory,
   refused,
   came_back,
+  owner_runs,
+  owner_unknown,
+  other_stays,
 };
 
 /// The reason that one result of FileManager::remove gives for an entry that is still there.

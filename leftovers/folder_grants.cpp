@@ -39,10 +39,17 @@ GrantState FolderGrants::check_whole(Grant grant) const {
   return state;
 }
 
+/// Before a home was granted, the one that the session names is asked for its kind, which takes a look at a few names.
+HomeKind FolderGrants::layout_of(const GrantState& home) const {
+  if (platform_.home_kind) return *platform_.home_kind;
+  const Session& session = platform_.session;
+  const Url& own = session.home_folder.empty() ? session.account_home : session.home_folder;
+  return kind_of_home(platform_.files, home.is_valid ? home.folder : own);
+}
+
 Access FolderGrants::access() const {
   Access access = {check_whole(Grant::home), check_whole(Grant::applications)};
-  access.needs_applications =
-      !access.home.is_valid || kind_of_home(platform_.files, access.home.folder) == HomeKind::macos;
+  access.needs_applications = layout_of(access.home) == HomeKind::macos;
   return access;
 }
 

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "files/home_kind.h"
 #include "files/url.h"
 #include "platform/bookmarks.h"
 
@@ -39,7 +40,7 @@ struct GrantState {
 struct Access {
   GrantState home;
   GrantState applications;
-  /// False in a home of a kind that knows no applications of its own folder: then the home alone will do.
+  /// False in a home of the Linux kind: then the home alone will do.
   bool needs_applications = true;
 
   /// True when the program may begin: every grant that this home needs is valid.
@@ -69,6 +70,7 @@ class FolderGrants {
  private:
   GrantState check_whole(Grant grant) const;
   GrantFault fault_of(Grant grant, const GrantState& state) const;
+  HomeKind layout_of(const GrantState& home) const;
   bool holds_application(const Url& folder) const;
 
   Platform& platform_;

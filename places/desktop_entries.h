@@ -57,7 +57,7 @@ class DesktopEntries {
   /// letters' case counts for the id alone. Of several the one with the shortest command. Null when none answers.
   const DesktopEntry* of_folder(std::string_view name) const;
 
-  /// The entry of a flatpak ("org.gnome.Epiphany") or of a snap ("firefox"), one that menus show before one that they
+  /// The entry of a flatpak ("org.gnome.Epiphany") or of a snap ("hello"), one that menus show before one that they
   /// do not; null when there is none.
   const DesktopEntry* of_flatpak(std::string_view id) const { return found(flatpaks_, id); }
   const DesktopEntry* of_snap(std::string_view name) const { return found(snaps_, name); }

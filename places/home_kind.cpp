@@ -14,7 +14,7 @@ HomeKind kind_of_home(const FileManager& files, const Url& home) {
   if (std::ranges::any_of(macos_home::library_folders, is_folder_in(home.appending(macos_home::library)))) {
     return HomeKind::macos;
   }
-  return std::ranges::any_of(macos_home::folders_of_other_kinds, is_folder_in(home)) ? HomeKind::linux
+  return std::ranges::any_of(macos_home::folders_of_other_kinds, is_folder_in(home)) ? HomeKind::linux_desktop
                                                                                      : HomeKind::macos;
 }
 

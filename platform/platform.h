@@ -3,8 +3,10 @@
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <optional>
 
 #include "files/file_manager.h"
+#include "files/home_kind.h"
 #include "files/measurer.h"
 #include "platform/app_settings.h"
 #include "platform/application_delegate.h"
@@ -58,6 +60,8 @@ class Platform {
   LoginItems& login_items;
   NotificationCenter notifications;
   MainQueue& main_queue;
+  /// Of which kind the home is, when somebody has said so; else the home itself tells.
+  std::optional<HomeKind> home_kind;
   /// Null in the terminal.
   ApplicationDelegate* application_delegate = nullptr;
   /// The present moment, in whole seconds.

@@ -22,6 +22,7 @@
 #include "platform/session.h"
 #include "text/text.h"
 #include "tools/bundle_files.h"
+#include "tools/sample_tree.h"
 
 namespace tarnby {
 namespace {
@@ -221,60 +222,6 @@ constexpr LinkRow links[] = {
     {"~/Desktop/Current Project", "../Documents/Projects/Kite"},
 };
 
-/// Writes below one folder, which it finds empty, and replaces nothing.
-class SampleTree {
- public:
-  SampleTree(fs::path root, std::string_view user) : root_(std::move(root)), home_(root_ / user) {}
-
-  const fs::path& home() const { return home_; }
-  fs::path applications() const { return root_ / "Applications"; }
-  int entries() const { return entries_; }
-  std::int64_t bytes() const { return bytes_; }
-
-  fs::path place(std::string_view path) const { return path.starts_with("~/") ? home_ / path.substr(2) : root_ / path; }
-
-  /// A file with that content, followed by a hole up to `size`.
-  void file(const fs::path& path, std::string_view content, std::int64_t size) {
-    fs::create_directories(path.parent_path());
-    const Descriptor opened(open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0644));
-    must(bool(opened), path);
-    must(write(opened.get(), content.data(), content.size()) == static_cast<ssize_t>(content.size()), path);
-    must(ftruncate(opened.get(), size) == 0, path);
-    ++entries_;
-    bytes_ += size;
-  }
-
-  void content(const fs::path& path, std::string_view bytes) {
-    file(path, bytes, static_cast<std::int64_t>(bytes.size()));
-  }
-
-  void link(const fs::path& path, std::string_view target) {
-    fs::create_directories(path.parent_path());
-    fs::create_symlink(target, path);
-    ++entries_;
-  }
-
-  /// Sets when an entry was last opened and changed.
-  void date(const fs::path& path, int opened_days_ago, int changed_days_ago) const {
-    const auto days_ago = [this](int days) {
-      return timespec{now_ - std::chrono::seconds(std::chrono::days(days)).count(), 0};
-    };
-    const timespec times[] = {days_ago(opened_days_ago), days_ago(changed_days_ago)};
-    must(utimensat(AT_FDCWD, path.c_str(), times, AT_SYMLINK_NOFOLLOW) == 0, path);
-  }
-
- private:
-  static void must(bool worked, const fs::path& path) {
-    if (!worked) throw std::system_error(errno, std::generic_category(), path.string());
-  }
-
-  fs::path root_;
-  fs::path home_;
-  std::time_t now_ = std::time(nullptr);
-  int entries_ = 0;
-  std::int64_t bytes_ = 0;
-};
-
 void add_languages(SampleTree& tree, const fs::path& resources, std::string_view languages) {
   while (!languages.empty()) {
     const auto end = std::min(languages.find(' '), languages.size());
@@ -338,6 +285,22 @@ void print_summary(const SampleTree& tree, const Text& text) {
   for (const std::string& command : commands) std::cout << "  tarnby-cleaner-cli " << command << folders;
 }
 
+void print_linux_summary(const SampleTree& tree, const Text& text) {
+  std::cout << "Home:   " << tree.home().string() << "\n"
+            << "Holds:  " << tree.entries() << " entries, " << text.byte_count(tree.bytes()) << "\n\nTry:\n";
+  for (const char* command : {"scan", "clean --dry-run", "clean", "junk", "cleanup --dry-run", "large"}) {
+    std::cout << "  tarnby-cleaner-cli " << command << " --home " << quoted(tree.home()) << "\n";
+  }
+}
+
+/// A kind of home: what fills it, and what is told of it.
+struct Kind {
+  void (*fill)(SampleTree& tree);
+  void (*summary)(const SampleTree& tree, const Text& text);
+};
+constexpr Kind macos_kind = {add_everything, print_summary};
+constexpr Kind linux_kind = {add_linux_home, print_linux_summary};
+
 /// Why nothing may be made in this folder; empty when it may.
 std::string objection(const fs::path& folder) {
   if (!fs::exists(fs::symlink_status(folder))) return {};
@@ -350,14 +313,14 @@ int refuse(const std::string& reason) {
   return 2;
 }
 
-int run(const fs::path& folder) {
+int run(const fs::path& folder, const Kind& kind) {
   if (const std::string reason = objection(folder); !reason.empty()) return refuse(folder.string() + " " + reason);
   const Session session = current_session();
   if (session.user_name.empty()) return refuse("this account has no user name to call the home folder by");
   fs::create_directories(folder);
   SampleTree tree(fs::canonical(folder), session.user_name);
-  add_everything(tree);
-  print_summary(tree, Text(session.collation_locale, session.number_locale));
+  kind.fill(tree);
+  kind.summary(tree, Text(session.collation_locale, session.number_locale));
   return 0;
 }
 
@@ -365,11 +328,13 @@ int run(const fs::path& folder) {
 }  // namespace tarnby
 
 int main(int count, char** arguments) {
-  if (count != 2 || arguments[1][0] == '-' || arguments[1][0] == '\0') {
-    return tarnby::refuse("usage: sample-home DIR (a new or empty folder)");
+  const bool is_linux = count == 3 && std::string_view(arguments[1]) == "--linux";
+  const char* folder = count < 2 ? "" : arguments[count - 1];
+  if ((count != 2 && !is_linux) || folder[0] == '-' || folder[0] == '\0') {
+    return tarnby::refuse("usage: sample-home [--linux] DIR (a new or empty folder)");
   }
   try {
-    return tarnby::run(arguments[1]);
+    return tarnby::run(folder, is_linux ? tarnby::linux_kind : tarnby::macos_kind);
   } catch (const std::exception& error) {
     std::cerr << "sample-home: " << error.what() << "\n";
     return 1;

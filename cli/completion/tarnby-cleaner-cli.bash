@@ -21,7 +21,7 @@ _tarnby_cleaner_cli_commands() {
 }
 
 _tarnby_cleaner_cli_options() {
-  printf '%s\n' --home --applications --disk --set --languages --at-least --json --quiet --dry-run --yes --help --version
+  printf '%s\n' --home --applications --disk --set --languages --layout --at-least --json --quiet --dry-run --yes --all --help --version
 }
 
 _tarnby_cleaner_cli_groups() {
@@ -52,7 +52,7 @@ _tarnby_cleaner_cli() {
   for ((at = 1; at < COMP_CWORD; at++)); do
     word=${COMP_WORDS[at]}
     case $before in
-      --home | --applications | --disk | --set | --languages | --at-least)
+      --home | --applications | --disk | --set | --languages | --layout | --at-least)
         [[ $word == '=' ]] && continue
         before=''
         continue

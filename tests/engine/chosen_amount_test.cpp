@@ -89,7 +89,7 @@ TEST(CleanedAmount, is_what_this_run_took_and_what_is_not_there_any_more) {
     std::vector<Removal> removals;
     for (const std::int64_t each : bytes) removals.push_back({.attempted = true, .error = {}, .bytes = each});
     removals.resize(urls.size(), {.attempted = true, .error = std::make_error_code(std::errc::io_error)});
-    return cleaned_amount(counted, user.measurer, left_of(user.files, urls, removals), removals);
+    return cleaned_amount(HomeKind::macos, counted, user.measurer, left_of(user.files, urls, removals), removals);
   };
   EXPECT_EQ(cleaned(2'000, {9'000, 9'000, 9'000}), 1'470) << "what came back, each byte of it once";
   EXPECT_EQ(cleaned(2'000, {40, 2}), 42) << "others have taken the rest";

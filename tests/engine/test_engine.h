@@ -33,6 +33,7 @@ inline std::string label_of(const CleanerEntry& entry) {
     std::string operator()(const std::shared_ptr<LargeFile>& file) const { return file->name; }
     std::string operator()(const std::shared_ptr<RemainderItem>& item) const { return item->label; }
     std::string operator()(const std::shared_ptr<CleanerItem>& item) const { return item->type; }
+    std::string operator()(const std::shared_ptr<OfferedItem>& item) const { return item->offer.label; }
   };
   return std::visit(Label{}, entry);
 }

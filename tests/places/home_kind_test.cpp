@@ -17,8 +17,8 @@ TEST(HomeKind, a_library_goes_before_the_folders_that_both_kinds_have) {
   };
   const Case cases[] = {
       {"a macOS home has .config and .cache, too", {"Library/Caches", ".config", ".cache"}, HomeKind::macos},
-      {"only the folders that applications make tell", {"Library/Books", ".config"}, HomeKind::linux},
-      {"one folder is enough", {".local/share"}, HomeKind::linux},
+      {"only the folders that applications make tell", {"Library/Books", ".config"}, HomeKind::linux_desktop},
+      {"one folder is enough", {".local/share"}, HomeKind::linux_desktop},
       {"a home of neither kind goes by the rules of macOS, which find none of their places", {"Work"}, HomeKind::macos},
   };
   for (const Case& home : cases) {

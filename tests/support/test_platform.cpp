@@ -5,6 +5,7 @@
 
 #include <cerrno>
 #include <stdexcept>
+#include <string>
 #include <system_error>
 
 #include "platform/platform.h"
@@ -16,7 +17,10 @@ namespace {
 constexpr Moment standing_clock{std::chrono::seconds(1'600'000'000)};
 
 Session session_of_ada(const TempTree& tree, std::string_view home) {
-  return {"ada", tree.url(home), tree.url("settings"), {}, "C", "C", tree.url("autostart"), {}, {tree.url("programs")}};
+  Session session = {"ada", tree.url(home),        tree.url("settings"), {}, "C", "C", tree.url("autostart"),
+                     {},    {tree.url("programs")}};
+  session.system_root = tree.url("system");
+  return session;
 }
 
 }  // namespace
@@ -47,6 +51,20 @@ TestPlatform& TestPlatform::application(std::string_view path, const BundleValue
 
 TestPlatform& TestPlatform::application(std::string_view path, std::string_view identifier) {
   return application(path, BundleValues{std::string(identifier), {}, {}, {}, {}});
+}
+
+TestPlatform& TestPlatform::processes(const std::vector<std::string>& executables) {
+  constexpr int own = 700;
+  tree.folder("system/proc/1").link("system/proc/self", std::to_string(own));
+  process(own, "/usr/bin/tarnby-cleaner-cli");
+  int number = own;
+  for (const std::string& executable : executables) process(++number, executable);
+  return *this;
+}
+
+TestPlatform& TestPlatform::process(int number, const std::string& executable) {
+  tree.link("system/proc/" + std::to_string(number) + "/exe", executable);
+  return *this;
 }
 
 TestPlatform& TestPlatform::times(std::string_view path, std::int64_t accessed, std::int64_t modified) {

@@ -24,8 +24,8 @@ namespace tarnby::test {
 
 /// A user of a machine of their own for one test case: ada, whose home folder is "ada" in a fresh tree, with a folder
 /// "Applications" beside it, the settings in "settings", what starts at login in "autostart" and other programs in
-/// "programs". The locale is C, the
-/// clock stands still.
+/// "programs". What the system lists
+/// of itself is in "system". The locale is C, the clock stands still.
 ///
 /// Paths given to its functions are relative to the tree: "ada/Library/Caches/x", "Applications/Editor.app".
 class TestPlatform {
@@ -60,6 +60,12 @@ class TestPlatform {
   TestPlatform& application(std::string_view path, const BundleValues& values, ListForm form = ListForm::xml);
   /// The usual one: with an identifier and nothing else.
   TestPlatform& application(std::string_view path, std::string_view identifier);
+
+  /// The processes of this machine: number 1, this program, and one of each of these executables ("/usr/bin/vlc").
+  /// Without it nobody can tell what runs.
+  TestPlatform& processes(const std::vector<std::string>& executables = {});
+  /// Makes one more.
+  TestPlatform& process(int number, const std::string& executable);
 
   /// Gives an entry these times, in seconds since 1970.
   TestPlatform& times(std::string_view path, std::int64_t accessed, std::int64_t modified);
