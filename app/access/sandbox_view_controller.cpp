@@ -72,14 +72,26 @@ SandboxViewController::SandboxViewController(AppContext& context)
 }
 
 void SandboxViewController::make_words() {
-  label = text_label(changes_ ? context_.text("Folder access") : context_.text("Allow access to two folders"),
-                     theme::Type::large, theme::text, this, theme::Weight::strong);
-  text =
-      paragraph(changes_ ? context_.text("Tarnby cleaner sees only these folders. When you change one, the next scan "
-                                         "looks there.")
-                         : context_.text("Tarnby cleaner sees only what you open for it. Pick your home folder and "
-                                         "the Applications folder; it asks only once."),
-                theme::Type::body, theme::readable(theme::secondary, theme::wave_ground), words_width, this);
+  const Words words = words_now();
+  label = text_label(context_.text(words.title), theme::Type::large, theme::text, this, theme::Weight::strong);
+  text = paragraph(context_.text(words.text), theme::Type::body, theme::readable(theme::secondary, theme::wave_ground),
+                   words_width, this);
+}
+
+/// A home of the Linux kind is enough by itself: what is installed stands in lists of the system.
+SandboxViewController::Words SandboxViewController::words_now() const {
+  if (!access_.needs_applications) {
+    return {changes_ ? english("Folder access") : english("Allow access to your home folder"),
+            english("Tarnby cleaner looks through your home folder. Outside of it, it reads only the system's lists of "
+                    "what is installed and of what runs.")};
+  }
+  if (changes_) {
+    return {english("Folder access"),
+            english("Tarnby cleaner sees only these folders. When you change one, the next scan looks there.")};
+  }
+  return {english("Allow access to two folders"),
+          english("Tarnby cleaner sees only what you open for it. Pick your home folder and the Applications folder; "
+                  "it asks only once.")};
 }
 
 QWidget* SandboxViewController::make_cards() {
@@ -185,9 +197,10 @@ void SandboxViewController::show_access() {
   done_button->setEnabled(access_.is_complete());
   show_grant(Grant::home, access_.home);
   show_grant(Grant::applications, access_.applications);
-  if (!access_.needs_applications && !access_.applications.is_valid) {
-    applications_card->show_state(context_.text("Not needed for this home folder"), FolderCard::Tone::quiet);
-  }
+  applications_card->setVisible(access_.needs_applications);
+  const Words words = words_now();
+  label->setText(context_.text(words.title));
+  text->setText(context_.text(words.text));
 }
 
 void SandboxViewController::show_grant(Grant grant, const GrantState& state) {

@@ -45,7 +45,12 @@ class SandboxViewController : public Screen {
   void chosen(Grant grant, const Url& folder);
   void answer(Grant grant, const Url& picked, const GrantState& taken);
   void go_home();
+  struct Words {
+    const char* title;
+    const char* text;
+  };
   void make_words();
+  Words words_now() const;
   QWidget* make_cards();
   QWidget* make_buttons();
   void show_access();

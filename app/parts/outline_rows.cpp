@@ -179,7 +179,7 @@ OutlineRow::OutlineRow(const QModelIndex& index, const QRect& rect, Qt::LayoutDi
   const bool ticks = index.data(Qt::CheckStateRole).isValid();
   const bool tagged = index.data(OutlineModel::color_role).isValid();
   // Without a box the rest stays where it is in the rows that have one.
-  const QRect box = ticks || tagged ? take(rest, check_side, check_side) : QRect();
+  const QRect box = ticks || tagged || !group ? take(rest, check_side, check_side) : QRect();
   if (ticks) check = box;
   if (tagged) tag = take(rest, tag_side, tag_side);
   if (index.data(OutlineModel::icon_role).isValid()) icon = take(rest, scaled(icon_side), scaled(icon_side));

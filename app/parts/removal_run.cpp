@@ -45,7 +45,7 @@ RemovalOutcome run(AppContext& context, Cleaner& cleaner, const RemovalRequest& 
   context.begin_looking();  // a scan that was given up may have stopped it
   outcome.left = left_of(platform.files, request.files, results);
   outcome.left_bytes = bytes_of(platform.measurer, outcome.left);
-  outcome.cleaned = cleaned_amount(cleaner.wasCleaned, platform.measurer, outcome.left, results);
+  outcome.cleaned = cleaned_amount(cleaner.layout(), cleaner.wasCleaned, platform.measurer, outcome.left, results);
   return outcome;
 }
 

@@ -59,7 +59,19 @@ void SmartCleanLists::take(const Cleaner& cleaner) {
   amount_ = cleaner.smart_amount;
   find_shared();
   empty_items();
+  for (std::size_t group = 0; group < count(); ++group) untick_what_asks(group);
   update_junk();
+}
+
+/// What may lose something, or belongs to a program that runs, does not go with its group. Where nothing else is in it,
+/// a person who ticks the group means that: then only what may not go at all stays as it is.
+void SmartCleanLists::untick_what_asks(std::size_t group, bool by_person) {
+  const auto& listed = entries(group);
+  const bool something_goes = std::ranges::any_of(listed, starts_ticked);
+  for (std::size_t entry = 0; entry < listed.size(); ++entry) {
+    const bool goes = something_goes || !by_person ? starts_ticked(listed[entry]) : may_go(listed[entry]);
+    if (!goes) unselect_entry(group, entry);
+  }
 }
 
 void SmartCleanLists::find_shared() {
@@ -92,6 +104,7 @@ void SmartCleanLists::select_group(std::size_t group) {
   selection(group).assign(store.begin(), store.end());
   ticked_[group] = store.size();
   ticked_bytes_[group] = listed_bytes_[group];
+  untick_what_asks(group, true);
   update_junk();
 }
 
@@ -104,7 +117,7 @@ void SmartCleanLists::unselect_group(std::size_t group) {
 }
 
 void SmartCleanLists::select_entry(std::size_t group, std::size_t entry) {
-  if (is_ticked(group, entry)) return;
+  if (is_ticked(group, entry) || !may_go(entries(group)[entry])) return;
   std::int64_t& size = outlineItems[group]->size;
   if (nothing_ticked(group)) size = 0;
   const CleanerEntry& ticked = entries(group)[entry];

@@ -54,7 +54,8 @@ class SmartCleanLists {
   /// adds nothing the second time.
   std::uint64_t smart_junk = 0;
 
-  /// Takes everything that a smart scan has found, all of it ticked.
+  /// Takes everything that a smart scan has found. In a home of the macOS kind all of it is ticked, else what a person
+  /// need not be asked about.
   void take(const Cleaner& cleaner);
   /// Makes the empty lists as long as the selection lists.
   void empty_items();
@@ -64,11 +65,12 @@ class SmartCleanLists {
   Ticked ticked(std::size_t group) const;
   bool is_ticked(std::size_t group, std::size_t entry) const;
 
-  /// Ticks or unticks a whole group; either way it shows its whole size.
+  /// Ticks what goes with a group, or unticks all of it; either way one that is wholly the one or the other shows its
+  /// whole size.
   void select_group(std::size_t group);
   void unselect_group(std::size_t group);
-  /// Ticks or unticks one entry. The group then shows the size of its ticked entries, but its whole size when none is
-  /// left: a group without ticks stands for all that could go.
+  /// Ticks or unticks one entry; what may not go cannot be ticked. The group then shows the size of its ticked entries,
+  /// but its whole size when none is left: a group without ticks stands for all that could go.
   void select_entry(std::size_t group, std::size_t entry);
   void unselect_entry(std::size_t group, std::size_t entry);
 
@@ -88,6 +90,7 @@ class SmartCleanLists {
   const std::vector<Slot>& selection(std::size_t group) const { return this->*rows()[group].selection; }
   const std::vector<Slot>& empty(std::size_t group) const { return this->*rows()[group].empty; }
   void find_shared();
+  void untick_what_asks(std::size_t group, bool by_person = false);
   /// Bytes of the ticked entries that are counted with another ticked entry already.
   std::uint64_t counted_again() const;
   bool nothing_ticked(std::size_t group) const { return ticked_[group] == 0; }

@@ -12,6 +12,7 @@
 #include "app/parts/notifications.h"
 #include "app/parts/overlay.h"
 #include "app/parts/screen_catalogue.h"
+#include "app/smart/offer_panel.h"
 #include "engine/cleaner.h"
 #include "engine/smart_selection.h"
 #include "platform/workspace.h"
@@ -105,6 +106,9 @@ QWidget* SmartCleanViewController::outline_panel() {
   outlineview->setAccessibleName(context_.text("What can be removed"));
   model_ = new SmartOutlineModel(context_, *this, outlineview);
   outlineview->setModel(model_);
+  for (std::size_t group = 0; group < count(); ++group) {
+    outlineview->setRowHidden(static_cast<int>(group), {}, model_->is_hidden(group));
+  }
   layout->addWidget(outlineview, 1);
 
   connect(model_, &SmartOutlineModel::tick_asked, this, [this](const QModelIndex& index, bool on) {
@@ -188,12 +192,19 @@ void SmartCleanViewController::update_ui() {
   outlineview->viewport()->update();
 }
 
-void SmartCleanViewController::about_item(const QModelIndex& group) {
-  const auto& item = *outlineItems[SmartOutlineModel::group_of(group)];
-  const QRect mark = outlineview->info_place(group);
+/// What is told about a group, or why an entry is offered.
+std::unique_ptr<Screen> SmartCleanViewController::about_of(const QModelIndex& row) {
+  if (const CleanerEntry* entry = model_->entry_at(row)) {
+    return std::make_unique<OfferPanel>(context_, *std::get<std::shared_ptr<OfferedItem>>(*entry));
+  }
+  const auto& item = *outlineItems[SmartOutlineModel::group_of(row)];
+  return ScreenCatalogue::smart_clean().make(look_of(item.type).about.identifier, context_);
+}
+
+void SmartCleanViewController::about_item(const QModelIndex& row) {
+  const QRect mark = outlineview->info_place(row);
   const QRect anchor(outlineview->viewport()->mapTo(window(), mark.topLeft()), mark.size());
-  appDelegate.activePopover = Popover::present(
-      ScreenCatalogue::smart_clean().make(look_of(item.type).about.identifier, context_), window(), anchor);
+  appDelegate.activePopover = Popover::present(about_of(row), window(), anchor);
 }
 
 void SmartCleanViewController::show_items(const QModelIndex& group) {

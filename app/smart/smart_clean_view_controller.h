@@ -45,8 +45,8 @@ class SmartCleanViewController : public Screen, public SmartCleanLists {
   void select_smart_outline_item(const QModelIndex& group, bool on);
   /// An entry's box.
   void select_item(const QModelIndex& entry, bool on);
-  /// Opens the popover that tells about a group.
-  void about_item(const QModelIndex& group);
+  /// Opens the popover that tells about a group, or why an entry is offered.
+  void about_item(const QModelIndex& row);
   /// Opens or closes a group.
   void show_items(const QModelIndex& group);
   void show_item_in_finder();
@@ -66,6 +66,7 @@ class SmartCleanViewController : public Screen, public SmartCleanLists {
   QWidget* bottom_bar();
   std::optional<WhyNothing> why_nothing() const;
   void say_there_is_nothing();
+  std::unique_ptr<Screen> about_of(const QModelIndex& row);
   void make_menu();
   void open_menu(const QModelIndex& entry, const QPoint& at);
   void menuDidClose();

@@ -3,6 +3,7 @@
 #include <QAccessible>
 
 #include "app/parts/category_look.h"
+#include "app/smart/offer_text.h"
 #include "engine/cleaner.h"
 #include "engine/entry_text.h"
 #include "engine/smart_selection.h"
@@ -46,8 +47,16 @@ void SmartOutlineModel::find_headers() {
     const auto group = std::find(lists_.outlineItems.begin(), lists_.outlineItems.end(),
                                  std::get<std::shared_ptr<SmartOutlineItem>>(item));
     if (group == lists_.outlineItems.end()) continue;
-    headers_[static_cast<std::size_t>(group - lists_.outlineItems.begin())] = std::exchange(header, {});
+    const auto at = static_cast<std::size_t>(group - lists_.outlineItems.begin());
+    if (!is_hidden(at)) headers_[at] = std::exchange(header, {});
   }
+}
+
+/// A Linux home need not have anything of a category, and then nothing is said of it.
+bool SmartOutlineModel::is_hidden(std::size_t group) const {
+  const Cleaner& cleaner = context_.sharedCleaner();
+  return cleaner.layout() == HomeKind::linux_desktop && lists_.entries(group).empty() &&
+         !cleaner.problem_of(lists_.outlineItems[group]->type);
 }
 
 const CleanerEntry* SmartOutlineModel::entry_at(const QModelIndex& index) const {
@@ -115,7 +124,7 @@ QVariant SmartOutlineModel::entry_data(std::size_t group, std::size_t entry, int
     case Qt::DisplayRole:
       return label(record);
     case Qt::CheckStateRole:
-      return state();
+      return may_go(record) ? QVariant(state()) : QVariant();  // what may not go has no box
     case Qt::AccessibleTextRole:
       return spoken(label(record), size_of(record), state());
     case Qt::ToolTipRole:
@@ -129,19 +138,25 @@ QVariant SmartOutlineModel::entry_data(std::size_t group, std::size_t entry, int
       return QVariant::fromValue(image_of(record));
     case note_role:
       return note_of_entry(group, entry);
+    case alarm_role:
+      return !may_go(record);
+    case about_role:
+      return std::holds_alternative<std::shared_ptr<OfferedItem>>(record);
     default:
       return {};
   }
 }
 
 QString SmartOutlineModel::label(const CleanerEntry& entry) const {
-  return one_line(label_of(entry));
+  const auto* offered = std::get_if<std::shared_ptr<OfferedItem>>(&entry);
+  return offered ? label_of_offer(context_, (*offered)->offer) : one_line(label_of(entry));
 }
 
 /// What a removed application has left shows none, as does a client that is not installed: the icon of any application
 /// stands for it.
 Image SmartOutlineModel::image_of(const CleanerEntry& entry) const {
   if (const auto* cache = std::get_if<std::shared_ptr<CacheItem>>(&entry)) return (*cache)->image;
+  if (const auto* offered = std::get_if<std::shared_ptr<OfferedItem>>(&entry)) return (*offered)->image;
   if (const auto* file = std::get_if<std::shared_ptr<LargeFile>>(&entry)) return Image::icon_of((*file)->url_file);
   if (!std::holds_alternative<std::shared_ptr<CleanerItem>>(entry)) return {};
   return context_.sharedCleaner().icon_of_application(label_of(entry));
@@ -152,6 +167,8 @@ Image SmartOutlineModel::image_of(const CleanerEntry& entry) const {
 QString SmartOutlineModel::note_of_entry(std::size_t group, std::size_t entry) const {
   const CleanerEntry& record = lists_.entries(group)[entry];
   if (const auto* left = std::get_if<std::shared_ptr<RemainderItem>>(&record)) return one_line((*left)->bundle);
+  if (const auto* offered = std::get_if<std::shared_ptr<OfferedItem>>(&record))
+    return note_of_offer(context_, **offered);
   const EqualNames& equal = equal_names_of(group);
   const auto place = equal.find(entry);
   if (place != equal.end()) return path_in_words(one_line(place->second));

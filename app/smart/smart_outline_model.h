@@ -18,6 +18,8 @@ class SmartOutlineModel : public OutlineModel {
   /// @param lists what is shown and ticked; a change is told by `group_changed`.
   SmartOutlineModel(AppContext& context, SmartCleanLists& lists, QObject* parent);
 
+  /// Whether a group has no row.
+  bool is_hidden(std::size_t group) const;
   /// The entry of a row; null for a group.
   const CleanerEntry* entry_at(const QModelIndex& index) const;
 

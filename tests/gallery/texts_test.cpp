@@ -71,9 +71,10 @@ std::string content_of(const fs::path& path) {
 
 std::set<std::string> keys_in_the_sources() {
   std::set<std::string> keys;
-  for (const char* folder : {"app", "ui", "engine", "leftovers", "inventory", "platform", "text", "files"}) {
+  for (const char* folder : {"app", "ui", "engine", "leftovers", "inventory", "places", "platform", "text", "files"}) {
     for (const auto& entry : fs::recursive_directory_iterator(fs::path(TARNBY_SOURCES) / folder)) {
-      if (entry.path().extension() == ".cpp") KeyReader(content_of(entry.path()), keys);
+      const fs::path kind = entry.path().extension();
+      if (kind == ".cpp" || kind == ".h") KeyReader(content_of(entry.path()), keys);
     }
   }
   return keys;

@@ -91,6 +91,8 @@ def _environment(folder):
     for name, place in places.items():
         kept[name] = os.path.join(folder, place)
         os.mkdir(kept[name], 0o700)
+    # Of the kind of the homes that the tests grant: by that the window knows which folders to ask for.
+    os.makedirs(os.path.join(kept["HOME"], "Library", "Preferences"))
     os.mkdir(os.path.join(folder, "screen"))
     return kept | {"TARNBY_DESKTOP": folder, "LC_ALL": "C.UTF-8", "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1",
                    "QT_QPA_PLATFORM": "xcb", "GSETTINGS_BACKEND": "memory", "NO_AT_BRIDGE": "1"}
