@@ -12,7 +12,7 @@ EXAMPLES = {
     "A category": r"remainders_item|\"[Rr]emainders\"|AboutRemainders|scan_remainders|smart_scan_remainders"
                   r"|outlineRemaindersItem|applications_remainders|store_remainders",
     "A mail program": r"[Aa]irmail",
-    "A browser": r"\"GoogleChrome\"|\bGoogleChrome Mozilla\b|\bFirefox\b|firefox_|\"mozilla\"|mozilla_(?!profiles)",
+    "A browser": r"\"GoogleChrome\"|\bGoogleChrome Mozilla\b|\bFirefox\b|firefox_|\"mozilla\"|mozilla_(?!profiles)|\"firefox\"",
     "A setting": r"SkipWarning",
     "A screen": r"RateOnAppStore|rate_on_app_store",
     "A language": r"\"ja\"|\[ja\]|\.ja\.|\bja\.plist",
