@@ -46,6 +46,7 @@ HomeOffers::HomeOffers(Platform& platform, const Url& home)
 OfferedItems HomeOffers::rows(std::string_view type) {
   std::vector<Offer> offers = offers_of(home_, type);
   std::vector<std::vector<Url>> locations;
+  locations.reserve(offers.size());
   for (const Offer& offer : offers) locations.push_back(offer.locations);
   const std::vector<DiskUsage> usages = disk_usage(platform_.files, locations);
   OfferedItems items;

@@ -91,7 +91,8 @@ void add_old_revisions(const LinuxPlaces& home, const Url& snap, std::vector<Off
   for (const Entry& revision : home.files.list(snap)) {
     const std::string number(revision.url.last_path_component());
     if (revision.kind != EntryKind::folder || !is_revision(number) || number == current) continue;
-    if (is_there(home.files, snap_packages(home).appending(name + "_" + number + ".snap"))) continue;
+    const std::string package = std::string(name).append("_").append(number).append(".snap");
+    if (is_there(home.files, snap_packages(home).appending(package))) continue;
     offer.locations.push_back(revision.url.listed_as(EntryKind::folder));
   }
   offers.push_back(std::move(offer));

@@ -33,7 +33,7 @@ QString note_of_offer(const AppContext& context, const OfferedItem& item) {
   const QString owner = subject_of(context, item.offer.owner.name);
   if (item.running == Running::yes) return context.text("%@ is running", {owner});
   if (item.running == Running::unknown) return context.text("Is %@ running? Nobody can tell", {owner});
-  const QString frees = size_note(context, item);
+  QString frees = size_note(context, item);
   if (!frees.isEmpty()) return frees;
   if (item.offer.grade == Grade::may_lose) return context.text("may lose something");
   if (!item.starts_ticked()) return context.text("for you to choose");
