@@ -4,6 +4,7 @@
 #include "cli/look_problems.h"
 #include "cli/table.h"
 #include "engine/entry_text.h"
+#include "engine/smart_selection.h"
 
 namespace tarnby::cli {
 
@@ -30,6 +31,25 @@ Rows rows_of_files(const Context& context, const Cleaner& cleaner, const Cleaner
   return rows;
 }
 
+/// The rows of a Linux home that a removal run takes.
+Rows rows_of_offers(const Context& context, const CleanerItem& item) {
+  Rows rows;
+  const std::size_t shown = rows_shown(context, item.items.size());
+  for (std::size_t at = 0; at < shown; ++at) {
+    const CleanerEntry& entry = item.items[at];
+    rows.push_back({"    " + one_line(label_of(entry)), context.text().byte_count(size_of(entry))});
+  }
+  if (shown < item.items.size()) rows.push_back({"    " + more_rows_text(item.items.size() - shown)});
+  return rows;
+}
+
+Rows rows_of(const Context& context, const Cleaner& cleaner, const Category& category) {
+  const CleanerItem& item = *(cleaner.*category.item);
+  if (cleaner.layout() == HomeKind::linux_desktop) return rows_of_offers(context, item);
+  return category.clients ? rows_of_clients(context.text(), cleaner, category.clients())
+                          : rows_of_files(context, cleaner, item);
+}
+
 }  // namespace
 
 void print_junk_scan(Context& context, const Cleaner& cleaner, std::span<const Category> categories) {
@@ -39,10 +59,12 @@ void print_junk_scan(Context& context, const Cleaner& cleaner, std::span<const C
   for (const Category& category : categories) {
     const CleanerItem& item = *(cleaner.*category.item);
     shown.emplace_back(cleaner.*category.item);
+    const Rows rows = rows_of(context, cleaner, category);
+    const auto problem = cleaner.problem_of(category.setting);
+    // Of a Linux home there may be more, which a person has to choose, so nothing is called clean.
+    if (cleaner.layout() == HomeKind::linux_desktop && rows.empty() && !problem) continue;
     table.heading({"  " + std::string(category.label) + "  [" + std::string(category.setting) + "]", item.string_size});
-    const Rows rows =
-        category.clients ? rows_of_clients(text, cleaner, category.clients()) : rows_of_files(context, cleaner, item);
-    if (const auto problem = cleaner.problem_of(category.setting)) {
+    if (problem) {
       table.line({"    " + problem_text(*problem)});
     } else if (rows.empty()) {
       table.line({"    everything is clean"});

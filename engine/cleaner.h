@@ -205,6 +205,7 @@ class Cleaner {
   void scan_offers(const Category& category);
   void junk_scan_places();
   void junk_scan_offers();
+  void note_browsers(const CleanerItem& all);
   std::shared_ptr<CleanerItem> item_of_offers(const Category& category);
   RemovalOptions guarded(std::span<const Url> urls, const RemovalOptions& options) const;
   void tell_problem(std::string_view group, const Missed& missed);

@@ -87,6 +87,24 @@ std::shared_ptr<CleanerItem> Cleaner::item_of_offers(const Category& category) {
   return item;
 }
 
+/// The browsers that the settings know by name have records of their own, from which people choose; sandboxed ones
+/// count with the others. All are chosen anew, as in the other kind of home.
+void Cleaner::note_browsers(const CleanerItem& all) {
+  for (const ClientRow& browser : browser_rows()) {
+    auto item = std::make_shared<CleanerItem>();
+    item->type = browser.type;
+    for (const CleanerEntry& entry : all.items) {
+      const OfferedItem& row = *std::get<std::shared_ptr<OfferedItem>>(entry);
+      if (!row.offer.owner.name.starts_with(browser.name)) continue;
+      item->files.insert(item->files.end(), row.offer.locations.begin(), row.offer.locations.end());
+      item->size = add_bytes(item->size, row.frees);
+    }
+    this->*browser.item = item->files.empty() ? nullptr : item;
+    app_settings->set_boolean(browser.setting, true);
+  }
+  (void)app_settings->synchronize();  // what could not be written now goes with the next change that is
+}
+
 /// The junk scan of such a home. Its flags are set when the applications' part and when all of it is there, as in the
 /// other kind.
 void Cleaner::junk_scan_offers() {
@@ -98,7 +116,9 @@ void Cleaner::junk_scan_offers() {
     std::int64_t& sum = is_media ? media_junk_size : apps_junk_size;
     sum = add_bytes(sum, item->size);
     tell_problem(category.setting, watch.missed());
-    if (category.type == "browsers") apps_junk_search_complete = true;
+    if (category.type != "browsers") continue;
+    note_browsers(*item);
+    apps_junk_search_complete = true;
   }
   note_junk_amount();
   media_search_coomplete = true;

@@ -15,7 +15,6 @@ namespace tarnby::test {
 namespace {
 
 using testing::Contains;
-using testing::Not;
 
 using enum Fate;
 
@@ -126,6 +125,12 @@ TEST_F(LinuxHome, the_junk_run_takes_only_what_is_ticked_at_first) {
   for (const Category& category : junk_categories()) user.settings.set_boolean(category.setting, true);
   engine.cleaner.clean_with_complete_handler([] {});
   EXPECT_GT(engine.cleaner.apps_caches_item->size, 0);
+  ASSERT_TRUE(engine.cleaner.browser_mozilla_item);
+  const auto& all = engine.cleaner.browser_item->files;
+  for (const Url& file : engine.cleaner.browser_mozilla_item->files) {
+    EXPECT_THAT(all, Contains(file)) << "people choose from what is in the category";
+  }
+  EXPECT_EQ(engine.cleaner.browser_safari_item, nullptr);
   engine.cleaner.cleanup_with_complete_handler([] {});
   for (const LinuxHomeFile& row : linux_home_files()) {
     const bool is_installer = std::string_view(row.path).starts_with("Downloads/");
