@@ -96,7 +96,8 @@ class Home:
     def run(self, *words, under=(), plain=False):
         """What one run of the program says; `under` is a program to run it under."""
         user = {"user": PLAIN_USER, "group": PLAIN_USER, "extra_groups": []} if plain else {}
-        environment = {"XDG_CONFIG_HOME": self.path(b"config"), "HOME": "/none", "LANG": "C.UTF-8"}
+        environment = {"XDG_CONFIG_HOME": self.path(b"config"), "XDG_RUNTIME_DIR": self.path(b"run"),
+                       "HOME": "/none", "LANG": "C.UTF-8"}
         run = subprocess.run([*under, *self.command(*words)], env=environment, stdin=subprocess.DEVNULL,
                              capture_output=True, cwd="/", **user)
         return Run(run.returncode, json.loads(run.stdout) if run.stdout else {}, run.stderr.decode())

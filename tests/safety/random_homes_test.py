@@ -23,6 +23,16 @@ PLACES = [b"Library/" + place for place in (
     b"Application Support/Google/Chrome/Default/Thumbnails", b"Application Support/Firefox/Profiles/p/storage",
     b"Containers/com.apple.mail/Data/Library/Mail Downloads", b"Containers/org.gone.tool/Data/Library/Caches")]
 PLACES += [b".Trash", b".Trash", b"Downloads", b"Documents", b"Desktop", b"Pictures", b"Applications"]
+LINUX_PLACES = [b".cache", b".cache/thumbnails/large", b".cache/vlc", b".cache/evolution", b".cache/rclone/vfs",
+                b".cache/mozilla/firefox/p.default/cache2", b".cache/chromium/Default/Cache", b".config", b".config/Signal",
+                b".config/mozilla/firefox/p.default/storage/default/https+++a", b".config/chromium/Default",
+                b".config/chromium/Default/Service Worker/CacheStorage", b".local/state/nvim", b".npm/_logs",
+                b".local/share/Trash/files", b".local/share/Trash/files", b".local/share/Trash/info", b".claws-mail/mimetmp",
+                b".var/app/org.gone.tool.kit/cache", b".var/app/org.gone.tool.kit/data", b"snap/tool/common/.cache",
+                b".ssh", b"Downloads", b"Documents", b"Desktop"]
+# Which only such homes have, and which stay whatever is chosen.
+LINUX_KEPT = [b"home/.ssh/id_ed25519", b"home/.cache/keepassxc/keepassxc.ini", b"home/.config/chromium/Default/Login Data",
+              b"home/.config/mozilla/firefox/p.default/storage/default/moz-extension+++u/idb/filters.sqlite"]
 GROUPS = [b"caches", b"logs", b"remainders", b"browsers", b"mails", b"installs", b"trash"]
 CATEGORIES = [b"Caches", b"Logs", b"Remainders", b"Browsers", b"Mails", b"Trash"]
 
@@ -45,14 +55,22 @@ class RandomHome(Home):
         super().__init__(PROGRAM, b"home/.Trash/box/Applications" if self.chance(6) else b"Applications")
         reachable = os.geteuid() != 0 or plain_user_reaches(self.program)
         self.plain = self.chance(3) and reachable
+        self.linux = self.chance(2)
         self.files, self.closed = [], []
         for path in (b"outside/kept", b"outside/com.acme.editor/kept", b"home/Pictures/photo.jpg",
                      b"home/Documents/letter.txt", b"home/Library/Keychains/login.keychain"):
             self.file(path, 30)
             self.files.append(path)
+        self.kept = len(self.files)
+        if self.linux:
+            for path in LINUX_KEPT:
+                self.file(path, 30)
+                self.files.append(path)
+            self.kept = len(self.files)
+        places = LINUX_PLACES if self.linux else PLACES
         self.applications = [self.bundle() for _ in range(self.random.randrange(1, 6))]
         for _ in range(self.random.randrange(10, 50)):
-            self.entry(b"home/%s/%s" % (self.random.choice(PLACES), self.name()))
+            self.entry(b"home/%s/%s" % (self.random.choice(places), self.name()))
         if self.plain and os.geteuid() == 0:
             self.give_to_plain_user()
         for path in self.closed if self.plain else ():
@@ -99,12 +117,13 @@ class RandomHome(Home):
 
     def removal(self):
         """The words of some removing command."""
-        kind = self.random.randrange(3)
+        kind = self.random.randrange(2 if self.linux else 3)
         if kind == 2:
             return [b"uninstall", self.path(self.random.choice(self.applications))]
         names = [GROUPS, CATEGORIES][kind]
         chosen = self.random.sample(names, self.random.randrange(len(names)))  # none: all, or what is the default
-        return [[b"clean", b"cleanup"][kind], *chosen]
+        everything = [b"--all"] if self.linux and kind == 0 and self.chance(2) else []
+        return [[b"clean", b"cleanup"][kind], *everything, *chosen]
 
 
 class RandomHomes(unittest.TestCase):
@@ -134,9 +153,12 @@ class RandomHomes(unittest.TestCase):
             # What is not at or below a listed entry is as it was.
             wrong = changes(before, after, listed)
             self.assertEqual({path: why for path, why in wrong.items() if not is_within(path, settings)}, {})
-            self.assertLessEqual({home.path(path) for path in home.files[:5]}, set(after))
-            # Every byte that went counts, once, whichever groups have listed it.
-            self.assertEqual(run.told["freed"], sum(size_of(told) for path, told in before.items() if path not in after))
+            self.assertLessEqual({home.path(path) for path in home.files[:home.kept]}, set(after))
+            # Every byte that went counts, once, whichever groups have listed it. A Linux home counts blocks.
+            if not home.linux:
+                self.assertEqual(run.told["freed"],
+                                 sum(size_of(told) for path, told in before.items() if path not in after))
+            self.assertEqual(run.told["layout"], "linux" if home.linux else "macos")
             if not left:
                 self.assertLessEqual(dry.told["would_free"], run.told["freed"])
             if not left and words[0] != b"uninstall":
