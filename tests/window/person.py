@@ -101,10 +101,14 @@ class Person:
                     raise
 
     def find(self, role, name):
-        for element, _ in self.everything():
-            if element.getRoleName() == role and element.name == name:
-                return element
-        return None
+        """None when it is not shown. What goes away while it is looked at is looked for anew."""
+        for attempts_left in reversed(range(50)):
+            try:
+                return next((element for element, _ in self.everything()
+                             if element.getRoleName() == role and element.name == name), None)
+            except gi.repository.GLib.Error:
+                if attempts_left == 0:
+                    raise
 
     def everything(self):
         """All that the program shows, from the top, each with its depth."""
