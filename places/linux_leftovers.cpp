@@ -24,6 +24,20 @@ bool can_be_told(const FileManager& files, const Url& folder) {
   return !watch.missed().anything();
 }
 
+/// All that a sandboxed application has kept, which is not installed any more.
+Offer data_of_removed(Owner owner, const Url& folder) {
+  Offer offer;
+  offer.label = offer.subject = owner.name;
+  offer.owner = std::move(owner);
+  offer.grade = Grade::may_lose;
+  offer.starts_ticked = false;
+  offer.reason = english("Settings and data of %@, which is not installed any more and was not used for a month.");
+  offer.after = english("If you install it again it begins anew: saved games, logins and documents in it are lost.");
+  offer.least_days_unchanged = days_of_rest;
+  offer.locations.push_back(folder.listed_as(EntryKind::folder));
+  return offer;
+}
+
 // Flatpak
 
 constexpr std::string_view letters_of_ids = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_-.";
@@ -52,16 +66,7 @@ void add_flatpak_data(const LinuxPlaces& home, std::vector<Offer>& offers) {
   for (const Entry& entry : home.files.list(home.home.appending(".var/app"))) {
     const std::string id(entry.url.last_path_component());
     if (entry.kind != EntryKind::folder || !is_flatpak_id(id) || is_installed(home, id)) continue;
-    Offer offer;
-    offer.label = offer.subject = id;
-    offer.owner = {Owner::Kind::flatpak, id, id, {}, {}};
-    offer.grade = Grade::may_lose;
-    offer.starts_ticked = false;
-    offer.reason = english("Settings and data of %@, which is not installed any more and was not used for a month.");
-    offer.after = english("If you install it again it begins anew: saved games, logins and documents in it are lost.");
-    offer.least_days_unchanged = days_of_rest;
-    offer.locations.push_back(entry.url.listed_as(EntryKind::folder));
-    offers.push_back(std::move(offer));
+    offers.push_back(data_of_removed({Owner::Kind::flatpak, id, id, {}, {}}, entry.url));
   }
 }
 
@@ -116,16 +121,7 @@ void add_snaps(const LinuxPlaces& home, std::vector<Offer>& offers) {
       add_old_revisions(home, entry.url, offers);
       continue;
     }
-    Offer offer;
-    offer.label = offer.subject = name;
-    offer.owner = {Owner::Kind::snap, name, name, {}, {}};
-    offer.grade = Grade::may_lose;
-    offer.starts_ticked = false;
-    offer.reason = english("Settings and data of %@, which is not installed any more and was not used for a month.");
-    offer.after = english("If you install it again it begins anew: saved games, logins and documents in it are lost.");
-    offer.least_days_unchanged = days_of_rest;
-    offer.locations.push_back(entry.url.listed_as(EntryKind::folder));
-    offers.push_back(std::move(offer));
+    offers.push_back(data_of_removed({Owner::Kind::snap, name, name, {}, {}}, entry.url));
   }
 }
 

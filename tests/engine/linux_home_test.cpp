@@ -155,6 +155,43 @@ TEST_F(LinuxHome, what_is_told_is_what_the_disk_gives_back) {
   EXPECT_TRUE(user.tree.exists("ada/Pictures/cover"));
 }
 
+TEST_F(LinuxHome, data_of_sandboxes_is_left_over_only_where_every_installation_says_so) {
+  user.processes();
+  user.tree.folder("ada/.config");
+  constexpr std::int64_t before_spring = 1'580'000'000;
+  constexpr std::int64_t yesterday = 1'599'920'000;
+  const std::pair<const char*, std::int64_t> data[] = {
+      {"org.gone.App", before_spring},  {"org.half.App", before_spring}, {"org.here.App", before_spring},
+      {"org.third.App", before_spring}, {"org.lately.App", yesterday},   {"justafolder.d", before_spring}};
+  for (const auto& [id, changed] : data) {
+    const std::string file = "ada/.var/app/" + std::string(id) + "/data/game.save";
+    user.tree.content(file, "x");
+    user.times(file, changed, changed);
+  }
+  user.tree.link("system/var/lib/flatpak/app/org.here.App/current", "x86_64/stable");
+  user.tree.folder("system/var/lib/flatpak/app/org.half.App/x86_64");  // an install that failed
+  user.tree.content("system/etc/flatpak/installations.d/big.conf",
+                    "[Installation \"big\"]\nPath=" + user.tree.path("big") + "\n");
+  user.tree.link("big/app/org.third.App/current", "x86_64/stable");
+  engine.scan();
+  EXPECT_THAT(labels("remainders"), testing::UnorderedElementsAre("org.gone.App", "org.half.App"));
+  EXPECT_FALSE(row("remainders", "org.gone.App")->starts_ticked());
+}
+
+TEST_F(LinuxHome, where_an_installation_may_not_be_read_nothing_of_sandboxes_is_left_over) {
+  user.processes();
+  user.tree.folder("ada/.config");
+  constexpr std::int64_t before_spring = 1'580'000'000;
+  user.tree.content("ada/.var/app/org.gone.App/data/game.save", "x").folder("system/var/lib/flatpak/app");
+  user.times("ada/.var/app/org.gone.App/data/game.save", before_spring, before_spring);
+  user.tree.mode("system/var/lib/flatpak/app", 0000);
+  as_plain_user(user.tree, [&] {
+    engine.scan();
+    EXPECT_THAT(labels("remainders"), testing::IsEmpty()) << "it may hold anything";
+  });
+  user.tree.mode("system/var/lib/flatpak/app", 0755);
+}
+
 TEST_F(LinuxHome, a_place_that_is_a_link_is_told_and_not_followed) {
   user.processes();
   user.tree.folder("ada/.config").content("elsewhere/vlc/art", "x").link("ada/.cache", user.tree.path("elsewhere"));
