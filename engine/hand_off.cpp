@@ -13,8 +13,8 @@ namespace {
 
 constexpr std::size_t most_answer_bytes = std::size_t{64} << 20U;
 
-/// A name may hold bytes that no property list can. The helper would be given another path than the one that is meant,
-/// so such a path is not handed over.
+/// A name may hold bytes that no property list can. Such a path is not handed over, since the helper would read another
+/// one.
 bool can_be_written(const std::string& path) {
   return parse_property_list(write_xml_property_list(path)) == PropertyList(path);
 }

@@ -10,7 +10,7 @@ namespace tarnby {
 /// Where the folders of a Linux home lie that its owner may have moved.
 struct LinuxHome {
   Url home;
-  /// Base folders (freedesktop.org, XDG Base Directory Specification). One that is nowhere is where it is by default.
+  /// Base folders (freedesktop.org, XDG base directories). One that is nowhere is where it is by default.
   /// What is kept in a moved one is kept in the default place, too.
   Url cache = {};
   Url config = {};

@@ -10,7 +10,7 @@
 
 namespace tarnby {
 
-/// What an entry of the menu tells of a program (freedesktop.org, Desktop Entry Specification 1.5). Texts are bytes
+/// What an entry of the menu tells of a program (freedesktop.org, desktop entries 1.5). Texts are bytes
 /// that some file holds and need not be UTF-8; empty when it does not say.
 struct DesktopEntry {
   /// What the entry is known by, with the ".desktop" at its end: "org.gnome.Epiphany.desktop".

@@ -10,7 +10,7 @@ namespace tarnby {
 
 namespace {
 
-// The Trash of a home, as freedesktop.org's Trash specification 1.0 lays it out: what was thrown away in "files", where
+// The Trash of a home, as freedesktop.org lays it out (Trash 1.0): what was thrown away in "files", where
 // it came from in "info", under the same name. "expunged" holds what a file manager was about to delete when it ended.
 
 constexpr std::string_view info_suffix = ".trashinfo";

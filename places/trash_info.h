@@ -17,7 +17,7 @@ struct TrashInfo {
   std::optional<Moment> deleted;
 };
 
-/// Reads a .trashinfo file (freedesktop.org, Trash Specification 1.0, "Contents of a trash directory"). Its path is
+/// Reads a .trashinfo file (freedesktop.org, Trash 1.0, "Contents of a trash directory"). Its path is
 /// percent-encoded, its date the local time of this machine. Of keys that are repeated the first counts; what is wrong
 /// in one leaves the other.
 TrashInfo read_trash_info(std::string_view bytes);

@@ -13,7 +13,7 @@ class FileManager;
 /// not the home itself; nowhere when there is none. None of them need exist, and any may be a link, which is not
 /// followed.
 struct UserFolders {
-  /// Base folders (freedesktop.org, XDG Base Directory Specification 0.8). The cache folder is nowhere when it would
+  /// Base folders (freedesktop.org, XDG base directories 0.8). The cache folder is nowhere when it would
   /// hold another folder named here: then nobody can say what in it is a cache.
   Url cache;
   Url config;

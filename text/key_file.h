@@ -11,7 +11,7 @@ namespace tarnby {
 
 // Files of "[Group]" and "Key=Value" lines, from strangers
 //
-// The format of the Desktop Entry Specification (freedesktop.org), sections "Basic format of the file" and "Localized
+// The format of desktop entries (freedesktop.org), sections "Basic format of the file" and "Localized
 // values for keys"; profiles.ini of Mozilla's programs, .trashinfo and .flatpak-info are written alike. Lines that
 // begin with "#" or ";" are comments. White space around a line, around "=" and a carriage return at the end count for
 // nothing, nor does a byte order mark. What is neither a group nor has a "=" is passed over.
@@ -39,7 +39,7 @@ class KeyFileLines {
   std::string_view group_;
 };
 
-/// A value with its escapes undone: \s, \n, \t, \r and \\ (Desktop Entry Specification, "Possible value types"). Any
+/// A value with its escapes undone: \s, \n, \t, \r and \\ (desktop entries, "Possible value types"). Any
 /// other backslash stays, with what follows it.
 std::string without_key_file_escapes(std::string_view value);
 
