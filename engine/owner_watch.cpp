@@ -36,7 +36,8 @@ class Gate {
     const OfferedItem* item = items_[index].get();
     if (item == nullptr) return {};
     const Owner::Kind kind = item->offer.owner.kind;
-    const bool has_owner = kind != Owner::Kind::unknown && kind != Owner::Kind::nobody;
+    const bool has_owner =
+        (kind != Owner::Kind::unknown && kind != Owner::Kind::nobody) || !item->offer.owner.locks.empty();
     if (has_owner && item != asked_) {
       asked_ = item;
       running_ = owner_runs(item->offer.owner, RunningPrograms::look(places_));

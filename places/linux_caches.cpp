@@ -348,7 +348,12 @@ void add_embedded_browsers(const LinuxPlaces& home, std::vector<Offer>& offers) 
       continue;
     Offer offer;
     offer.owner = owner_by_folder(home, name);
-    offer.label = offer.subject = offer.owner.name.empty() ? name : offer.owner.name;
+    if (offer.owner.name.empty()) offer.owner.name = name;
+    // Whatever the program is called, it holds this lock while it runs.
+    for (Url& lock : matching(home.files, entry.url, "Local Storage/leveldb/LOCK")) {
+      offer.owner.locks.push_back(std::move(lock));
+    }
+    offer.label = offer.subject = offer.owner.name;
     offer.grade = Grade::safe;
     offer.starts_ticked = offer.owner.kind != Owner::Kind::unknown;
     offer.reason = cache;

@@ -19,7 +19,7 @@ bool is_there(const FileManager& files, const Url& url) {
 
 /// False when a folder exists and may not be looked at: then nothing may be concluded from what is missing in it.
 bool can_be_told(const FileManager& files, const Url& folder) {
-  const LookWatch watch(LookWatch::Tells::here);
+  const LookWatch watch;  // the group tells of it, too
   (void)files.list(folder);
   return !watch.missed().anything();
 }
@@ -164,6 +164,8 @@ void add_menu_entries(const LinuxPlaces& home, std::vector<Offer>& offers) {
 
 std::vector<Offer> leftover_offers(const LinuxPlaces& home) {
   std::vector<Offer> offers;
+  // Where a list of what is installed could not be read, nobody can tell what has been removed.
+  if (!home.registry.is_complete || !home.applications.is_complete()) return offers;
   add_flatpak_data(home, offers);
   add_snaps(home, offers);
   add_menu_entries(home, offers);
