@@ -34,9 +34,12 @@ bool is_entry_of_its_own(const CleanerEntry& entry) {
 
 }  // namespace
 
-ChosenAmount::ChosenAmount(std::span<const CleanerEntry> listed, Measurer& measurer) {
+ChosenAmount::ChosenAmount(std::span<const CleanerEntry> listed, Measurer& measurer)
+    : ChosenAmount(listed, [&](std::span<const Url> urls) { return measurer.sizes_of_files(urls); }) {}
+
+ChosenAmount::ChosenAmount(std::span<const CleanerEntry> listed, const SizesOf& sizes_of) {
   note_shared(listed);
-  measure(listed, measurer);
+  measure(listed, sizes_of);
 }
 
 void ChosenAmount::note_shared(std::span<const CleanerEntry> listed) {
@@ -60,7 +63,7 @@ void ChosenAmount::note_shared(std::span<const CleanerEntry> listed) {
   });
 }
 
-void ChosenAmount::measure(std::span<const CleanerEntry> listed, Measurer& measurer) {
+void ChosenAmount::measure(std::span<const CleanerEntry> listed, const SizesOf& sizes_of) {
   std::vector<Url> unknown;
   for_each_location(listed, [&](const Url& url, const CleanerEntry& entry) {
     const auto known = shared_.find(url.path());
@@ -71,7 +74,7 @@ void ChosenAmount::measure(std::span<const CleanerEntry> listed, Measurer& measu
       unknown.push_back(url);
     }
   });
-  const std::vector<std::int64_t> sizes = measurer.sizes_of_files(unknown);
+  const std::vector<std::int64_t> sizes = sizes_of(unknown);
   for (std::size_t at = 0; at < unknown.size(); ++at) shared_.find(unknown[at].path())->second = sizes[at];
 }
 

@@ -35,6 +35,9 @@ class ChosenAmount {
   /// Notes which locations are listed more than once or lie inside one another, and measures those among them that
   /// share their entry's size with others: on the disk, unless a Measurer::SizeMemory still knows them.
   ChosenAmount(std::span<const CleanerEntry> listed, Measurer& measurer);
+  /// The same with another way to measure: the bytes of each location, in the order of the list.
+  using SizesOf = std::function<std::vector<std::int64_t>(std::span<const Url> urls)>;
+  ChosenAmount(std::span<const CleanerEntry> listed, const SizesOf& sizes_of);
 
   /// Bytes of the chosen entries with each location counted once. They may be any of the listed ones, or records made
   /// of the same locations since. A location that was not listed counts as its entry says.
@@ -50,7 +53,7 @@ class ChosenAmount {
   };
 
   void note_shared(std::span<const CleanerEntry> listed);
-  void measure(std::span<const CleanerEntry> listed, Measurer& measurer);
+  void measure(std::span<const CleanerEntry> listed, const SizesOf& sizes_of);
 
   /// The sizes, by path, of what is listed twice, lies inside another location, or has another one inside.
   std::unordered_map<std::string, std::int64_t, PathHash, std::equal_to<>> shared_;

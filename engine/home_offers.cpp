@@ -43,6 +43,16 @@ HomeOffers::HomeOffers(Platform& platform, const Url& home)
             .system_root = platform.session.system_root,
             .now = platform.now()} {}
 
+std::vector<std::int64_t> frees_of(FileManager& files, std::span<const Url> urls) {
+  std::vector<std::vector<Url>> rows;
+  rows.reserve(urls.size());
+  for (const Url& url : urls) rows.push_back({url});
+  std::vector<std::int64_t> bytes;
+  bytes.reserve(urls.size());
+  for (const DiskUsage& usage : disk_usage(files, rows)) bytes.push_back(usage.frees);
+  return bytes;
+}
+
 OfferedItems HomeOffers::rows(std::string_view type) {
   std::vector<Offer> offers = offers_of(home_, type);
   std::vector<std::vector<Url>> locations;

@@ -23,8 +23,8 @@ class HomeOffers {
   HomeOffers(const HomeOffers&) = delete;
   HomeOffers& operator=(const HomeOffers&) = delete;
 
-  /// The rows of a category by its type in the smart scan, measured, the largest first; of the same size by label. None
-  /// for a category that such a home does not have.
+  /// The rows of a category by its type in the smart scan, measured, the largest first; of the same size as the tables
+  /// have them. None for a category that such a home does not have.
   OfferedItems rows(std::string_view type);
 
   const LinuxPlaces& home() const { return home_; }
@@ -37,5 +37,8 @@ class HomeOffers {
   const RunningPrograms programs_;
   const LinuxPlaces home_;
 };
+
+/// The bytes that the disk gives back for each location alone, in the order of the list.
+std::vector<std::int64_t> frees_of(FileManager& files, std::span<const Url> urls);
 
 }  // namespace tarnby

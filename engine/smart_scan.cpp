@@ -63,7 +63,10 @@ void Cleaner::note_smart_amount() {
     const auto& item = this->*category.item;
     if (item) listed.insert(listed.end(), item->items.begin(), item->items.end());
   }
-  smart_amount = std::make_shared<const ChosenAmount>(listed, platform_.measurer);
+  // Rows of a Linux home count blocks, so what two of them share does, too.
+  const auto blocks_of = [&](std::span<const Url> urls) { return frees_of(platform_.files, urls); };
+  smart_amount = offers_ ? std::make_shared<const ChosenAmount>(listed, blocks_of)
+                         : std::make_shared<const ChosenAmount>(listed, platform_.measurer);
 }
 
 /// Lets the workers measure while this thread still looks for applications, in the order in which sizes are asked for.
